@@ -1,0 +1,42 @@
+# Installs Debian packages of packages.txt. Sourced by the scripts at the root.
+
+# install_packages PURPOSE...: what is missing of those purposes, after saying so.
+install_packages() {
+    local purpose wanted=() missing=() package
+    for purpose in "$@"; do
+        # shellcheck disable=SC2207
+        wanted+=($(sed -n "s/^$purpose  *//p" "$root/packages.txt"))
+    done
+    for package in "${wanted[@]}"; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed' ||
+            missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null; then
+            echo "These packages are missing, and there is no sudo to install them: ${missing[*]}" >&2
+            return 1
+        fi
+        as_root=(sudo)
+    fi
+    echo "Installing: ${missing[*]}"
+    "${as_root[@]}" apt-get update -qq &&
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# build_preset PRESET [TARGET...]: configures when needed and builds, quietly unless it fails.
+build_preset() {
+    local preset=$1 log
+    shift
+    log=$(mktemp)
+    if ! { cmake --preset "$preset" -S "$root" &&
+           cmake --build "$root/build/$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then
+        grep -E 'error|FAILED|CMake Error' -A 12 "$log" | head -80 >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
+}
