@@ -1,0 +1,63 @@
+#include "platform/Image.h"
+
+#include <algorithm>
+
+namespace quibbits {
+
+namespace {
+
+bool fits(int width, int height, std::size_t count) {
+    return width > 0 && height > 0 &&
+           count >= static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+}
+
+}  // namespace
+
+Image Image::fromArgb(int width, int height, std::vector<Argb> pixels) {
+    if (!fits(width, height, pixels.size())) return {};
+    auto store = std::make_shared<Store>();
+    store->width = width;
+    store->colors = std::move(pixels);
+    Image image;
+    image.store_ = std::move(store);
+    image.width_ = width;
+    image.height_ = height;
+    return image;
+}
+
+Image Image::fromPalette(int width, int height, std::vector<std::uint8_t> indices,
+                         std::vector<Argb> palette) {
+    if (!fits(width, height, indices.size())) return {};
+    const std::size_t used = 1u + *std::max_element(indices.begin(), indices.end());
+    if (palette.size() < used) palette.resize(used, 0);
+    auto store = std::make_shared<Store>();
+    store->width = width;
+    store->indices = std::move(indices);
+    store->colors = std::move(palette);
+    Image image;
+    image.store_ = std::move(store);
+    image.width_ = width;
+    image.height_ = height;
+    return image;
+}
+
+Image Image::cropped(int x, int y, int width, int height) const {
+    const int right = std::min(x + width, width_);
+    const int bottom = std::min(y + height, height_);
+    x = std::max(x, 0);
+    y = std::max(y, 0);
+    if (right <= x || bottom <= y) return {};
+    Image part = *this;
+    part.left_ = left_ + x;
+    part.top_ = top_ + y;
+    part.width_ = right - x;
+    part.height_ = bottom - y;
+    return part;
+}
+
+std::size_t Image::storedBytes() const {
+    if (!store_) return 0;
+    return store_->colors.size() * sizeof(Argb) + store_->indices.size();
+}
+
+}  // namespace quibbits
