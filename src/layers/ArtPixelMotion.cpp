@@ -1,0 +1,91 @@
+#include "layers/ArtPixelMotion.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quibbits {
+
+namespace {
+
+constexpr double stepsPerSecond = 1 / stepInterval;
+constexpr double clockError = 1e-6;  // in steps
+
+struct Motion {
+    Instant begins = 0;
+    Instant ends = forever;
+};
+
+bool movesPosition(const Playback& part) {
+    const KeyPath path = part.animation().keyPath;
+    return path == KeyPath::position || path == KeyPath::positionX || path == KeyPath::positionY;
+}
+
+/// The stretch of time around the instant in which the same animations move the layer.
+std::optional<Motion> motionAt(const AnimationList& animations, Instant now) {
+    std::optional<Motion> motion;
+    for (const auto& running : animations.running()) {
+        if (!running.isInProgress(now)) continue;
+        if (std::ranges::none_of(running.parts, movesPosition)) continue;
+        if (!motion) motion.emplace();
+        motion->begins = std::max(motion->begins, running.start + running.timing().beginDelay);
+        motion->ends = std::min(motion->ends, running.end);
+    }
+    return motion;
+}
+
+Point positionAt(Appearance values, const AnimationList& animations, Instant t) {
+    animations.apply(values, {t, t});
+    return values.position;
+}
+
+bool isSlow(const Appearance& model, const AnimationList& animations, const Motion& motion,
+            Instant t) {
+    constexpr Seconds difference = 1.0 / 120;
+    const Instant to = std::min(t + difference, motion.ends - 1e-6);
+    const Instant from = std::max(to - difference, motion.begins);
+    if (!(to > from)) return true;
+    const double way =
+        distance(positionAt(model, animations, from), positionAt(model, animations, to));
+    return way < steppingSpeed * (to - from);
+}
+
+double snapped(double value, double grid) {
+    return std::round(value / grid) * grid;
+}
+
+}  // namespace
+
+std::optional<ArtStep> artStep(const Appearance& model, const AnimationList& animations,
+                               double grid, Instant now) {
+    const auto motion = motionAt(animations, now);
+    if (!motion || !(grid > 0)) return std::nullopt;
+    const Instant shared = std::floor(now * stepsPerSecond + clockError) / stepsPerSecond;
+    const Instant instant = std::max(shared, motion->begins);
+    // Both must be slow, or the layer would go back in time when it slows down.
+    if (!isSlow(model, animations, *motion, now) || !isSlow(model, animations, *motion, instant)) {
+        return std::nullopt;
+    }
+    const Point start = positionAt(model, animations, motion->begins);
+    const Vector way = positionAt(model, animations, instant) - start;
+    return ArtStep{instant, start + Vector{snapped(way.dx, grid), snapped(way.dy, grid)},
+                   motion->ends};
+}
+
+Instant nextArtStep(const Appearance& model, const AnimationList& animations, double grid,
+                    const ArtStep& current) {
+    constexpr int lookAhead = 20;
+    Instant next = current.instant;
+    for (int i = 0; i < lookAhead; ++i) {
+        next = stepAtOrAfter(next + stepInterval / 1000);
+        if (next >= current.motionEnds) return current.motionEnds;
+        const auto step = artStep(model, animations, grid, next);
+        if (!step || step->position != current.position) break;
+    }
+    return next;
+}
+
+Instant stepAtOrAfter(Instant instant) {
+    return std::ceil(instant * stepsPerSecond - clockError) / stepsPerSecond;
+}
+
+}  // namespace quibbits

@@ -1,0 +1,93 @@
+#pragma once
+// A see-through surface on the desktop that shows a layer tree: the interface between the core and
+// a display. A backend owns the native window, paints the tree's damage and hands events back.
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "layers/Layer.h"
+#include "platform/Geometry.h"
+
+namespace quibbits {
+
+/// How high a panel stands among the windows.
+enum class PanelLevel {
+    desktop,   // just above the desktop and its icons, under every application
+    floating,  // over ordinary windows
+    menu,      // over everything, for menus and the dial
+};
+
+/// What is being dragged over a panel from elsewhere.
+struct DragInfo {
+    Point location;  // in the panel's coordinates
+    /// The private item's name when the drag carries one.
+    std::optional<std::string> item;
+    /// Absolute paths of the files that the drag carries. A backend may give them only at the drop.
+    std::vector<std::string> files;
+};
+
+/// A line of a popup menu. A title alone is a disabled line; no title is a separator.
+struct MenuItem {
+    std::string title;
+    std::function<void()> run;
+};
+struct Menu {
+    std::vector<MenuItem> items;
+};
+
+/// The pasteboard type of an item that is carried from the dial.
+inline constexpr const char* itemPasteboardType = "com.quibbits.item";
+
+class Panel {
+public:
+    virtual ~Panel() = default;
+
+    /// The root of what is shown; its origin is the panel's lower left corner.
+    virtual Layer& root() = 0;
+    /// In global coordinates.
+    virtual Rect frame() const = 0;
+    virtual void setFrame(Rect frame) = 0;
+    virtual void setLevel(PanelLevel level) = 0;
+    /// Shows the panel on top of its level, without taking the focus.
+    virtual void orderFront() = 0;
+    virtual void orderOut() = 0;
+    virtual bool isVisible() const = 0;
+    /// While true, every click and move goes to what lies beneath. A panel starts so.
+    virtual void setIgnoresMouse(bool ignores) = 0;
+    /// The parts of the panel that are meant when it takes the mouse, in its own coordinates. Told
+    /// at every move of the pointer; a backend that can confine the mouse to them does so, the
+    /// others take it everywhere.
+    virtual void setMouseAreas(const std::vector<Rect>& areas) { static_cast<void>(areas); }
+    /// Opens a menu with its upper left corner at the point, shifted to stay on the screen.
+    virtual void popUp(Menu menu, Point at) = 0;
+
+    // Events while the panel takes the mouse. Positions are read from Pointer.
+    std::function<void()> onMouseMoved;
+    std::function<void()> onMouseDown;
+    std::function<void()> onMouseDragged;
+    std::function<void()> onMouseUp;
+    std::function<void()> onRightMouseDown;
+    /// Whether a drag may be dropped where it is; asked at entering and at every move.
+    std::function<bool(const DragInfo&)> onDragOver;
+    /// Takes a drop. True when it was taken.
+    std::function<bool(const DragInfo&)> onDrop;
+};
+
+class Panels {
+public:
+    virtual ~Panels() = default;
+
+    struct Spec {
+        Rect frame;
+        PanelLevel level = PanelLevel::floating;
+        bool acceptsDrops = false;
+    };
+    /// A panel that is not shown yet.
+    virtual std::unique_ptr<Panel> makePanel(Spec spec) = 0;
+    virtual LayerEngine& layers() = 0;
+};
+
+}  // namespace quibbits

@@ -1,0 +1,25 @@
+#pragma once
+// Where a layer and all below it can ever come by the animations that run now. For a layer that is
+// out of sight this tells whether it is worth waking for.
+
+#include "layers/AnimationList.h"
+
+namespace quibbits {
+
+class Reach {
+public:
+    explicit Reach(Instant now) : now_(now) {}
+
+    /// A rectangle in the parent's coordinates around all places; rather too large than too small.
+    Rect of(const Layer& layer) const;
+
+private:
+    Rect own(const Layer& layer, const Appearance& seen) const;
+
+    Instant now_;
+};
+
+/// Whether a change of the value may carry a layer, or something it draws, to another place.
+bool movesThings(KeyPath path);
+
+}  // namespace quibbits
