@@ -1,0 +1,167 @@
+// What creatures can walk on: the bottom of the screen, the dock, desktop icons, and which
+// stretches of them no window hides.
+
+#include <algorithm>
+#include <charconv>
+#include <string>
+
+#include "stage/StageWindow.h"
+
+namespace quibbits {
+
+namespace {
+
+constexpr Seconds iconsGoStale = 20;
+// An icon is walked on a little inside its width and above its middle, as shares of its width.
+constexpr double iconHalfWidth = 0.42;
+constexpr double iconRise = 0.32;
+
+constexpr double bodyHeight = 30;     // points above a row that a window must leave free
+constexpr double shortestFloor = 60;  // points of a stretch worth standing on
+constexpr double shortestIcon = 20;
+constexpr Size smallestFrontWindow{300, 200};
+
+/// The parts of free stretches that a window from lo to hi leaves.
+std::vector<Range> cut(const std::vector<Range>& free, Range window) {
+    std::vector<Range> left;
+    for (const Range& r : free) {
+        if (r.lo < window.lo) left.push_back({r.lo, std::min(r.hi, window.lo)});
+        if (window.hi < r.hi) left.push_back({std::max(window.hi, r.lo), r.hi});
+    }
+    return left;
+}
+
+/// Numbers separated by commas; pieces that are no numbers are passed over.
+std::vector<double> numbers(const std::string& text) {
+    std::vector<double> found;
+    for (std::size_t at = 0; at <= text.size();) {
+        const std::size_t end = std::min(text.find(',', at), text.size());
+        std::string piece = text.substr(at, end - at);
+        piece.erase(0, piece.find_first_not_of(' '));
+        double value = 0;
+        const auto result = std::from_chars(piece.data(), piece.data() + piece.size(), value);
+        if (!piece.empty() && result.ec == std::errc{} &&
+            result.ptr == piece.data() + piece.size()) {
+            found.push_back(value);
+        }
+        at = end + 1;
+    }
+    return found;
+}
+
+}  // namespace
+
+void StageWindow::screenChanged() {
+    const auto screen = computer_.screens.main();
+    if (!screen) return;
+    if (screen->frame != panel_->frame()) panel_->setFrame(screen->frame);
+    updateGround();
+}
+
+void StageWindow::updateGround() {
+    const auto screen = computer_.screens.main();
+    if (!screen) return;
+    const double width = panel_->frame().width;
+    if (const auto dock = dockSpan(*screen)) {
+        const double top = screen->visibleFrame.minY() - screen->frame.minY();
+        ground_ = {{{0, dock->lo}, 0, true}, {*dock, top, true}, {{dock->hi, width}, 0, true}};
+    } else {
+        ground_ = {{{0, width}, 0, true}};
+    }
+    handOutGround();
+}
+
+void StageWindow::handOutGround() {
+    for (Pet* pet : pets_) {
+        pet->ground = ground_;
+        pet->ground.insert(pet->ground.end(), icons_.begin(), icons_.end());
+        if (pet->onGroundChanged) pet->onGroundChanged();
+    }
+}
+
+std::optional<Range> StageWindow::dockSpan(const Screen& screen) const {
+    if (screen.visibleFrame.minY() <= screen.frame.minY()) return std::nullopt;
+    const auto dock = computer_.dock.bottom();
+    if (!dock) return std::nullopt;
+    const double width = panel_->frame().width;
+    const Range span{std::clamp(dock->minX() - screen.frame.minX(), 0.0, width),
+                     std::clamp(dock->maxX() - screen.frame.minX(), 0.0, width)};
+    if (span.width() <= 0) return std::nullopt;
+    return span;
+}
+
+void StageWindow::refreshIcons() {
+    const Date now = computer_.runLoop.date();
+    if (!iconsAllowed_ || now - iconsRead_ <= iconsGoStale) return;
+    iconsRead_ = now;
+    const auto drawn = computer_.fileBrowser.desktopIcons();
+    if (!drawn) {
+        iconsAllowed_ = false;
+        return;
+    }
+    const Rect frame = panel_->frame();
+    icons_.clear();
+    for (const DesktopIcon& icon : *drawn) {
+        const Point c = icon.frame.center() - Vector{frame.x, frame.y};
+        const double w = icon.frame.width;
+        icons_.push_back(
+            {{c.x - iconHalfWidth * w, c.x + iconHalfWidth * w}, c.y + iconRise * w, false});
+    }
+    handOutGround();
+}
+
+std::vector<Rect> StageWindow::appWindows() const {
+    if (raised_) return {};
+    const Rect frame = panel_->frame();
+    std::vector<Rect> rects;
+    for (const WindowInfo& window : computer_.windows.onScreen()) {
+        if (window.layer != 0 || window.alpha.value_or(1) <= 0 || !window.frame) continue;
+        rects.push_back(window.frame->offset({-frame.x, -frame.y}));
+    }
+    return rects;
+}
+
+bool StageWindow::isOpen(Point at) const {
+    return std::ranges::none_of(appWindows(), [&](const Rect& r) { return r.contains(at); });
+}
+
+std::vector<Ground> StageWindow::openSpots() {
+    refreshIcons();
+    const auto windows = appWindows();
+    std::vector<Ground> rows = ground_;
+    if (!raised_) rows.insert(rows.end(), icons_.begin(), icons_.end());
+
+    std::vector<Ground> spots;
+    for (const Ground& row : rows) {
+        std::vector<Range> free{row.span};
+        const Rect band{row.span.lo, row.y, row.span.width(), bodyHeight};
+        for (const Rect& window : windows) {
+            if (window.intersects(band)) free = cut(free, {window.minX(), window.maxX()});
+        }
+        for (const Range& stretch : free) {
+            if (stretch.width() > (row.solid ? shortestFloor : shortestIcon)) {
+                spots.push_back({stretch, row.y, row.solid});
+            }
+        }
+    }
+    return spots;
+}
+
+std::optional<Rect> StageWindow::frontWindow() const {
+    const auto override = numbers(computer_.defaults.string("QuibPhaseWindow").value_or(""));
+    if (override.size() == 4) return Rect{override[0], override[1], override[2], override[3]};
+    if (!raised_) return std::nullopt;
+    const auto front = computer_.workspace.frontmost();
+    if (!front || front->isSelf) return std::nullopt;
+    const Rect frame = panel_->frame();
+    for (const WindowInfo& window : computer_.windows.onScreen()) {
+        if (window.process != front->process || window.layer != 0) continue;
+        if (window.alpha.value_or(1) <= 0 || !window.frame) continue;
+        const Rect& r = *window.frame;
+        if (r.width < smallestFrontWindow.width || r.height < smallestFrontWindow.height) break;
+        return r.offset({-frame.x, -frame.y});
+    }
+    return std::nullopt;
+}
+
+}  // namespace quibbits

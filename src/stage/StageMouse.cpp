@@ -1,0 +1,144 @@
+// How the mouse, dragged files and dragged items reach a creature. The panel lets the mouse through
+// by default; only while the pointer is over a creature does the panel take it.
+
+#include <algorithm>
+
+#include "settings/model/Setting.h"
+#include "stage/StageWindow.h"
+
+namespace quibbits {
+
+namespace {
+
+constexpr double itemReach = 40;    // points around a sprite that count as on it for an item
+constexpr double itemNotice = 250;  // points within which a creature notices a dragged item
+
+}  // namespace
+
+void StageWindow::installEvents() {
+    panel_->onMouseMoved = [this] { cursorMoved(); };
+    panel_->onMouseDown = [this] { mouseDown(); };
+    panel_->onMouseDragged = [this] { mouseDragged(); };
+    panel_->onMouseUp = [this] { mouseUp(); };
+    panel_->onRightMouseDown = [this] { rightMouseDown(); };
+    panel_->onDragOver = [this](const DragInfo& drag) { return dropTarget(drag) != nullptr; };
+    panel_->onDrop = [this](const DragInfo& drag) { return drop(drag); };
+    subscriptions_.push_back(computer_.pointer.elsewhere.subscribe([this](PointerEvent event) {
+        if (event == PointerEvent::leftUp)
+            mouseUp();
+        else
+            cursorMoved();
+    }));
+}
+
+Point StageWindow::pointerOnStage() const {
+    const Rect frame = panel_->frame();
+    return computer_.pointer.location() - Vector{frame.x, frame.y};
+}
+
+void StageWindow::takeMouseOver(const Pet* pet) {
+    const bool ignores = pet == nullptr;
+    if (ignores == ignoresMouse_) return;
+    ignoresMouse_ = ignores;
+    panel_->setIgnoresMouse(ignores);
+}
+
+void StageWindow::updateMouseAreas(double margin) {
+    std::vector<Rect> areas;
+    for (const Pet* pet : pets_) {
+        if (!pet->node().model().hidden && pet->interactive) {
+            areas.push_back(mouseArea(*pet, margin));
+        }
+    }
+    panel_->setMouseAreas(areas);
+}
+
+void StageWindow::cursorMoved() {
+    if (held_) {
+        if (!computer_.pointer.buttons().left) mouseUp();
+        if (held_) return;
+    }
+    const Point at = pointerOnStage();
+    Pet* pet = visiblePet(at, 0);
+    updateMouseAreas(0);
+    takeMouseOver(pet);
+    if (computer_.pointer.buttons().any()) return;
+    if (pet && pet->onHover) pet->onHover(at);
+    for (Pet* each : pets_) {
+        if (each->onCursor) each->onCursor(at);
+    }
+}
+
+void StageWindow::mouseDown() {
+    const Point at = pointerOnStage();
+    Pet* pet = visiblePet(at, 0);
+    if (!pet) {
+        takeMouseOver(nullptr);
+        return;
+    }
+    held_ = Carry{pet, pet->position() - at};
+    if (pet->onPickUp) pet->onPickUp();
+}
+
+void StageWindow::mouseDragged() {
+    if (!held_) return;
+    if (!computer_.pointer.buttons().left) {
+        mouseUp();
+        return;
+    }
+    const Point target = pointerOnStage() + held_->grab;
+    Pet& pet = *held_->pet;
+    pet.drag({target.x, std::max(pet.floorY(target.x), target.y)});
+}
+
+void StageWindow::mouseUp() {
+    if (!held_) return;
+    Pet& pet = *held_->pet;
+    held_.reset();
+    if (pet.onDrop) pet.onDrop();
+    cursorMoved();
+}
+
+void StageWindow::rightMouseDown() {
+    const Point at = pointerOnStage();
+    Pet* pet = visiblePet(at, 0);
+    if (!pet || !pet->onMenu) return;
+    if (auto menu = pet->onMenu()) panel_->popUp(std::move(*menu), at);
+}
+
+Pet* StageWindow::dropTarget(const DragInfo& drag) const {
+    if (drag.item) return visiblePet(drag.location, itemReach);
+    const bool meant =
+        computer_.pointer.modifiers().option && isOn(computer_.defaults, Setting::thunderbolt);
+    return meant ? visiblePet(drag.location, 0) : nullptr;
+}
+
+bool StageWindow::drop(const DragInfo& drag) {
+    Pet* pet = dropTarget(drag);
+    if (!pet) return false;
+    if (const auto item = drag.item ? itemNamed(*drag.item) : std::nullopt) {
+        if (pet->onItem) pet->onItem(*item);
+    } else if (!drag.files.empty() && pet->onZap) {
+        pet->onZap(drag.files);
+    }
+    return true;
+}
+
+void StageWindow::itemDragMoved(std::optional<Point> at) {
+    if (!at) {
+        cursorMoved();
+        return;
+    }
+    const Rect frame = panel_->frame();
+    const Point here = *at - Vector{frame.x, frame.y};
+    Pet* pet = visiblePet(here, itemReach);
+    updateMouseAreas(itemReach);
+    takeMouseOver(pet);
+    for (Pet* each : pets_) {
+        if (distance(each->position(), here) < itemNotice && each->onItemNear) {
+            each->onItemNear(here);
+        }
+    }
+}
+
+}  // namespace quibbits

@@ -1,0 +1,80 @@
+#include "stage/StageWindow.h"
+
+#include <algorithm>
+
+namespace quibbits {
+
+namespace {
+
+constexpr double edge = 20;           // points of the walk area kept free at either side
+constexpr double headroom = 60;       // art pixels between the ceiling and the top
+constexpr double untouchableRim = 2;  // art pixels at the sprite's edges that let clicks through
+
+}  // namespace
+
+StageWindow::StageWindow(Panels& panels, const Computer& computer, const Screen& screen)
+    : computer_(computer),
+      panel_(panels.makePanel(
+          {.frame = screen.frame, .level = PanelLevel::desktop, .acceptsDrops = true})) {
+    installEvents();
+    const auto observe = [this](Signal<>& signal, void (StageWindow::*then)()) {
+        subscriptions_.push_back(signal.subscribe([this, then] { (this->*then)(); }));
+    };
+    observe(computer_.workspace.launched, &StageWindow::updateGround);
+    observe(computer_.workspace.terminated, &StageWindow::updateGround);
+    observe(computer_.screens.changed, &StageWindow::screenChanged);
+    observe(computer_.dock.changed, &StageWindow::updateGround);
+    observe(computer_.workspace.activated, &StageWindow::updateRaised);
+    observe(computer_.workspace.spaceChanged, &StageWindow::updateRaised);
+    updateGround();
+    updateRaised();
+}
+
+StageWindow::~StageWindow() = default;
+
+void StageWindow::add(Pet& pet, double x) {
+    pet.ground = ground_;
+    const Rect frame = panel_->frame();
+    pet.walkArea = {edge, std::max(frame.width - edge, edge)};
+    const auto screen = computer_.screens.main();
+    const Rect visible = screen ? screen->visibleFrame : frame;
+    pet.ceiling = visible.maxY() - frame.minY() - headroom * pet.scale();
+
+    pet.openSpots = lifetime_.guard([this] { return openSpots(); });
+    pet.isVisible = lifetime_.guard([this](Point at) { return isOpen(at); });
+    pet.frontWindow = lifetime_.guard([this] { return frontWindow(); });
+    pet.showMenu = lifetime_.guard([this, &pet] {
+        computer_.runLoop.post(lifetime_.guard([this, &pet] { popUpMenu(pet); }));
+    });
+
+    {
+        const Transaction still(pet.node().engine(), Transaction::withoutActions());
+        pet.node().setPosition({x, pet.floorY(x)});
+        panel_->root().addSublayer(pet.nodeRef());
+    }
+    pets_.push_back(&pet);
+}
+
+void StageWindow::popUpMenu(Pet& pet) {
+    if (!pet.onMenu) return;
+    if (auto menu = pet.onMenu()) {
+        panel_->popUp(std::move(*menu), {pet.position().x, pet.frame().maxY()});
+    }
+}
+
+Rect StageWindow::mouseArea(const Pet& pet, double margin) const {
+    return pet.frame().inset(untouchableRim * pet.scale() - margin);
+}
+
+Pet* StageWindow::visiblePet(Point at, double margin) const {
+    for (auto it = pets_.rbegin(); it != pets_.rend(); ++it) {
+        Pet& pet = **it;
+        if (pet.node().model().hidden || !pet.interactive) continue;
+        if (!mouseArea(pet, margin).contains(at)) continue;
+        // The window list is asked only now: it is a round trip to the desktop.
+        return isOpen(at) ? &pet : nullptr;
+    }
+    return nullptr;
+}
+
+}  // namespace quibbits
