@@ -1,0 +1,373 @@
+#pragma once
+// A creature: its state, needs, decisions, routines and reactions, on a body of its own. This is
+// the base of both species, which override what differs. AppDelegate owns one object of each for
+// the life of the process. The header follows the topics; each has a source file of its name.
+//
+// There is no timer that makes a creature think. `think` decides and starts a routine whose end is
+// `think` again; whoever wants its attention meanwhile calls `stop`, which voids the old routine,
+// and starts a chain that ends in `think`. Routines are lists of steps, and every wait goes through
+// the body, which drops it when the creature is interrupted.
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "aware/Power.h"
+#include "aware/Senses.h"
+#include "body/Pet.h"
+#include "body/Sheets.h"
+#include "body/Steps.h"
+#include "brain/Brain.h"
+#include "creature/Life.h"
+#include "creature/Voice.h"
+#include "party/PetStats.h"
+#include "platform/Computer.h"
+#include "rules/Growth.h"
+#include "rules/Item.h"
+#include "rules/Nature.h"
+#include "settings/model/Setting.h"
+
+namespace quibbits {
+
+/// Where the eyes point.
+enum class Gaze { ahead, up, down };
+
+/// An evolution that was offered and waits for an answer.
+struct Evolution {
+    Stage to = Stage::egg;
+    std::optional<std::string> form;
+    bool operator==(const Evolution&) const = default;
+};
+
+/// How a species that has no jaws eats: it licks the food off its tongue.
+struct Nibble {
+    std::string anim;
+    Point mouth;       // art pixels from the foot point, facing right
+    Seconds bite = 0;  // into the animation
+};
+
+/// A bubble that a creature has shown, for whoever keeps a record.
+struct Utterance {
+    Face face = Face::happy;
+    std::optional<std::string> caption;
+    std::optional<std::string> speaker;
+    Seconds seconds = 0;
+};
+
+class Companion {
+public:
+    /// What a creature shares with the others. All of it outlives the creature.
+    struct World {
+        const Computer& computer;
+        LayerEngine& layers;
+        Power& power;
+        Senses& senses;
+    };
+
+    virtual ~Companion();
+    Companion(const Companion&) = delete;
+    Companion& operator=(const Companion&) = delete;
+
+    // State and saving ------------------------------------------------------------------------
+
+    /// Begins a creature's life at launch. An egg, or a creature that is not out, stays still.
+    void start();
+    /// Writes everything that is remembered but the hungry minutes.
+    void save();
+    PetStats stats() const;
+    Why why() const;
+
+    const std::string& store() const { return store_; }
+    Pet& pet() { return pet_; }
+    const Pet& pet() const { return pet_; }
+    /// The animations of the present form; loaded when first asked for.
+    const Sheets& a() const;
+    /// How the creature is shown in lists.
+    const Anim& portrait() const { return a().idle; }
+    int level() const { return levelFor(growthRate(stage), exp); }
+    bool hasShimmerpox() const;
+    bool knows(std::string_view move) const { return known().contains(move); }
+    Mood mood() const;
+    /// Out, and neither in a ball effect, held nor dozing.
+    bool isFree() const { return isOut && !ballBusy && !held && !dozing; }
+    /// Puts a creature away at launch, without a show.
+    void stayIn();
+
+    Stage stage = Stage::egg;
+    std::optional<std::string> form;  // "coralis" on the third electric stage, or none
+    bool shiny = false;
+    Nature nature;
+    std::optional<Date> shimmerpoxUntil;  // stays set after the end: cured
+    std::string gender;                   // "♀" or "♂"
+    double energy = 0.8;
+    double hunger = 0.3;      // 0 full, 1 starving
+    double friendship = 120;  // 0 to 255
+    double exp = 0;
+    double hungryMinutes = 0;
+    double boredom = 0.3;
+
+    bool isOut = false;     // out of the ball, on the stage
+    bool held = false;      // dragged by the user
+    bool ballBusy = false;  // a ball, hatch or evolution sequence runs
+    bool dozing = false;    // asleep while the user is away or wants quiet
+    bool isFainted = false;
+    bool demoRunning = false;    // a demo owns the creature
+    bool focusQuiet = false;     // the user's focus mode is on
+    bool hiddenForCall = false;  // recalled because a camera came on
+    std::optional<Evolution> pendingEvolution;
+
+    std::function<Point()> ballStart = [] { return Point{}; };  // where a thrown ball starts
+    std::function<Point()> cursor = [] { return Point{}; };     // the pointer, on the stage
+
+    // For records only; nothing depends on them.
+    std::function<void(const Companion&, const Mind&)> onDecision;
+    std::function<void(const Companion&, const Utterance&)> onUtterance;
+
+    // What species say of themselves ----------------------------------------------------------
+
+    virtual AnimRoles animRoles() const { return {}; }
+    virtual std::string sheetName(Stage stage, const std::optional<std::string>& form,
+                                  bool shiny) const = 0;
+    virtual Stage firstStage() const = 0;
+    virtual std::string name() const { return displayName(stage); }
+    virtual Ability ability() const { return {}; }
+    virtual bool abilityOnCharge() const { return false; }
+    virtual MoveNames known() const { return {}; }
+    virtual std::span<const Move> learnset() const { return {}; }
+    virtual MoveNames signatureMoves() const { return {}; }
+    virtual bool canEvolve() const { return false; }
+    virtual bool isCoralian() const { return false; }
+    virtual bool floats() const { return false; }
+    virtual double pettingFriendship() const { return 2.0; }
+    virtual double paceBoost() const { return 1.0; }
+    virtual std::optional<Nibble> nibble() const { return std::nullopt; }
+    virtual const VoiceTable& voice() const;
+    virtual std::string cry() const { return name(); }
+    virtual std::optional<Item> evolveItem() const { return std::nullopt; }
+    virtual std::string evolutionName(Stage to, const std::optional<std::string>& form) const;
+
+    // Thinking --------------------------------------------------------------------------------
+
+    /// Decides what to do next and starts it. The heartbeat.
+    void think();
+    /// Breaks off what the creature is doing, brings it to the ground, and goes on.
+    virtual void stop(Done then);
+
+    // Needs -----------------------------------------------------------------------------------
+
+    /// Earns a share of the present level's span of experience.
+    void gainEXP(double share);
+    /// Adds to friendship while feelings are on.
+    void befriend(double amount);
+
+    // Walks and rests -------------------------------------------------------------------------
+
+    struct Walk {
+        Point to;
+        double speed = 70;  // points a second, before the creature's own pace
+        double animSpeed = 1;
+    };
+    virtual void go(const Walk& walk, Done done);
+    /// Sits still; longer while the cursor holds its attention, for 30 seconds at most.
+    void sit(Seconds seconds, Done done);
+
+    // Handling --------------------------------------------------------------------------------
+
+    virtual void pickedUp();
+    virtual void dropped();
+
+    // World events ----------------------------------------------------------------------------
+
+    void powerChanged();
+    void userLeft();
+    void userReturned();
+    void heatChanged();
+    void internetChanged(bool online);
+    void suggestBreak();
+    /// A word from outside: "focus", "celebrate", "done" and the like.
+    void hook(const std::string& word);
+
+protected:
+    Companion(std::string store, const World& world);
+    /// Loads the sheets and joins the body to the reactions. Called once, by the constructor of the
+    /// final class, when its overrides answer.
+    void awaken();
+
+    // Overridden by species where they do more.
+    virtual bool absorbsCharge(double minutes);
+    virtual void didLevelUp() {}
+    virtual void refreshMoves() {}
+    virtual void petted() {}
+    virtual void chargerPlugged();
+    virtual void celebrateHook();
+    virtual bool startDemo(const std::string& word);
+    virtual void fill(Mind& mind);
+    virtual void fly(Done next) { sit(3, std::move(next)); }
+    virtual void phase(Done next) { sit(3, std::move(next)); }
+    virtual void lick(Done next) { sit(3, std::move(next)); }
+    virtual void snatch(Done next) { sit(3, std::move(next)); }
+    virtual void clone(Done next) { sit(3, std::move(next)); }
+    virtual void shadowGag(Done next) { sit(3, std::move(next)); }
+    virtual void prank(Done next) { sit(3, std::move(next)); }
+
+    // Steps, for routines.
+    Step going(const Walk& walk);
+    Step sitting(Seconds seconds);
+    Step waiting(Seconds seconds);
+    /// Plays an animation a number of times and waits for that.
+    Step playing(Anim anim, double times = 1, double speed = 1);
+    /// Something that takes no time.
+    Step doing(std::function<void()> act);
+
+    // The computer, as routines see it.
+    Date now() const { return world_.computer.runLoop.date(); }
+    int hour() const { return world_.computer.runLoop.localTime(now()).hour; }
+    Random& random() const { return world_.computer.random; }
+    double between(double a, double b) const { return random().uniform(a, b); }
+    bool isOn(Setting setting) const { return quibbits::isOn(world_.computer.defaults, setting); }
+    const Computer& computer() const { return world_.computer; }
+    const Power& power() const { return world_.power; }
+    const Senses& senses() const { return world_.senses; }
+    std::string key(std::string_view suffix) const;
+
+    // Voice -----------------------------------------------------------------------------------
+
+    std::optional<std::string> line(Moment moment) const;
+    Image image(Face face) const;
+    struct Bubble {
+        std::optional<std::string> caption = std::nullopt;
+        std::optional<std::string> speaker = std::nullopt;
+        Image thought = {};
+        Seconds seconds = 2.5;
+    };
+    /// Shows a face, whatever the settings say.
+    void feel(Face face, const Bubble& bubble);
+    /// Shows a face while portraits are switched on.
+    void feelIfShown(Face face, const Bubble& bubble);
+    /// Says a line for the moment, or only shows the face, as the settings allow.
+    void speak(Moment moment, Face face, const Image& thought, Seconds base);
+    /// A line with the creature's name beside it, or the caption given when it is not talkative.
+    Bubble lineOr(Moment moment, std::string caption, Seconds spoken, Seconds silent) const;
+
+    // Play ------------------------------------------------------------------------------------
+
+    virtual std::vector<std::string> playful() const;
+    virtual std::vector<std::string> unlockedMoves() const;
+    virtual Animation hoverBob() const;
+    virtual void levitate(bool anywhere, Done done);
+    virtual void startChargeSparks(double rate);
+    void stopChargeSparks();
+    Step move(const std::string& name);
+    void play(Done done);
+    void dance(Done done);
+    void chargeUp(Done done);
+    void surfLaps(const std::vector<Ground>& spots, Done done);
+    void arriveByTeleport(Done done);
+    void tumble(Done done);
+    /// A move that the user wants to see now.
+    void perform(const std::string& name);
+
+    // Feeding ---------------------------------------------------------------------------------
+
+    virtual void askForBerry(std::optional<Point> target, Done done);
+
+    // World events ----------------------------------------------------------------------------
+
+    void greetTheDay();
+    void quietDown();
+    struct Notice {
+        std::string title;
+        std::string body;
+        std::string suffix;  // of the identifier, behind the store id
+        std::string category = {};
+        bool sound = false;
+        std::vector<std::string> paths = {};
+    };
+    void notify(const Notice& notice);
+
+    Pet pet_;
+    LayerRef chargeSparks_;
+
+private:
+    // State and saving.
+    void restore();
+    void joinBody();
+    double savedNumber(std::string_view suffix, double otherwise) const;
+    void setHungryMinutes(double minutes);
+    void groundChanged();
+
+    // Thinking.
+    struct Surroundings {
+        std::vector<Ground> spots;
+        std::optional<Ground> newFile;
+        std::optional<Ground> file;
+        std::optional<Point> cursorSpot;
+    };
+    Mind makeMind(const Surroundings& seen) const;
+    void act(Intent intent, const Surroundings& seen, Done next);
+    void actQuietly(Intent intent, const Surroundings& seen, Done next);
+    void actActively(Intent intent, const Surroundings& seen, Done next);
+    void showIntent(Intent intent, const Surroundings& seen);
+    double hoursSincePetted() const;
+
+    // Needs.
+    void needsStep(double minutes);
+    void growHungry(double minutes);
+    void levelUp(const MoveNames& knewBefore);
+    void catchShimmerpox();
+    void faint();
+    void recover();
+    void lieDown();
+
+    // Walks and rests.
+    void nap(Done done);
+    void stroll(Point to, Done done);
+    void trudge(Done done);
+    void patrol(const Surroundings& seen, Done done);
+    void visit(const Surroundings& seen, Done done);
+    void inspect(const Ground& file, Done done);
+    void explore(const Ground& file, Done done);
+    void climbOn(const Ground& from, Done done);
+    void sniff(const Surroundings& seen, Done done);
+    void bask(Done done);
+    void finishSit(Date start, Done done);
+    std::optional<Ground> noticeNewFiles(const std::vector<Ground>& tiles);
+    std::optional<Ground> fileToExplore(const std::vector<Ground>& tiles);
+    /// Whether a route leads from where the creature stands to the middle of each of the files.
+    std::vector<bool> canReach(const std::vector<Ground>& files) const;
+
+    // Handling.
+    void landed(double height);
+    void landSoftly();
+    void landHard(double height);
+    void dizzySpell();
+    void forgetOldDrops();
+
+    const std::string store_;
+    const World world_;
+    mutable std::optional<Sheets> sheets_;
+
+    bool wasCharging_ = false;
+    std::optional<Mood> lastMood_;
+    Brain brain_;
+    std::optional<Intent> lastIntent_;
+    Date lastThought_;
+    Date lastPetted_;
+    Date lastCuddle_ = Date::distantPast();
+    std::vector<Date> drops_;  // landings of the last two minutes
+    bool dizzyNext_ = false;
+    std::optional<std::set<std::string>> knownFiles_;  // absent before the first look
+    std::map<std::string, Date> lastExplored_;
+    Gaze gaze_ = Gaze::ahead;
+    std::optional<int> seatedAt_;  // the body's token at the moment of sitting
+    Date watchingUntil_ = Date::distantPast();
+    Date eatingUntil_ = Date::distantPast();
+    bool hungerNotified_ = false;
+    std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace quibbits

@@ -1,0 +1,110 @@
+// Being picked up, shaken and dropped.
+
+#include <algorithm>
+
+#include "creature/Companion.h"
+
+namespace quibbits {
+
+namespace {
+
+constexpr Seconds dropsCount = 120;
+constexpr int dizzySwings = 5;    // more than these make it dizzy
+constexpr double softDrop = 50;   // points below which a drop is nothing
+constexpr double hardDrop = 350;  // points above which it always hurts
+constexpr std::size_t manyDrops = 3;
+constexpr double lostFriendship = 10;
+constexpr double trustingFriendship = 160;
+constexpr Seconds pettableAgainIn = 2;
+constexpr Seconds pettingPause = 8;
+
+}  // namespace
+
+void Companion::forgetOldDrops() {
+    std::erase_if(drops_, [this](Date d) { return now() - d > dropsCount; });
+}
+
+void Companion::pickedUp() {
+    held = true;
+    pet_.interrupt();
+    stopChargeSparks();
+    pet_.sprite().removeAnimation("bob");
+    pet_.play(a().hurt);
+    pet_.forgetSwings();
+    forgetOldDrops();
+    if (isOn(Setting::relationship) && drops_.size() >= 2) {
+        speak(Moment::pickedUpWorried, Face::worried, {}, 2.5);
+    } else {
+        const Face face = friendship >= trustingFriendship ? Face::joyous : Face::surprised;
+        speak(Moment::pickedUp, face, {}, 2.5);
+    }
+}
+
+void Companion::dropped() {
+    held = false;
+    dizzyNext_ = pet_.swings() > dizzySwings;
+    const Point here = pet_.position();
+    const auto below = pet_.surfaceIndex(here);
+    const double height = here.y - (below ? pet_.ground[*below].y : 0);
+    if (!floats() && height >= softDrop) {
+        pet_.fall(Pet::Falling::freely, [this, height] { landed(height); });
+        return;
+    }
+    if (floats()) pet_.hold(a().idle, 0);
+    pet_.fall(floats() ? Pet::Falling::floating : Pet::Falling::freely, [this] {
+        lastCuddle_ = now() - (pettingPause - pettableAgainIn);
+        if (dizzyNext_) return dizzySpell();
+        sit(1.2, [this] { think(); });
+    });
+}
+
+void Companion::landed(double height) {
+    lastCuddle_ = now() - (pettingPause - pettableAgainIn);
+    drops_.push_back(now());
+    forgetOldDrops();
+    if (mood() == Mood::fainted) return faint();
+    const bool tooOften = isOn(Setting::relationship) && drops_.size() >= manyDrops;
+    if (height > hardDrop || tooOften)
+        landHard(height);
+    else
+        landSoftly();
+}
+
+void Companion::landSoftly() {
+    if (dizzyNext_) {
+        pet_.squash();
+        return dizzySpell();
+    }
+    if (drops_.size() == 2) feelIfShown(Face::dizzy, {.seconds = 2.5});
+    pet_.hold(a().charge, 0);
+    pet_.squash();
+    run({waiting(0.6), sitting(1.2)}, [this] { think(); });
+}
+
+void Companion::landHard(double height) {
+    befriend(-lostFriendship);
+    run({playing(height > hardDrop ? a().crash : a().pain), doing([this] {
+             const Face face = isOn(Setting::relationship) ? Face::crying : Face::dizzy;
+             const auto words = isOn(Setting::chatter) ? line(Moment::droppedHard) : std::nullopt;
+             if (words) {
+                 feel(face, {.caption = words, .speaker = name(), .seconds = 3.5});
+             } else {
+                 feelIfShown(face, {.seconds = 3.5});
+             }
+         }),
+         sitting(4)},
+        [this] { think(); });
+}
+
+void Companion::dizzySpell() {
+    dizzyNext_ = false;
+    lastCuddle_ = now();
+    pet_.hold(a().idle, 0);
+    feel(Face::dizzy, lineOr(Moment::dizzy, name() + " is dizzy…", 3, 3));
+    pet_.dizzy(2.7);
+    const Anim* wobble = a().role("wobble");
+    run({waiting(2.8), wobble ? playing(*wobble, 3) : playing(a().nod, 2), sitting(1)},
+        [this] { think(); });
+}
+
+}  // namespace quibbits

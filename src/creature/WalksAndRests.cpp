@@ -1,0 +1,173 @@
+// Going places on foot, visiting files, sitting and napping.
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "body/Pixels.h"
+#include "creature/Companion.h"
+
+namespace quibbits {
+
+namespace {
+
+constexpr double pointsPerEnergy = 3000;  // of a stroll
+constexpr double trudgeRadius = 120;
+
+constexpr Seconds exploreAgain = 300;
+constexpr std::size_t nearestFiles = 3;
+constexpr double climbReach = 150;  // points between the middles of stacked files
+constexpr double climbEnergy = 0.6;
+
+constexpr Seconds longestSit = 30;
+constexpr Seconds lookAgain = 2;
+
+}  // namespace
+
+void Companion::go(const Walk& walk, Done done) {
+    const double pace = nature.walkSpeed() * paceBoost();
+    pet_.travel(walk.to,
+                {.walk = a().walk,
+                 .hop = a().hop,
+                 .leap = a().leap,
+                 .speed = walk.speed * pace,
+                 .animSpeed = walk.animSpeed * pace},
+                std::move(done));
+}
+
+void Companion::stroll(Point to, Done done) {
+    energy -= std::abs(to.x - pet_.position().x) / pointsPerEnergy;
+    run({going({.to = to, .speed = 45}), sitting(between(3, 6))}, std::move(done));
+}
+
+void Companion::trudge(Done done) {
+    const auto target =
+        strollTarget(pet_.position(), pet_.ground, pet_.openSpots(), trudgeRadius, random());
+    if (target) return go({.to = *target, .speed = 25, .animSpeed = 0.5}, std::move(done));
+    energy = std::min(energy + 0.35, 1.0);
+    sit(between(10, 18), std::move(done));
+}
+
+void Companion::sit(Seconds seconds, Done done) {
+    pet_.hold(a().idle, 0);
+    seatedAt_ = pet_.token();
+    gaze_ = Gaze::ahead;
+    pet_.after(seconds, [this, start = now(), done = std::move(done)]() mutable {
+        finishSit(start, std::move(done));
+    });
+}
+
+void Companion::finishSit(Date start, Done done) {
+    if (now() < watchingUntil_ && now() - start < longestSit) {
+        pet_.after(lookAgain, [this, start, done = std::move(done)]() mutable {
+            finishSit(start, std::move(done));
+        });
+        return;
+    }
+    seatedAt_.reset();
+    done();
+}
+
+void Companion::nap(Done done) {
+    const int hourNow = hour();
+    const bool night = hourNow >= 23 || hourNow < 6;
+    const Seconds seconds = night ? between(60, 180) : between(30, 90);
+    const Anim* curled = a().role("nap");
+    pet_.play(curled ? *curled : a().sleep);
+    run({waiting(seconds), playing(a().wake), playing(a().stretch), doing([this] {
+             energy = 1;
+             speak(Moment::woke, Face::happy, {}, 2.5);
+         })},
+        std::move(done));
+}
+
+void Companion::inspect(const Ground& file, Done done) {
+    energy -= 0.1;
+    lastExplored_[fileKey(file)] = now();
+    run({going({.to = file.middle(), .speed = 90, .animSpeed = 1.2}), doing([this] {
+             feelIfShown(Face::surprised, {.thought = Pixels::file(), .seconds = 2.5});
+         }),
+         playing(a().nod, 2), sitting(between(4, 8))},
+        std::move(done));
+}
+
+void Companion::explore(const Ground& file, Done done) {
+    energy -= 0.15;
+    lastExplored_[fileKey(file)] = now();
+    run({going({.to = file.middle(), .speed = 70}), sitting(between(3, 6)),
+         [this, file](Done next) { climbOn(file, std::move(next)); }},
+        std::move(done));
+}
+
+void Companion::climbOn(const Ground& from, Done done) {
+    if (energy <= climbEnergy || !random().coin()) return done();
+    std::vector<Ground> higher;
+    for (const Ground& spot : pet_.openSpots()) {
+        if (spot.solid || spot.y <= from.y + 1) continue;
+        if (distance(spot.middle(), from.middle()) < climbReach) higher.push_back(spot);
+    }
+    const auto reach = canReach(higher);
+    const Ground* next = nullptr;
+    for (std::size_t i = 0; i < higher.size(); ++i) {
+        if (reach[i] && (!next || higher[i].y < next->y)) next = &higher[i];
+    }
+    if (!next) return done();
+    energy -= 0.1;
+    lastExplored_[fileKey(*next)] = now();
+    run({going({.to = next->middle(), .speed = 70}), sitting(between(3, 6))}, std::move(done));
+}
+
+std::vector<bool> Companion::canReach(const std::vector<Ground>& files) const {
+    std::vector<bool> answers(files.size(), false);
+    const auto here = pet_.surfaceIndex(pet_.position());
+    if (!here || files.empty()) return answers;
+    const auto found = reachable(pet_.ground, *here, pet_.jumpAbility());
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const auto surface = pet_.surfaceIndex(files[i].middle());
+        answers[i] = surface && found[*surface];
+    }
+    return answers;
+}
+
+std::optional<Ground> Companion::noticeNewFiles(const std::vector<Ground>& tiles) {
+    std::vector<Ground> fresh;
+    std::set<std::string> keys;
+    for (const Ground& icon : pet_.ground) {
+        if (icon.solid) continue;
+        std::string fileName = fileKey(icon);
+        if (knownFiles_ && !knownFiles_->contains(fileName)) fresh.push_back(icon);
+        keys.insert(std::move(fileName));
+    }
+    knownFiles_ = std::move(keys);
+
+    const auto reach = canReach(fresh);
+    for (std::size_t i = 0; i < fresh.size(); ++i) {
+        const bool inSight = std::ranges::any_of(tiles, [&](const Ground& tile) {
+            return tile.y == fresh[i].y && tile.span.lo <= fresh[i].span.hi &&
+                   fresh[i].span.lo <= tile.span.hi;
+        });
+        if (reach[i] && inSight) return fresh[i];
+    }
+    return std::nullopt;
+}
+
+std::optional<Ground> Companion::fileToExplore(const std::vector<Ground>& tiles) {
+    std::vector<Ground> due;
+    for (const Ground& tile : tiles) {
+        const auto explored = lastExplored_.find(fileKey(tile));
+        const Date last = explored == lastExplored_.end() ? Date::distantPast() : explored->second;
+        if (now() - last > exploreAgain) due.push_back(tile);
+    }
+    const auto reach = canReach(due);
+    std::vector<Ground> near;
+    for (std::size_t i = 0; i < due.size(); ++i) {
+        if (reach[i]) near.push_back(due[i]);
+    }
+    if (near.empty()) return std::nullopt;
+    const Point here = pet_.position();
+    std::ranges::stable_sort(near, {}, [&](const Ground& g) { return distance(g.middle(), here); });
+    near.resize(std::min(near.size(), nearestFiles));
+    return random().pick(near);
+}
+
+}  // namespace quibbits

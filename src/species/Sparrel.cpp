@@ -1,0 +1,181 @@
+#include "species/Sparrel.h"
+
+#include <algorithm>
+#include <array>
+
+#include "species/SheetNames.h"
+
+namespace quibbits {
+
+namespace {
+
+constexpr std::string_view coralisForm = "coralis";
+constexpr const char* coralianName = "Coralian Thrummet";
+constexpr int pebbleLevel = 20;  // from here on the Storm Pebble works
+
+/// Playful moves that have to be learnt first.
+struct Gate {
+    std::string_view playful;
+    std::string_view move;
+};
+constexpr std::array gates{
+    Gate{"Rotate", "Mirror Step"},
+    Gate{"Tumble", "Agility"},
+    Gate{"Double", "Charm"},
+};
+
+const VoiceTable& lines() {
+    static const VoiceTable table{
+        {Moment::curious, {"{cry}? What's that? What's that?", "{cry}?! Is something there?"}},
+        {Moment::recognized, {"{cry}! It's you! ♥", "{cry} {cry}! I knew it was you!"}},
+        {Moment::startled, {"{cry}?! You scared me!", "Bzzt! Don't sneak up on me!"}},
+        {Moment::petted,
+         {"{cry}~ ♥ That feels nice!", "Hehe! My cheeks are sparking!",
+          "{cry} {cry}! You're my favourite!"}},
+        {Moment::pettedSleepy, {"{cry}… so sleepy…", "Low battery… but that's nice…"}},
+        {Moment::pickedUp, {"{cry} {cry}! Wheee!", "Higher! Higher!"}},
+        {Moment::pickedUpWorried, {"Don't drop me again, okay?", "{cry}… careful…"}},
+        {Moment::droppedHard, {"Ow… that really hurt…", "{cry}… *sniff*"}},
+        {Moment::dizzy, {"Everything's spinning… {cry}…"}},
+        {Moment::askBerry,
+         {"{cry}! I'm hungry! Got a berry?", "My tummy's sparking… food, please!"}},
+        {Moment::ateFavourite, {"My favourite!! {cry} {cry}! ♥", "This is the best berry ever!"}},
+        {Moment::ate, {"Yum! That hit the spot!", "{cry}! Delicious!"}},
+        {Moment::ateDisliked, {"…Bleh. Thanks, I guess.", "{cry}… not my favourite."}},
+        {Moment::full, {"I'm full! I couldn't eat another bite.", "{cry}… so stuffed!"}},
+        {Moment::woke, {"*yawn* Fully charged!", "{cry}! Good nap!"}},
+        {Moment::userBack, {"{cry}! You're back! I missed you!"}},
+        {Moment::itemNear, {"Ooh! Is that for me?", "{cry}?! A berry?!"}},
+        {Moment::offline, {"Huh? The signal's gone…"}},
+        {Moment::online, {"Phew! Back online!"}},
+        {Moment::hot, {"So hot… I'm overheating…"}},
+        {Moment::deleted, {"Zap! Did you see that?!", "{cry}! Gone in a flash!"}},
+        {Moment::celebrate, {"{cry} {cry}! We did it!"}},
+        {Moment::failed, {"{cry}… ugh… we'll get it next time."}},
+        {Moment::done, {"All done! Great job, partner!"}},
+        {Moment::hello, {"{cry}! Hi there!"}},
+        {Moment::playing, {"{cry}! Watch this!", "Hehe, this is fun!"}},
+    };
+    return table;
+}
+
+}  // namespace
+
+Sparrel::Sparrel(const World& world) : Companion("pet", world) {
+    awaken();
+}
+
+std::string Sparrel::sheetName(Stage of, const std::optional<std::string>& inForm,
+                               bool isShiny) const {
+    std::string base = of == Stage::egg ? "mizzle" : std::string(rawValue(of));
+    if (of == Stage::thrummet && inForm == coralisForm) base += "-coralis";
+    return withShiny(std::move(base), of, isShiny);
+}
+
+bool Sparrel::isCoralian() const {
+    return stage == Stage::thrummet && form == coralisForm;
+}
+
+std::string Sparrel::name() const {
+    return isCoralian() ? coralianName : displayName(stage);
+}
+
+Ability Sparrel::ability() const {
+    if (isCoralian()) {
+        return {"Current Rider", "While your Mac is charging, it surfs around 50 % faster."};
+    }
+    return {"Lightning Rod",
+            "While your Mac is charging, it soaks up the power: its energy refills and it doesn't "
+            "get hungry."};
+}
+
+MoveNames Sparrel::known() const {
+    return Growth::known(stage, level(), isCoralian());
+}
+
+bool Sparrel::canEvolve() const {
+    return stage == Stage::sparrel && level() >= pebbleLevel;
+}
+
+double Sparrel::pettingFriendship() const {
+    return knows("Cheek Rub") ? 3.0 : 2.0;
+}
+
+double Sparrel::paceBoost() const {
+    return isCoralian() && power().charging() ? 1.5 : 1.0;
+}
+
+const VoiceTable& Sparrel::voice() const {
+    return lines();
+}
+
+std::string Sparrel::cry() const {
+    if (stage == Stage::thrummet) return isCoralian() ? "Thrum thrum" : "Thrum";
+    return stage == Stage::mizzle ? "Mizzle" : "Sprr";
+}
+
+std::optional<Item> Sparrel::evolveItem() const {
+    if (stage == Stage::sparrel) return Item::stormPebble;
+    return std::nullopt;
+}
+
+std::string Sparrel::evolutionName(Stage to, const std::optional<std::string>& inForm) const {
+    return inForm == coralisForm ? coralianName : displayName(to);
+}
+
+bool Sparrel::absorbsCharge(double minutes) {
+    if (!power().charging() || isCoralian()) return false;
+    energy = std::min(1.0, energy + minutes / 10);
+    hunger = std::max(0.0, hunger - minutes / 30);
+    return true;
+}
+
+void Sparrel::refreshMoves() {
+    pet_.canLeap = knows("Fleet Dash");
+}
+
+void Sparrel::petted() {
+    if (!knows("Sweet Peck")) return;
+    pet_.runLoop().after(0.5, pet_.lifetime().guard([this] { pet_.hearts(); }));
+}
+
+std::vector<std::string> Sparrel::unlockedMoves() const {
+    auto names = Companion::unlockedMoves();
+    const MoveNames moves = known();
+    std::erase_if(names, [&](const std::string& name) {
+        const auto gate = std::ranges::find(gates, name, &Gate::playful);
+        return gate != gates.end() && !moves.contains(gate->move);
+    });
+    return names;
+}
+
+void Sparrel::chargerPlugged() {
+    feel(Face::joyous, {.caption = ability().name + " is drawing in the power!", .seconds = 3});
+    if (!knows("Spark")) return Companion::chargerPlugged();
+
+    std::vector<Step> steps;
+    if (isFainted) steps.push_back(playing(a().wake));
+    isFainted = false;
+    steps.push_back(doing([this] { pet_.sparks(24, 0.5); }));
+    steps.push_back(playing(a().shock, 2));
+    steps.push_back(doing([this] {
+        startChargeSparks(6);
+        pet_.play(a().charge);
+    }));
+    steps.push_back(waiting(1.0));
+    stop([this, steps = std::move(steps)] { run(steps, [this] { think(); }); });
+}
+
+void Sparrel::celebrateHook() {
+    stop([this] {
+        speak(Moment::celebrate, Face::joyous, {}, 2.5);
+        gainEXP(0.05);
+        if (knows("Discharge"))
+            pet_.sparks(60, 1.2);
+        else
+            pet_.sparks(24, 0.6);
+        run({playing(a().shock, 2), playing(a().pose)}, [this] { think(); });
+    });
+}
+
+}  // namespace quibbits

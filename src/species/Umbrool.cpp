@@ -1,0 +1,100 @@
+#include "species/Umbrool.h"
+
+#include "species/SheetNames.h"
+
+namespace quibbits {
+
+namespace {
+
+const VoiceTable& lines() {
+    static const VoiceTable table{
+        {Moment::curious, {"Hm? What's that? What's that?", "{cry}… who goes there?"}},
+        {Moment::recognized, {"Oh, it's you! {cry} ♥", "{cry}! My favourite human!"}},
+        {Moment::startled, {"Gah! Don't sneak up on a ghost!", "Hey! Scaring people is MY job!"}},
+        {Moment::petted,
+         {"{cry}… that tickles!", "Hehe, your hand went right through me!",
+          "Pet me more and I won't haunt you… much."}},
+        {Moment::pettedSleepy, {"Mm… even ghosts get sleepy…"}},
+        {Moment::pickedUp, {"Hey! You can't hold a ghost! …Wheee!", "{cry}! I'm flying!"}},
+        {Moment::pickedUpWorried, {"Careful! Ghosts bruise too, you know."}},
+        {Moment::droppedHard, {"Ow… wait, ghosts don't feel pain. …Ow anyway."}},
+        {Moment::dizzy, {"My head's spinning faster than my shadow…"}},
+        {Moment::askBerry, {"My tummy's haunted… got a berry?", "Feed me, or I lick your screen."}},
+        {Moment::ateFavourite, {"{cry}!! My favourite! ♥"}},
+        {Moment::ate, {"Mmm! Berries taste better in the dark."}},
+        {Moment::ateDisliked, {"Blech! You eat it!"}},
+        {Moment::full, {"I'm stuffed… no more!"}},
+        {Moment::woke, {"*yawn* Time to haunt!"}},
+        {Moment::userBack, {"{cry}… you're back. I hid all your stuff. Just kidding!"}},
+        {Moment::itemNear, {"Ooh, is that for me?", "Is that a berry? Gimme gimme!"}},
+        {Moment::offline, {"The internet vanished… it wasn't me!"}},
+        {Moment::online, {"It's back! Okay… maybe it WAS me."}},
+        {Moment::hot, {"Too hot… I'm a cold-blooded ghost!"}},
+        {Moment::deleted, {"Gone! Into the shadows!", "{cry}… swallowed whole!"}},
+        {Moment::celebrate, {"{cry}! We did it!"}},
+        {Moment::failed, {"{cry}… cursed. Definitely cursed."}},
+        {Moment::done, {"Done! Now let's go prank someone."}},
+        {Moment::hello, {"{cry}! Boo!"}},
+        {Moment::playing, {"{cry}! Watch this!", "Can't catch me!"}},
+    };
+    return table;
+}
+
+}  // namespace
+
+Umbrool::Umbrool(const World& world) : Companion("umbrool", world) {
+    awaken();
+}
+
+AnimRoles Umbrool::animRoles() const {
+    return {{"bask", {"Laying"}},        {"nap", {"EventSleep"}},
+            {"flinch", {"Cringe"}},      {"wobble", {"LostBalance"}},
+            {"glide", {"Float"}},        {"peek", {"Head"}},
+            {"breathe", {"DeepBreath"}}, {"throw", {"MultiStrike", "Attack"}}};
+}
+
+std::string Umbrool::sheetName(Stage of, const std::optional<std::string>&, bool isShiny) const {
+    std::string base = of == Stage::egg ? "wispul" : std::string(rawValue(of));
+    return withShiny(std::move(base), of, isShiny);
+}
+
+Ability Umbrool::ability() const {
+    return {"Levitate",
+            "Floats instead of walking: it flies anywhere on your screen, not just along the "
+            "floor, and never falls when you drop it."};
+}
+
+std::optional<Nibble> Umbrool::nibble() const {
+    switch (stage) {
+        case Stage::wispul: return Nibble{"Lick", {26, 4}, 0.35};
+        case Stage::gloamer: return Nibble{"Lick", {23, 6}, 0.29};
+        default: return std::nullopt;
+    }
+}
+
+const VoiceTable& Umbrool::voice() const {
+    return lines();
+}
+
+std::string Umbrool::cry() const {
+    switch (stage) {
+        case Stage::wispul: return "Fss…";
+        case Stage::gloamer: return "Oohooh";
+        default: return "Nyehee";
+    }
+}
+
+std::optional<Item> Umbrool::evolveItem() const {
+    if (stage == Stage::gloamer) return Item::tetherLoop;
+    return std::nullopt;
+}
+
+std::vector<std::string> Umbrool::playful() const {
+    std::vector<std::string> names;
+    for (const char* name : {"Twirl", "Rotate", "Double", "Tumble", "TumbleBack", "Trip"}) {
+        if (a().anim(name)) names.emplace_back(name);
+    }
+    return names;
+}
+
+}  // namespace quibbits
