@@ -1,0 +1,106 @@
+#include "desktop/LinuxComputer.h"
+
+#include "desktop/NoFileBrowser.h"
+#include "desktop/NoNotifications.h"
+#include "desktop/files/DefaultsFile.h"
+#include "desktop/files/DiskFiles.h"
+#include "desktop/files/DiskResources.h"
+#include "desktop/session/SysMachine.h"
+#include "desktop/x11/XDock.h"
+#include "desktop/x11/XPanels.h"
+#include "desktop/x11/XWindowList.h"
+#include "desktop/x11/XWorkspace.h"
+#include "layers/LayerEngine.h"
+#include "raster/Painter.h"
+
+namespace quibbits {
+namespace {
+
+std::vector<std::filesystem::path> withUsersFirst(std::vector<std::filesystem::path> folders) {
+    folders.insert(folders.begin(), DiskResources::userSheets());
+    return folders;
+}
+
+}  // namespace
+
+struct LinuxComputer::Parts {
+    Parts(std::unique_ptr<EventRunLoop> runLoop, std::unique_ptr<x11::Connection> display,
+          const Places& places)
+        : loop(std::move(runLoop)),
+          connection(std::move(display)),
+          engine(*loop),
+          screens(*connection),
+          pointer(*connection, screens),
+          panels(*connection, screens, pointer, engine),
+          workspace(*connection),
+          windowList(*connection, screens),
+          dock(screens),
+          defaults(places.defaults.empty() ? DefaultsFile::usualPlace() : places.defaults,
+                   [this](Job job) { loop->post(std::move(job)); }),
+          resources(withUsersFirst(places.sheets)),
+          files(DiskFiles::homeTrash()),
+          machine(places.system),
+          notifications(*loop) {
+        connection->onEnd = [this] { loop->quit(); };
+    }
+
+    std::unique_ptr<EventRunLoop> loop;
+    std::unique_ptr<x11::Connection> connection;
+    LayerEngine engine;
+    x11::XScreens screens;
+    x11::XPointer pointer;
+    x11::XPanels panels;
+    x11::XWorkspace workspace;
+    x11::XWindowList windowList;
+    x11::XDock dock;
+    NoFileBrowser fileBrowser;
+    DefaultsFile defaults;
+    DiskResources resources;
+    TextRuler text;
+    DiskFiles files;
+    SysMachine machine;
+    NoNotifications notifications;
+};
+
+LinuxComputer::Result LinuxComputer::start(Places places) {
+    auto loop = std::make_unique<EventRunLoop>();
+    loop->quitOnSignals();
+    auto connection = x11::Connection::open(*loop, places.display);
+    if (!connection) return {.failure = "there is no X display to show the creatures on"};
+    auto parts = std::make_unique<Parts>(std::move(loop), std::move(connection), places);
+    if (!parts->panels.isUsable()) return {.failure = "the X display has no see-through windows"};
+    return {.computer = std::unique_ptr<LinuxComputer>(new LinuxComputer(std::move(parts)))};
+}
+
+LinuxComputer::LinuxComputer(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
+LinuxComputer::~LinuxComputer() = default;
+
+EventRunLoop& LinuxComputer::loop() {
+    return *parts_->loop;
+}
+Panels& LinuxComputer::panels() {
+    return parts_->panels;
+}
+Computer LinuxComputer::computer(Random& random) {
+    return {.runLoop = *parts_->loop,
+            .random = random,
+            .defaults = parts_->defaults,
+            .screens = parts_->screens,
+            .pointer = parts_->pointer,
+            .workspace = parts_->workspace,
+            .windows = parts_->windowList,
+            .dock = parts_->dock,
+            .fileBrowser = parts_->fileBrowser,
+            .machine = parts_->machine,
+            .notifications = parts_->notifications,
+            .files = parts_->files,
+            .resources = parts_->resources,
+            .text = parts_->text};
+}
+
+void LinuxComputer::run() {
+    parts_->loop->run();
+    parts_->defaults.flush();
+}
+
+}  // namespace quibbits

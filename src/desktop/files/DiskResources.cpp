@@ -1,0 +1,102 @@
+#include "desktop/files/DiskResources.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <span>
+
+#include "codecs/Png.h"
+#include "codecs/Xml.h"
+#include "desktop/files/WholeFile.h"
+
+namespace quibbits {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t mostImageBytes = std::size_t{64} << 20;
+constexpr std::string_view endChunk("\0\0\0\0IEND\xae\x42\x60\x82", 12);
+
+bool isPlainName(std::string_view name) {
+    return !name.empty() && name.front() != '.' &&
+           name.find_first_of(std::string_view("/\0", 2)) == std::string_view::npos;
+}
+
+/// The size by the header, if the file also ends as a whole one does.
+std::optional<PngInfo> headerOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::array<char, 64> head{};
+    file.read(head.data(), head.size());
+    if (!file) return std::nullopt;
+    const auto info = pngInfo(std::as_bytes(std::span(head)));
+    std::array<char, endChunk.size()> tail{};
+    file.seekg(-static_cast<std::streamoff>(tail.size()), std::ios::end);
+    file.read(tail.data(), tail.size());
+    if (!file || std::string_view(tail.data(), tail.size()) != endChunk) return std::nullopt;
+    return info;
+}
+
+}  // namespace
+
+DiskResources::DiskResources(std::vector<fs::path> folders) : folders_(std::move(folders)) {}
+
+fs::path DiskResources::userSheets() {
+    const char* data = std::getenv("XDG_DATA_HOME");
+    if (data && data[0] == '/') return fs::path(data) / "quibbits/sheets";
+    const char* home = std::getenv("HOME");
+    return fs::path(home && home[0] ? home : "/") / ".local/share/quibbits/sheets";
+}
+
+std::vector<fs::path> DiskResources::candidates(std::string_view name,
+                                                std::string_view suffix) const {
+    std::vector<fs::path> paths;
+    if (!isPlainName(name)) return paths;
+    for (const auto& folder : folders_) {
+        auto path = folder / (std::string(name) + std::string(suffix));
+        std::error_code error;
+        if (fs::is_regular_file(path, error) && !broken_.contains(path)) {
+            paths.push_back(std::move(path));
+        }
+    }
+    return paths;
+}
+
+std::optional<Resources::PixelSize> DiskResources::imageSize(std::string_view name) const {
+    for (const auto& path : candidates(name, ".png")) {
+        if (const auto info = headerOf(path)) return PixelSize{info->width, info->height};
+    }
+    return std::nullopt;
+}
+
+Image DiskResources::imageRows(std::string_view name, int first, int count) const {
+    if (first < 0 || count <= 0) return {};
+    for (const auto& path : candidates(name, ".png")) {
+        const auto info = headerOf(path);
+        if (!info) continue;
+        const int wanted = std::min(count, info->height - first);
+        if (wanted <= 0) return {};
+        const auto bytes = readWholeFile(path, mostImageBytes);
+        auto decoded = bytes ? decodePng(std::as_bytes(std::span(*bytes)), {first, wanted})
+                             : std::optional<DecodedImage>{};
+        if (!decoded || decoded->height != wanted) {
+            broken_.insert(path);
+            continue;
+        }
+        if (!decoded->hasPalette()) {
+            return Image::fromArgb(decoded->width, decoded->height, std::move(decoded->argb));
+        }
+        return Image::fromPalette(decoded->width, decoded->height, std::move(decoded->indices),
+                                  std::move(decoded->palette));
+    }
+    return {};
+}
+
+std::optional<std::vector<XmlEvent>> DiskResources::xml(std::string_view name) const {
+    for (const auto& path : candidates(name, ".xml")) {
+        if (const auto text = readWholeFile(path, xmlMostBytes)) return xmlEvents(*text);
+    }
+    return std::nullopt;
+}
+
+}  // namespace quibbits

@@ -1,0 +1,128 @@
+#include "desktop/x11/DropTarget.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "desktop/x11/DropData.h"
+#include "desktop/x11/Properties.h"
+
+namespace quibbits::x11 {
+namespace {
+
+constexpr std::uint32_t protocolVersion = 5;
+constexpr std::size_t longestItemName = 256;
+
+}  // namespace
+
+DropTarget::DropTarget(Connection& connection, xcb_window_t window, Ask over, Ask drop)
+    : connection_(connection), window_(window), over_(std::move(over)), drop_(std::move(drop)) {
+    setProperty(connection, window, connection.atom(Atom::dndAware), XCB_ATOM_ATOM,
+                {{protocolVersion}});
+    subscriptions_.push_back(connection.listen(XCB_CLIENT_MESSAGE, [this](const auto& event) {
+        const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
+        if (message.window == window_ && message.format == 32) this->message(message);
+    }));
+    subscriptions_.push_back(connection.listen(XCB_SELECTION_NOTIFY, [this](const auto& event) {
+        const auto& answer = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
+        if (answer.requestor == window_ &&
+            answer.selection == connection_.atom(Atom::dndSelection)) {
+            received(answer);
+        }
+    }));
+}
+
+void DropTarget::message(const xcb_client_message_event_t& event) {
+    const auto is = [&](Atom name) { return event.type == connection_.atom(name); };
+    const auto* data = event.data.data32;
+    if (is(Atom::dndEnter)) return entered(data);
+    if (source_ == 0 || data[0] != source_) return;  // about a drag that has ended
+    if (is(Atom::dndPosition)) moved(data);
+    if (is(Atom::dndDrop)) dropped(data);
+    if (is(Atom::dndLeave) && !dropping_) forget();
+}
+
+void DropTarget::entered(const std::uint32_t* data) {
+    forget();
+    source_ = data[0];
+    const bool hasMoreTypes = (data[1] & 1) != 0;
+    const auto list = hasMoreTypes ? propertyOf(connection_, source_, Atom::dndTypeList)
+                                   : Property();
+    const auto offers = [&](Atom name) {
+        const auto type = connection_.atom(name);
+        return hasMoreTypes ? list.contains(type) : std::find(data + 2, data + 5, type) != data + 5;
+    };
+    offersFiles_ = offers(Atom::uriList);
+    offersItem_ = offers(Atom::privateItem);
+    if (offersItem_) {
+        drag_.item = "";  // until its name arrives
+        request(Atom::privateItem, XCB_CURRENT_TIME);
+    }
+}
+
+void DropTarget::moved(const std::uint32_t* data) {
+    drag_.rootX = static_cast<int>(data[2] >> 16);
+    drag_.rootY = static_cast<int>(data[2] & 0xffff);
+    wouldTake_ = (offersFiles_ || offersItem_) && over_(drag_);
+    constexpr std::uint32_t accept = 1;
+    constexpr std::uint32_t tellEveryMove = 2;
+    tellSource(Atom::dndStatus, {window_, (wouldTake_ ? accept : 0) | tellEveryMove, 0, 0,
+                                 actionFor(wouldTake_)});
+}
+
+void DropTarget::dropped(const std::uint32_t* data) {
+    if (!wouldTake_) return finish(false);
+    dropping_ = true;
+    request(offersItem_ ? Atom::privateItem : Atom::uriList, data[2]);
+}
+
+void DropTarget::request(Atom type, std::uint32_t time) {
+    xcb_convert_selection(connection_.xcb(), window_, connection_.atom(Atom::dndSelection),
+                          connection_.atom(type), connection_.atom(Atom::dropTransfer), time);
+}
+
+void DropTarget::received(const xcb_selection_notify_event_t& event) {
+    if (source_ == 0) return;
+    const auto transfer = event.property == XCB_NONE
+                              ? Property()
+                              : propertyOf(connection_, window_, Atom::dropTransfer);
+    xcb_delete_property(connection_.xcb(), window_, connection_.atom(Atom::dropTransfer));
+    if (event.target == connection_.atom(Atom::privateItem)) {
+        drag_.item = transfer.text().substr(0, longestItemName);
+        if (!dropping_) return;
+        // An item's name that cannot be had leaves the files that came with it, if any.
+        if (drag_.item->empty() && offersFiles_) {
+            return request(Atom::uriList, XCB_CURRENT_TIME);
+        }
+    } else if (event.target == connection_.atom(Atom::uriList)) {
+        drag_.files = filesOfUriList(transfer.text());
+    }
+    if (dropping_) finish(drop_(drag_));
+}
+
+xcb_atom_t DropTarget::actionFor(bool taken) const {
+    constexpr xcb_atom_t none = XCB_NONE;
+    return taken ? connection_.atom(Atom::dndActionCopy) : none;
+}
+
+void DropTarget::finish(bool taken) {
+    tellSource(Atom::dndFinished, {window_, taken ? 1u : 0u, actionFor(taken)});
+    forget();
+}
+
+void DropTarget::tellSource(Atom type, std::array<std::uint32_t, 5> data) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = source_;
+    message.type = connection_.atom(type);
+    std::memcpy(message.data.data32, data.data(), sizeof data);
+    xcb_send_event(connection_.xcb(), 0, source_, 0, reinterpret_cast<const char*>(&message));
+}
+
+void DropTarget::forget() {
+    source_ = 0;
+    offersFiles_ = offersItem_ = wouldTake_ = dropping_ = false;
+    drag_ = {};
+}
+
+}  // namespace quibbits::x11

@@ -1,0 +1,74 @@
+#pragma once
+// The native window of a panel: see-through where a compositor runs, over the whole of its frame
+// whatever the window manager thinks, on every workspace, in no task bar, never with the focus.
+
+#include <span>
+
+#include "desktop/x11/Connection.h"
+#include "layers/LayerTree.h"
+#include "layers/Panel.h"
+
+namespace quibbits::x11 {
+
+/// What all panels share: the visual with an opacity channel and its colour map.
+class PanelVisual {
+public:
+    explicit PanelVisual(Connection& connection);
+    ~PanelVisual();
+    PanelVisual(const PanelVisual&) = delete;
+    PanelVisual& operator=(const PanelVisual&) = delete;
+
+    /// Nothing works without one; every server of this century has one.
+    explicit operator bool() const { return visual_ != 0; }
+    xcb_visualid_t visual() const { return visual_; }
+    xcb_colormap_t colors() const { return colors_; }
+
+private:
+    Connection& connection_;
+    xcb_visualid_t visual_ = 0;
+    xcb_colormap_t colors_ = 0;
+};
+
+class PanelWindow {
+public:
+    PanelWindow(Connection& connection, const PanelVisual& visual, PixelRect frame,
+                PanelLevel level);
+    ~PanelWindow();
+    PanelWindow(const PanelWindow&) = delete;
+    PanelWindow& operator=(const PanelWindow&) = delete;
+
+    xcb_window_t id() const { return id_; }
+    xcb_gcontext_t context() const { return context_; }
+    const PixelRect& frame() const { return frame_; }
+    bool isShown() const { return shown_; }
+
+    void setFrame(const PixelRect& frame);
+    void setLevel(PanelLevel level);
+    void show();
+    void hide();
+    /// The part that takes the mouse, in pixels of the window; empty lets everything through.
+    void setInputRegion(std::vector<xcb_rectangle_t> region);
+
+    /// The server mapped or reparented the window, or a window manager came: some of what was
+    /// asked before is lost on the way and is asked again.
+    void assertState();
+    /// The window got a size that nobody asked for.
+    void configured(int width, int height);
+
+private:
+    bool isMenu() const { return level_ == PanelLevel::menu; }
+    void configure();
+    void sendInputRegion();
+    void writeState();
+
+    Connection& connection_;
+    xcb_window_t id_;
+    xcb_gcontext_t context_;
+    PixelRect frame_;
+    PanelLevel level_;
+    bool shown_ = false;
+    int corrections_ = 0;
+    std::vector<xcb_rectangle_t> inputRegion_;
+};
+
+}  // namespace quibbits::x11

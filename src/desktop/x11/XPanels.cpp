@@ -1,0 +1,56 @@
+#include "desktop/x11/XPanels.h"
+
+#include <xcb/xfixes.h>
+
+namespace quibbits::x11 {
+
+XPanels::XPanels(Connection& connection, XScreens& screens, XPointer& pointer, LayerEngine& engine)
+    : connection_(connection),
+      screens_(screens),
+      pointer_(pointer),
+      engine_(engine),
+      visual_(connection) {
+    const auto compositor = connection.atom(Atom::compositor);
+    if (connection.xfixes) {
+        xcb_xfixes_select_selection_input(
+            connection.xcb(), connection.root(), compositor,
+            XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+        subscriptions_.push_back(connection.listen(
+            connection.xfixes->firstEvent + XCB_XFIXES_SELECTION_NOTIFY, [=, this](const auto& e) {
+                const auto& change =
+                    reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(e);
+                if (change.selection == compositor) findCompositor();
+            }));
+    }
+    findCompositor();
+    subscriptions_.push_back(
+        screens.changed.subscribe([this] { tellAll(&XPanel::screensChanged); }));
+    subscriptions_.push_back(connection.rootPropertyChanged.subscribe([this](xcb_atom_t name) {
+        if (name == connection_.atom(Atom::supportingWmCheck)) {
+            tellAll(&XPanel::windowManagerChanged);
+        }
+    }));
+}
+
+std::unique_ptr<Panel> XPanels::makePanel(Spec spec) {
+    return std::make_unique<XPanel>(*this, spec);
+}
+
+void XPanels::findCompositor() {
+    auto* xcb = connection_.xcb();
+    const auto owner =
+        reply(xcb, xcb_get_selection_owner_reply,
+              xcb_get_selection_owner(xcb, connection_.atom(Atom::compositor)));
+    const bool present = owner && owner->owner != XCB_NONE;
+    if (present == hasCompositor_) return;
+    hasCompositor_ = present;
+    tellAll(&XPanel::compositorChanged);
+}
+
+void XPanels::tellAll(void (XPanel::*message)()) {
+    for (auto* panel : std::vector(panels_)) (panel->*message)();
+}
+
+}  // namespace quibbits::x11

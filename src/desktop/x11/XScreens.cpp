@@ -1,0 +1,202 @@
+#include "desktop/x11/XScreens.h"
+
+#include <xcb/randr.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "desktop/x11/Properties.h"
+#include "desktop/x11/XSettings.h"
+
+namespace quibbits::x11 {
+namespace {
+
+// Several properties change together when a panel opens or a monitor is plugged in.
+constexpr Seconds settling = 0.1;
+
+constexpr double dotsPerInch = 96;
+constexpr double scaleStep = 0.25;
+constexpr double largestScale = 8;
+
+/// The value of "Xft.dpi:" in the server's resource texts.
+std::optional<double> resourceDpi(std::string_view resources) {
+    constexpr std::string_view name = "Xft.dpi:";
+    for (std::size_t at = 0; at < resources.size();) {
+        const auto end = std::min(resources.find('\n', at), resources.size());
+        auto line = resources.substr(at, end - at);
+        at = end + 1;
+        if (!line.starts_with(name)) continue;
+        line.remove_prefix(std::min(line.find_first_not_of(" \t", name.size()), line.size()));
+        double value = 0;
+        if (std::from_chars(line.data(), line.data() + line.size(), value).ec == std::errc{}) {
+            return value;
+        }
+    }
+    return std::nullopt;
+}
+
+bool overlaps(const PixelRect& a, const PixelRect& b) {
+    return !a.intersected(b).isEmpty();
+}
+
+}  // namespace
+
+XScreens::XScreens(Connection& connection) : connection_(connection) {
+    connection.selectRootEvents(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    if (connection.randr) {
+        xcb_randr_select_input(connection.xcb(), connection.root(),
+                               XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE |
+                                   XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE |
+                                   XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE);
+        for (const int type : {XCB_RANDR_SCREEN_CHANGE_NOTIFY, XCB_RANDR_NOTIFY}) {
+            subscriptions_.push_back(connection.listen(
+                connection.randr->firstEvent + type, [this](const auto&) { updateSoon(); }));
+        }
+    }
+    const auto ofDockOrRoot = [this](xcb_window_t window) {
+        return window == connection_.root() || std::ranges::find(watched_, window) != watched_.end();
+    };
+    subscriptions_.push_back(connection.listen(XCB_CONFIGURE_NOTIFY, [=, this](const auto& event) {
+        const auto& change = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+        if (ofDockOrRoot(change.window)) updateSoon();
+    }));
+    subscriptions_.push_back(connection.listen(XCB_PROPERTY_NOTIFY, [=, this](const auto& event) {
+        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        const bool strut = change.atom == connection_.atom(Atom::strutPartial) ||
+                           change.atom == connection_.atom(Atom::strut);
+        if (strut && ofDockOrRoot(change.window)) updateSoon();
+    }));
+    subscriptions_.push_back(connection.rootPropertyChanged.subscribe([this](xcb_atom_t name) {
+        if (name == XCB_ATOM_RESOURCE_MANAGER || name == connection_.atom(Atom::workArea) ||
+            name == connection_.atom(Atom::clientList)) {
+            updateSoon();
+        }
+    }));
+    update();
+}
+
+void XScreens::updateSoon() {
+    if (pending_) return;
+    pending_ = connection_.loop().timer(settling, [this] {
+        pending_.cancel();
+        update();
+    });
+}
+
+void XScreens::update() {
+    const auto monitor = mainMonitor();
+    const auto screenBefore = screen_;
+    const auto dockBefore = bottomDock_;
+    screen_.reset();
+    bottomDock_.reset();
+    if (monitor) {
+        coordinates_ = {scaleBySettings(), monitor->x, monitor->y + monitor->height};
+        const auto all = docks();
+        screen_ = Screen{.frame = coordinates_.points(*monitor),
+                         .visibleFrame = coordinates_.points(withoutDocks(*monitor, all)),
+                         .scale = coordinates_.scale};
+        for (const auto& dock : all) {
+            if (dock.strut[3] > 0 && overlaps(dock.frame, *monitor)) {
+                bottomDock_ = coordinates_.points(dock.frame.intersected(*monitor));
+            }
+        }
+    }
+    if (screen_ != screenBefore) changed.emit();
+    if (bottomDock_ != dockBefore) dockChanged.emit();
+}
+
+std::optional<PixelRect> XScreens::mainMonitor() {
+    auto* xcb = connection_.xcb();
+    const auto geometryAsked = xcb_get_geometry(xcb, connection_.root());
+    std::optional<PixelRect> best;
+    if (connection_.randr) {
+        const auto monitors = reply(xcb, xcb_randr_get_monitors_reply,
+                                    xcb_randr_get_monitors(xcb, connection_.root(), 1));
+        if (monitors) {
+            auto each = xcb_randr_get_monitors_monitors_iterator(monitors.get());
+            for (; each.rem > 0; xcb_randr_monitor_info_next(&each)) {
+                const auto& info = *each.data;
+                if (best && !info.primary) continue;
+                best = PixelRect{info.x, info.y, info.width, info.height};
+            }
+        }
+    }
+    const auto geometry = reply(xcb, xcb_get_geometry_reply, geometryAsked);
+    if (!geometry) return std::nullopt;
+    display_ = {0, 0, geometry->width, geometry->height};
+    if (!best || best->isEmpty()) best = display_;
+    return best;
+}
+
+double XScreens::scaleBySettings() const {
+    const auto resources = PropertyRequest(connection_, connection_.root(),
+                                           XCB_ATOM_RESOURCE_MANAGER).wait();
+    const double byDpi = resourceDpi(resources.text()).value_or(dotsPerInch) / dotsPerInch;
+    const double byFactor = windowScalingFactor(connection_);
+    const double scale = std::round(std::max(byDpi, byFactor) / scaleStep) * scaleStep;
+    return std::clamp(scale, 1.0, largestScale);
+}
+
+std::vector<XScreens::Dock> XScreens::docks() {
+    auto* xcb = connection_.xcb();
+    const auto list = propertyOf(connection_, connection_.root(), Atom::clientList);
+    struct Asked {
+        xcb_window_t window;
+        PropertyRequest type, strutPartial, strut;
+        xcb_get_geometry_cookie_t geometry;
+        xcb_translate_coordinates_cookie_t place;
+    };
+    std::vector<Asked> asked;
+    for (const auto window : list.numbers()) {
+        const auto property = [&](Atom name) {
+            return PropertyRequest(connection_, window, connection_.atom(name));
+        };
+        asked.push_back({window, property(Atom::windowType), property(Atom::strutPartial),
+                         property(Atom::strut), xcb_get_geometry(xcb, window),
+                         xcb_translate_coordinates(xcb, window, connection_.root(), 0, 0)});
+    }
+    std::vector<Dock> found;
+    for (const auto& one : asked) {
+        const bool isDock = one.type.wait().contains(connection_.atom(Atom::typeDock));
+        const auto partial = one.strutPartial.wait();
+        const auto plain = one.strut.wait();
+        const auto geometry = reply(xcb, xcb_get_geometry_reply, one.geometry);
+        const auto place = reply(xcb, xcb_translate_coordinates_reply, one.place);
+        if (!isDock || !geometry || !place) continue;
+        std::vector<std::uint32_t> strut(partial.numbers().begin(), partial.numbers().end());
+        if (strut.size() < 4) strut.assign(plain.numbers().begin(), plain.numbers().end());
+        if (strut.size() < 4) continue;  // as the panels of this program, whose events are their own
+        if (std::ranges::find(watched_, one.window) == watched_.end()) {
+            const std::uint32_t mask =
+                XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+            xcb_change_window_attributes(xcb, one.window, XCB_CW_EVENT_MASK, &mask);
+        }
+        found.push_back({one.window,
+                         {place->dst_x, place->dst_y, geometry->width, geometry->height},
+                         std::move(strut)});
+    }
+    watched_.clear();
+    for (const auto& dock : found) watched_.push_back(dock.window);
+    return found;
+}
+
+PixelRect XScreens::withoutDocks(PixelRect monitor, const std::vector<Dock>& docks) const {
+    int left = monitor.x;
+    int top = monitor.y;
+    int right = monitor.x + monitor.width;
+    int bottom = monitor.y + monitor.height;
+    for (const auto& dock : docks) {
+        if (!overlaps(dock.frame, monitor)) continue;
+        // Struts are counted from the edges of the whole display.
+        const auto reserved = [&](std::size_t side) { return static_cast<int>(dock.strut[side]); };
+        if (reserved(0) > 0) left = std::max(left, reserved(0));
+        if (reserved(1) > 0) right = std::min(right, display_.width - reserved(1));
+        if (reserved(2) > 0) top = std::max(top, reserved(2));
+        if (reserved(3) > 0) bottom = std::min(bottom, display_.height - reserved(3));
+    }
+    const PixelRect rest{left, top, right - left, bottom - top};
+    return rest.isEmpty() ? monitor : rest;
+}
+
+}  // namespace quibbits::x11

@@ -1,0 +1,51 @@
+#pragma once
+// The monitors by RandR, the scale by the desktop's settings, and the panels and docks along the
+// main screen's edges.
+
+#include <xcb/xcb.h>
+
+#include <vector>
+
+#include "desktop/x11/Connection.h"
+#include "desktop/x11/Coordinates.h"
+#include "platform/Screens.h"
+
+namespace quibbits::x11 {
+
+class XScreens final : public Screens {
+public:
+    explicit XScreens(Connection& connection);
+
+    std::optional<Screen> main() const override { return screen_; }
+    const Coordinates& coordinates() const { return coordinates_; }
+    /// The panel or dock at the bottom of the main screen that keeps windows off, if any.
+    std::optional<Rect> bottomDock() const { return bottomDock_; }
+    /// The bottom dock came, went or changed its span.
+    Signal<> dockChanged;
+
+private:
+    /// A window along an edge, in pixels: itself and the four widths that it reserves.
+    struct Dock {
+        xcb_window_t window = 0;
+        PixelRect frame;
+        std::vector<std::uint32_t> strut;  // as _NET_WM_STRUT_PARTIAL
+    };
+
+    void update();
+    void updateSoon();
+    std::optional<PixelRect> mainMonitor();
+    double scaleBySettings() const;
+    std::vector<Dock> docks();
+    PixelRect withoutDocks(PixelRect monitor, const std::vector<Dock>& docks) const;
+
+    Connection& connection_;
+    std::optional<Screen> screen_;
+    std::optional<Rect> bottomDock_;
+    Coordinates coordinates_;
+    PixelRect display_;  // the whole of it
+    std::vector<xcb_window_t> watched_;  // docks whose changes are heard
+    Timer pending_;
+    std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace quibbits::x11

@@ -1,0 +1,34 @@
+#pragma once
+// The applications of the desktop, as the window manager lists their windows.
+
+#include <map>
+
+#include "desktop/x11/Connection.h"
+#include "platform/Workspace.h"
+
+namespace quibbits::x11 {
+
+class XWorkspace final : public Workspace {
+public:
+    explicit XWorkspace(Connection& connection);
+
+    std::optional<Application> frontmost() const override { return front_; }
+    std::vector<Application> running() const override { return running_; }
+
+private:
+    void rootChanged(xcb_atom_t property);
+    void readFront();
+    void readList();
+    void learn(const std::vector<xcb_window_t>& windows);
+
+    /// What is known of a window; nothing for docks, desktops and menus.
+    using Known = std::optional<Application>;
+
+    Connection& connection_;
+    std::map<xcb_window_t, Known> windows_;  // those of the client list
+    std::optional<Application> front_;
+    std::vector<Application> running_;
+    Subscription subscription_;
+};
+
+}  // namespace quibbits::x11
