@@ -1,0 +1,187 @@
+#pragma once
+// A whole computer in virtual time: a desktop with a screen, a dock, windows, icons, a pointer and
+// the machine's own news, all moved by a script. It implements every interface of the platform; the
+// core cannot tell it from a real one.
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "layers/LayerEngine.h"
+#include "platform/Computer.h"
+#include "sim/SimulatedPanel.h"
+#include "sim/VirtualRunLoop.h"
+
+namespace quibbits {
+
+/// Defaults in memory. They outlive the program that is simulated, as a file would.
+class SimulatedDefaults final : public UserDefaults {
+public:
+    std::optional<DefaultsValue> object(std::string_view key) const override;
+    std::optional<DefaultsValue> stored(std::string_view key) const override;
+    void set(std::string_view key, DefaultsValue value) override;
+    void remove(std::string_view key) override;
+    void registerDefaults(std::map<std::string, DefaultsValue> values) override;
+
+    const std::map<std::string, DefaultsValue, std::less<>>& all() const { return values_; }
+    /// A stored value changed, or went away.
+    std::function<void(const std::string& key, const DefaultsValue* value)> onChange;
+
+private:
+    std::map<std::string, DefaultsValue, std::less<>> values_;
+    std::map<std::string, DefaultsValue, std::less<>> registered_;
+};
+
+class SimulatedScreens final : public Screens {
+public:
+    std::optional<Screen> main() const override { return screen; }
+    std::optional<Screen> screen;
+};
+
+class SimulatedDock final : public Dock {
+public:
+    std::optional<Rect> bottom() const override { return frame; }
+    std::optional<Rect> frame;
+};
+
+class SimulatedWorkspace final : public Workspace {
+public:
+    std::optional<Application> frontmost() const override { return front; }
+    std::vector<Application> running() const override { return applications; }
+    std::optional<Application> front;
+    std::vector<Application> applications;
+};
+
+class SimulatedWindows final : public WindowList {
+public:
+    struct Window {
+        std::string id;
+        WindowInfo info;
+    };
+    std::vector<WindowInfo> onScreen() const override;
+    std::vector<Window> windows;  // front to back
+};
+
+class SimulatedFileBrowser final : public FileBrowser {
+public:
+    std::optional<std::vector<DesktopIcon>> desktopIcons() override { return icons; }
+    std::optional<std::vector<DesktopIcon>> icons = std::vector<DesktopIcon>{};
+};
+
+class SimulatedMachine final : public Machine {
+public:
+    std::vector<PowerSource> powerSources() const override { return sources; }
+    ThermalState thermalState() const override { return heat; }
+    std::vector<bool> camerasInUse() const override { return cameras; }
+    std::vector<PowerSource> sources;
+    ThermalState heat = ThermalState::nominal;
+    std::vector<bool> cameras;
+};
+
+class SimulatedNotifications final : public Notifications {
+public:
+    void setCategories(std::vector<NotificationCategory> list) override { categories = list; }
+    void send(NotificationRequest request, std::function<void(const std::string&)> done) override;
+    void removeDelivered(const std::string& identifier) override;
+    std::vector<NotificationCategory> categories;
+    std::map<std::string, NotificationRequest> delivered;
+    std::string refusal;  // not empty: every request fails with this text
+    std::function<void(const NotificationRequest&)> onSend;
+};
+
+class SimulatedFiles final : public Files {
+public:
+    bool exists(const std::string& path) const override { return files.contains(path); }
+    bool moveToTrash(const std::string& path) override;
+    std::set<std::string> files;
+    std::set<std::string> stubborn;  // cannot be moved
+    std::vector<std::string> trash;
+    std::function<void(const std::string& path, bool moved)> onTrash;
+};
+
+/// The pointer of the simulated user, and the routing of what it does.
+class SimulatedPointer final : public Pointer {
+public:
+    explicit SimulatedPointer(const RunLoop& loop) : loop_(loop) {}
+    Point location() const override { return place; }
+    MouseButtons buttons() const override { return down; }
+    Modifiers modifiers() const override { return keys; }
+    Seconds idle() const override { return loop_.now() - lastInput; }
+    Seconds untouched() const override { return loop_.now() - lastMouse; }
+    void setHidden(bool h) override { hidden = h; }
+
+    Point place;
+    MouseButtons down;
+    Modifiers keys;
+    bool hidden = false;
+    Instant lastInput = 0;
+    Instant lastMouse = 0;
+
+private:
+    const RunLoop& loop_;
+};
+
+class SimulatedComputer {
+public:
+    struct Settings {
+        Date begin = utcDate({.year = 2026, .month = 3, .day = 2, .hour = 10});
+        std::uint64_t seed = 1;
+        bool painting = false;  // panels follow what would be painted; costs time
+    };
+    /// Resources and text are the caller's; a test may give none that draw.
+    SimulatedComputer(Settings settings, Resources& resources, TextMeasure& text);
+    ~SimulatedComputer();
+
+    Computer computer();
+    Panels& panels() { return panels_; }
+    /// What is on screen, the lowest first.
+    const std::vector<SimulatedPanel*>& shownPanels() const { return panels_.open(); }
+
+    // What the simulated user and world do. Each takes effect at once.
+    void setScreen(Size size, double scale);
+    /// A dock along the bottom, or none.
+    void setDock(std::optional<Rect> frame);
+    void movePointer(Point to);
+    void press(MouseButton button);
+    void release(MouseButton button);
+    void touchKey() { pointer.lastInput = runLoop.now(); }
+    void setBattery(std::optional<int> level, bool charging);
+    void setHeat(ThermalState state);
+    void setNetwork(bool online) { machine.networkReported.emit(online); }
+    void setCameras(std::vector<bool> inUse);
+    void setMusic(std::optional<std::string> state) { machine.playerReported.emit(state); }
+    void putWindow(const std::string& id, WindowInfo info);  // new ones open in front
+    void closeWindow(const std::string& id);
+    void bringToFront(const Application& application);
+    bool dropOnStage(DragInfo drag);  // in global coordinates
+
+    VirtualRunLoop runLoop;
+    Random random;
+    SimulatedDefaults defaults;
+    SimulatedScreens screens;
+    SimulatedDock dock;
+    SimulatedWorkspace workspace;
+    SimulatedWindows windows;
+    SimulatedFileBrowser fileBrowser;
+    SimulatedMachine machine;
+    SimulatedNotifications notifications;
+    SimulatedFiles files;
+    SimulatedPointer pointer;
+    LayerEngine layers;
+    /// Presses that went through to what lies beneath.
+    std::vector<Point> pressesBeneath;
+
+private:
+    SimulatedPanel* panelUnderPointer() const;
+    void updateVisibleFrame();
+
+    Resources& resources_;
+    TextMeasure& text_;
+    SimulatedPanels panels_;
+    SimulatedPanel* grabbing_ = nullptr;  // has the mouse while a button is down
+};
+
+}  // namespace quibbits

@@ -1,0 +1,145 @@
+#include "simulator/Film.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+
+namespace quibbits {
+
+namespace {
+
+// The backdrop: an evening sky, so that light and dark things are both readable on it.
+constexpr Color sky{0.20, 0.33, 0.52, 1};
+constexpr Color horizon{0.62, 0.72, 0.78, 1};
+constexpr std::uint32_t dockColor = 0x2b3340;
+constexpr std::uint32_t windowColor = 0xf4f4f1;
+constexpr std::uint32_t titleColor = 0xd5d6d8;
+constexpr std::uint32_t iconColor = 0xdde6ee;
+constexpr double titleHeight = 26;
+
+std::uint32_t mixed(double share) {
+    const auto part = [share](double a, double b) {
+        return static_cast<std::uint32_t>(std::lround((a + (b - a) * share) * 255));
+    };
+    return part(sky.red, horizon.red) << 16 | part(sky.green, horizon.green) << 8 |
+           part(sky.blue, horizon.blue);
+}
+
+/// A premultiplied colour over an opaque one.
+std::uint32_t over(std::uint32_t top, std::uint32_t below) {
+    const std::uint32_t clear = 255 - (top >> 24);
+    if (clear == 255) return below;
+    if (clear == 0) return top & 0xffffff;
+    std::uint32_t result = 0;
+    for (const int shift : {16, 8, 0}) {
+        const std::uint32_t under = (below >> shift) & 0xff;
+        const std::uint32_t sum = ((top >> shift) & 0xff) + (under * clear + 127) / 255;
+        result |= std::min(sum, 255u) << shift;
+    }
+    return result;
+}
+
+}  // namespace
+
+const std::vector<std::uint32_t>& Camera::shoot(SimulatedComputer& computer) {
+    const auto screen = computer.screens.main().value_or(Screen{{0, 0, 1, 1}, {}, 1});
+    const PixelRect whole{0, 0, static_cast<int>(std::lround(screen.frame.width * screen.scale)),
+                          static_cast<int>(std::lround(screen.frame.height * screen.scale))};
+    shown_ = area_ ? area_->intersected(whole) : whole;
+    if (shown_.isEmpty()) shown_ = whole;
+    size_ = {shown_.width, shown_.height};
+    pixels_.resize(static_cast<std::size_t>(shown_.width) *
+                   static_cast<std::size_t>(shown_.height));
+    for (int y = 0; y < shown_.height; ++y) {
+        const double share = static_cast<double>(y + shown_.y) / whole.height;
+        std::fill_n(pixels_.begin() + static_cast<std::ptrdiff_t>(y) * shown_.width, shown_.width,
+                    mixed(share));
+    }
+    drawDesktop(computer, screen.scale);
+    for (SimulatedPanel* panel : computer.shownPanels()) {
+        if (panel->isVisible()) drawPanel(*panel, computer);
+    }
+    return pixels_;
+}
+
+void Camera::drawDesktop(const SimulatedComputer& computer, double) {
+    const auto screen = computer.screens.main();
+    if (!screen) return;
+    if (computer.fileBrowser.icons) {
+        for (const DesktopIcon& icon : *computer.fileBrowser.icons) {
+            fill(icon.frame.inset(icon.frame.width / 5), iconColor, *screen);
+        }
+    }
+    const auto& windows = computer.windows.windows;
+    for (auto it = windows.rbegin(); it != windows.rend(); ++it) {
+        if (!it->info.frame) continue;
+        Rect frame = *it->info.frame;
+        fill(frame, windowColor, *screen);
+        const double title = std::min(titleHeight, frame.height);
+        fill({frame.x, frame.maxY() - title, frame.width, title}, titleColor, *screen);
+    }
+    if (computer.dock.frame) fill(*computer.dock.frame, dockColor, *screen);
+}
+
+void Camera::fill(Rect frame, std::uint32_t color, const Screen& screen) {
+    const double s = screen.scale;
+    const auto pixel = [](double v) { return static_cast<int>(std::lround(v)); };
+    const PixelRect rect =
+        PixelRect{pixel(frame.x * s), pixel((screen.frame.height - frame.maxY()) * s),
+                  pixel(frame.width * s), pixel(frame.height * s)}
+            .intersected(shown_);
+    for (int y = 0; y < rect.height; ++y) {
+        const std::ptrdiff_t row =
+            static_cast<std::ptrdiff_t>(rect.y - shown_.y + y) * shown_.width + (rect.x - shown_.x);
+        std::fill_n(pixels_.begin() + row, std::max(rect.width, 0), color);
+    }
+}
+
+void Camera::drawPanel(SimulatedPanel& panel, const SimulatedComputer& computer) {
+    panelPixels_.assign(pixels_.size(), 0);
+    panel.tree.nextFrame(computer.runLoop.now());
+    painter_.paint(panel.tree, shown_,
+                   {.pixels = panelPixels_.data(), .stride = shown_.width, .area = shown_});
+    std::ranges::transform(panelPixels_, pixels_, pixels_.begin(), over);
+}
+
+Film::Film(std::filesystem::path target, int framesPerSecond, std::optional<PixelRect> area)
+    : target_(std::move(target)),
+      framesPerSecond_(framesPerSecond),
+      animated_(target_.extension() == ".png"),
+      camera_(area) {
+    if (!animated_) {
+        std::error_code failed;
+        std::filesystem::create_directories(target_, failed);
+    }
+}
+
+void Film::shoot(SimulatedComputer& computer) {
+    const auto& pixels = camera_.shoot(computer);
+    if (animated_) {
+        if (!writer_) writer_.emplace(camera_.size(), framesPerSecond_);
+        writer_->add(pixels);
+        return;
+    }
+    std::vector<std::uint32_t> opaque(pixels);
+    for (auto& pixel : opaque) pixel |= 0xff000000u;
+    char name[32];
+    std::snprintf(name, sizeof name, "%05d.png", count_++);
+    good_ = write(target_ / name, encodePng(camera_.size(), opaque)) && good_;
+}
+
+bool Film::finish() {
+    if (animated_ && writer_) good_ = write(target_, writer_->finish()) && good_;
+    return good_;
+}
+
+bool Film::write(const std::filesystem::path& file, std::span<const std::byte> bytes) {
+    std::ofstream out(file, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+    out.flush();
+    return out.good();
+}
+
+}  // namespace quibbits

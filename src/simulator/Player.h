@@ -1,0 +1,63 @@
+#pragma once
+// Plays a scenario: moves the simulated computer at the right instants, and starts and ends the
+// real program on it.
+
+#include <functional>
+#include <memory>
+#include <ostream>
+
+#include "app/AppDelegate.h"
+#include "sim/SimulatedComputer.h"
+#include "simulator/Scenario.h"
+#include "simulator/Trace.h"
+
+namespace quibbits {
+
+class Player {
+public:
+    struct Options {
+        std::ostream* trace = nullptr;  // none writes no trace
+        bool painting = false;
+        Seconds lasting = 0;     // plays on for so long after the last event
+        Seconds frameEvery = 0;  // above 0, calls onFrame so often
+        std::function<void(SimulatedComputer&)> onFrame = {};
+    };
+    Player(const Scenario& scenario, const Options& options, Resources& resources,
+           TextMeasure& text);
+    ~Player();
+
+    /// Plays the whole scenario.
+    void play();
+
+    SimulatedComputer& computer() { return *computer_; }
+    /// Empty while the simulated program does not run.
+    AppDelegate* app() { return app_.get(); }
+
+private:
+    void apply(const ScenarioEvent& event);
+    bool applyToProgram(const ScenarioEvent& event);
+    bool applyToUser(const ScenarioEvent& event);
+    bool applyToDesktop(const ScenarioEvent& event);
+    bool applyToMachine(const ScenarioEvent& event);
+    void begin(const Json& fields);
+    void start();
+    void quit();
+    void advanceTo(Instant instant);
+    void movePointer(Point to, Seconds over, std::function<void()> then);
+    void open(const std::string& url);
+    void writeDefaults(const Json& fields);
+    void tellPositions(Seconds every);
+
+    const Scenario& scenario_;
+    const Options options_;
+    Resources& resources_;
+    TextMeasure& text_;
+    std::unique_ptr<SimulatedComputer> computer_;
+    std::unique_ptr<Trace> trace_;
+    std::unique_ptr<AppDelegate> app_;
+    Instant nextFrame_ = 0;
+    Timer positions_;
+    bool ended_ = false;
+};
+
+}  // namespace quibbits

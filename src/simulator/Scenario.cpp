@@ -1,0 +1,285 @@
+#include "simulator/Scenario.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+
+namespace quibbits {
+
+namespace {
+
+constexpr bool required = true;
+constexpr bool optional = false;
+constexpr std::size_t mostEvents = 1'000'000;
+
+const std::vector<EventSpec>& specs() {
+    using enum FieldType;
+    static const std::vector<EventSpec> list{
+        {"begin",
+         "How the computer is when it is switched on. The first line only.",
+         {{"date", text, optional, "local date and time, \"2026-03-02T10:00:00\""},
+          {"seed", wholeNumber, optional, "of all chance; the same seed gives the same life"}}},
+        {"defaults",
+         "Writes and deletes user defaults.",
+         {{"set", values, optional, "keys and their values"},
+          {"remove", texts, optional, "keys to delete"}}},
+        {"screen",
+         "Changes the screen.",
+         {{"width", number, required, "points"},
+          {"height", number, required, "points"},
+          {"scale", number, optional, "device pixels per point; 1 unless told"}}},
+        {"screenGone", "The screen is disconnected.", {}},
+        {"dock",
+         "Puts a dock along the bottom of the screen; without a frame it goes away.",
+         {{"frame", rectangle, optional, "global coordinates"}}},
+        {"pointer",
+         "Moves the pointer.",
+         {{"to", point, required, "global coordinates, y upwards"},
+          {"over", duration, optional, "seconds that the way takes; at once unless told"}}},
+        {"press", "Presses a mouse button.", {{"button", button, optional, "left unless told"}}},
+        {"release", "Releases a mouse button.", {{"button", button, optional, "left unless told"}}},
+        {"drag",
+         "Presses the left button, moves and releases it.",
+         {{"to", point, required, "global coordinates"},
+          {"over", duration, optional, "seconds that the way takes"}}},
+        {"keys",
+         "Holds modifier keys down from now on.",
+         {{"option", boolean, optional, ""},
+          {"command", boolean, optional, ""},
+          {"control", boolean, optional, ""},
+          {"shift", boolean, optional, ""}}},
+        {"touch", "Any key is pressed: the user is there.", {}},
+        {"window",
+         "Opens a window in front, or changes one.",
+         {{"id", text, required, "the window's name in this scenario"},
+          {"process", wholeNumber, required, "whose window it is"},
+          {"frame", rectangle, required, "global coordinates"},
+          {"alpha", number, optional, "its opacity"},
+          {"layer", wholeNumber, optional, "0 for ordinary windows"}}},
+        {"closeWindow", "Closes a window.", {{"id", text, required, ""}}},
+        {"front",
+         "An application comes to the front.",
+         {{"application", text, required, "its id"}, {"process", wholeNumber, required, ""}}},
+        {"launch",
+         "An application starts.",
+         {{"application", text, required, "its id"}, {"process", wholeNumber, required, ""}}},
+        {"terminate", "An application ends.", {{"process", wholeNumber, required, ""}}},
+        {"space", "Another workspace is shown.", {}},
+        {"icons",
+         "The desktop shows these icons; without a list it does not tell.",
+         {{"icons", icons, optional, "in the file manager's order"}}},
+        {"battery",
+         "The battery's charge; without a level there is no battery.",
+         {{"level", wholeNumber, optional, "percent"},
+          {"charging", boolean, optional, "mains power is connected"}}},
+        {"heat", "The machine's thermal state.", {{"state", heat, required, ""}}},
+        {"network", "The network reports.", {{"online", boolean, required, ""}}},
+        {"camera", "For each camera, whether it is in use.", {{"inUse", booleans, required, ""}}},
+        {"music",
+         "A music player reports; \"Playing\" is music.",
+         {{"state", text, optional, "none: a report without a state"}}},
+        {"address",
+         "An address is opened, such as quibbits://celebrate.",
+         {{"url", text, required, ""}}},
+        {"answer",
+         "The user answers a notification.",
+         {{"identifier", text, required, "of the notification"},
+          {"action", text, required, "the button's identifier"}}},
+        {"refuse",
+         "Notifications are refused from now on, for this reason; empty allows them.",
+         {{"reason", text, required, ""}}},
+        {"file",
+         "Files exist from now on.",
+         {{"paths", texts, required, "absolute paths"},
+          {"stubborn", boolean, optional, "cannot be moved to the Trash"}}},
+        {"drop",
+         "Something is dropped.",
+         {{"at", point, required, "global coordinates"},
+          {"files", texts, optional, "absolute paths"},
+          {"item", text, optional, "a private item, such as azurine"}}},
+        {"clock", "The wall clock jumps, as after a sleep.", {{"by", number, required, "seconds"}}},
+        {"position",
+         "Writes where every creature is; with a period, again and again.",
+         {{"every", duration, optional, "seconds"}}},
+        {"quit", "The program ends.", {}},
+        {"start", "The program starts; it does so by itself at the first event after begin.", {}},
+        {"end", "The scenario ends here.", {}},
+    };
+    return list;
+}
+
+bool isPair(const Json& value, std::size_t count) {
+    const auto* list = value.as<Json::Array>();
+    return list && list->size() == count &&
+           std::ranges::all_of(*list, [](const Json& v) { return v.number().has_value(); });
+}
+
+template <typename Check>
+bool all(const Json& value, Check check) {
+    const auto* list = value.as<Json::Array>();
+    return list && std::ranges::all_of(*list, check);
+}
+
+bool isText(const Json& value) {
+    return value.as<std::string>() != nullptr;
+}
+bool isRectangle(const Json& value) {
+    return isPair(value, 4) && rectOf(value).width >= 0 && rectOf(value).height >= 0;
+}
+
+bool isDefault(const Json& value) {
+    if (const auto* object = value.as<Json::Object>()) {
+        return object->size() == 1 && object->front().first == "date" &&
+               object->front().second.number().has_value();
+    }
+    return isText(value) || value.as<bool>() || value.number() || all(value, isText);
+}
+
+bool isIcon(const Json& value) {
+    const Json* name = value.find("name");
+    const Json* frame = value.find("frame");
+    return name && isText(*name) && frame && isRectangle(*frame);
+}
+
+bool isOneOf(const Json& value, std::initializer_list<std::string_view> words) {
+    const auto* word = value.as<std::string>();
+    return word && std::ranges::find(words, *word) != words.end();
+}
+
+bool matches(const Json& value, FieldType type) {
+    switch (type) {
+        case FieldType::number: return value.number().has_value();
+        case FieldType::wholeNumber: return value.as<std::int64_t>() != nullptr;
+        case FieldType::duration: return value.number().value_or(-1) >= 0;
+        case FieldType::boolean: return value.as<bool>() != nullptr;
+        case FieldType::text: return isText(value);
+        case FieldType::point: return isPair(value, 2);
+        case FieldType::rectangle: return isRectangle(value);
+        case FieldType::texts: return all(value, isText);
+        case FieldType::booleans:
+            return all(value, [](const Json& v) { return v.as<bool>() != nullptr; });
+        case FieldType::values: {
+            const auto* object = value.as<Json::Object>();
+            return object && std::ranges::all_of(*object, [](const auto& member) {
+                       return isDefault(member.second);
+                   });
+        }
+        case FieldType::icons: return all(value, isIcon);
+        case FieldType::button: return isOneOf(value, {"left", "right", "middle"});
+        case FieldType::heat: return isOneOf(value, {"nominal", "fair", "serious", "critical"});
+    }
+    return false;
+}
+
+std::string quoted(std::string_view word) {
+    return "\"" + std::string(word) + "\"";
+}
+
+/// Why the object's fields do not suit the event, or nothing.
+std::optional<std::string> fault(const Json::Object& object, const EventSpec& spec) {
+    for (const auto& [name, value] : object) {
+        if (name == "at" || name == "event") continue;
+        const auto field = std::ranges::find(spec.fields, name, &FieldSpec::name);
+        if (field == spec.fields.end()) {
+            return quoted(spec.kind) + " has no field " + quoted(name);
+        }
+        if (!matches(value, field->type)) {
+            return quoted(name) + " of " + quoted(spec.kind) + " must be " +
+                   std::string(describe(field->type));
+        }
+    }
+    for (const FieldSpec& field : spec.fields) {
+        const bool there =
+            std::ranges::find(object, field.name, &Json::Member::first) != object.end();
+        if (field.required && !there) {
+            return quoted(spec.kind) + " needs the field " + quoted(field.name);
+        }
+    }
+    return std::nullopt;
+}
+
+std::variant<ScenarioEvent, std::string> parseLine(std::string_view text, Seconds earliest) {
+    JsonResult parsed = Json::parse(text);
+    if (!parsed) return "no JSON: " + parsed.error.message;
+    const auto* object = parsed.value->as<Json::Object>();
+    if (!object) return "not a JSON object";
+    const Json* at = parsed.value->find("at");
+    if (!at || !at->number()) return "needs a time, \"at\", in seconds";
+    const Seconds time = *at->number();
+    if (!std::isfinite(time) || time < 0) return "\"at\" must not be negative";
+    if (time < earliest) return "\"at\" is earlier than the line before";
+    const Json* event = parsed.value->find("event");
+    const std::string* kind = event ? event->as<std::string>() : nullptr;
+    if (!kind) return "needs an \"event\"";
+    const auto spec = std::ranges::find(specs(), *kind, &EventSpec::kind);
+    if (spec == specs().end()) return "unknown event " + quoted(*kind);
+    if (auto reason = fault(*object, *spec)) return *reason;
+    return ScenarioEvent{time, *kind, std::move(*parsed.value), 0};
+}
+
+}  // namespace
+
+std::span<const EventSpec> eventSpecs() {
+    return specs();
+}
+
+std::string_view describe(FieldType type) {
+    switch (type) {
+        case FieldType::number: return "a number";
+        case FieldType::wholeNumber: return "a whole number";
+        case FieldType::duration: return "seconds, 0 or more";
+        case FieldType::boolean: return "true or false";
+        case FieldType::text: return "a text";
+        case FieldType::point: return "[x, y]";
+        case FieldType::rectangle: return "[x, y, width, height]";
+        case FieldType::texts: return "a list of texts";
+        case FieldType::booleans: return "a list of true and false";
+        case FieldType::values:
+            return "an object of texts, numbers, true, false, lists of texts or {\"date\": "
+                   "seconds}";
+        case FieldType::icons: return "a list of {\"name\": text, \"frame\": [x, y, w, h]}";
+        case FieldType::button: return "\"left\", \"right\" or \"middle\"";
+        case FieldType::heat: return "\"nominal\", \"fair\", \"serious\" or \"critical\"";
+    }
+    return "";
+}
+
+std::variant<Scenario, ScenarioError> parseScenario(std::string_view text) {
+    Scenario events;
+    int number = 0;
+    Seconds earliest = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find('\n', at), text.size());
+        std::string_view line = text.substr(at, end - at);
+        at = end + 1;
+        ++number;
+        const auto first = line.find_first_not_of(" \t\r");
+        if (first == std::string_view::npos || line[first] == '#') continue;
+        auto parsed = parseLine(line, earliest);
+        if (const auto* reason = std::get_if<std::string>(&parsed)) {
+            return ScenarioError{number, *reason};
+        }
+        ScenarioEvent event = std::get<ScenarioEvent>(std::move(parsed));
+        event.line = number;
+        if (event.kind == "begin" && !events.empty()) {
+            return ScenarioError{number, "\"begin\" must be the first line"};
+        }
+        if (events.size() >= mostEvents) return ScenarioError{number, "too many events"};
+        earliest = event.at;
+        events.push_back(std::move(event));
+    }
+    return events;
+}
+
+Point pointOf(const Json& value) {
+    const auto& list = *value.as<Json::Array>();
+    return {*list[0].number(), *list[1].number()};
+}
+
+Rect rectOf(const Json& value) {
+    const auto& list = *value.as<Json::Array>();
+    return {*list[0].number(), *list[1].number(), *list[2].number(), *list[3].number()};
+}
+
+}  // namespace quibbits
