@@ -1,0 +1,18 @@
+// The whole set: draws forms and writes their sheets, descriptions and portraits into a folder.
+#pragma once
+
+#include <filesystem>
+#include <span>
+#include <string>
+
+#include "atelier/Contact.h"
+
+namespace quibbits::atelier {
+
+/// Writes the set of the given forms, drawing on as many threads as the machine has. False when a
+/// file cannot be written.
+bool writeSet(const std::filesystem::path& folder, std::span<const Form> chosen);
+
+bool writePng(const std::filesystem::path& path, const Image& image);
+
+}  // namespace quibbits::atelier

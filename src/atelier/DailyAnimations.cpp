@@ -1,0 +1,203 @@
+// What a creature does all day: stand, walk, eat, sleep, wake.
+#include "atelier/Animations.h"
+#include "atelier/Vector.h"
+
+namespace quibbits::atelier {
+
+using namespace joint;
+using enum Eyes;
+
+namespace {
+
+// Breathes in and out once, sways its tail, blinks, flicks an ear.
+Animation idle() {
+    return {.name = "Idle",
+            .ticks = {24, 10, 24, 10, 6, 5, 6, 12},
+            .tracks = {{squash, {1, 0.985, 0.965, 0.985, 1}, walking},
+                       {headY, {0, 0, -1, -1, 0}, twoLegged & walking},
+                       {tailSway, wave(8, {.size = 8})},
+                       {arms, {12, 12, 17, 12}, everyone & ~dusk},
+                       {arms, {8, 8, 13, 8}, dusk},
+                       {ear, {0, 0, 0, 0, 0, 0, 14, 0}}},
+            .eyes = {open, open, open, open, open, closed, open},
+            .drift = fullTurn / 8};
+}
+
+// The body rises as the legs pass each other; the root stays, so the standing foot does too.
+Animation walkOnFeet() {
+    const std::vector<double> liftOne{1.8, 1.3, 0, 0, 0, 0, 0, 1.3};
+    const std::vector<double> liftOther{0, 0, 0, 1.3, 1.8, 1.3, 0, 0};
+    return {.name = "Walk",
+            .ticks = {5, 5, 5, 5, 5, 5, 5, 5},
+            .tracks = {{legLeft, wave(8, {.size = 30})},
+                       {legRight, wave(8, {.size = -30})},
+                       {legLeft, wave(8, {.size = 40}), squirrel},
+                       {legRight, wave(8, {.size = -40}), squirrel},
+                       {liftLeft, liftOne},
+                       {liftRight, liftOther},
+                       {bodyY, {1, 1, 0, 0, 1, 1, 0, 0}},
+                       {armLeft, wave(8, {.size = -30, .middle = 10})},
+                       {armRight, wave(8, {.size = 30, .middle = 10})},
+                       {spreads, {12}},
+                       {bodyPitch, {5}, ball | squirrel},
+                       {bodyPitch, {3}, tall | dusk},
+                       {bodyRoll, wave(8, {.size = 6, .ahead = 0.25}), ball},
+                       {bodyRoll, wave(8, {.size = 2.5, .ahead = 0.25}), tall | dusk},
+                       {tailSway, wave(8, {.size = 12})},
+                       {tailPitch, wave(8, {.size = 4, .ahead = 0.25, .turns = 2})},
+                       {ear, wave(8, {.size = 6, .middle = 6, .ahead = 0.25, .turns = 2})}},
+            .drift = fullTurn / 8,
+            .builds = walking};
+}
+
+Animation drifting() {
+    return {.name = "Walk",
+            .ticks = {6, 6, 6, 6, 6, 6, 6, 6},
+            .tracks = {{bodyPitch, {10}},
+                       {tailPitch, wave(8, {.size = 6, .middle = 16})},
+                       {tailSway, wave(8, {.size = 16})},
+                       {armLeft, wave(8, {.size = 16, .middle = 20})},
+                       {armRight, wave(8, {.size = -16, .middle = 20})},
+                       {ear, {8}}},
+            .drift = fullTurn / 8,
+            .builds = floating};
+}
+
+Animation sleep() {
+    return {.name = "Sleep",
+            .ticks = {34, 14, 34, 14},
+            .tracks = {{settled, {1}},
+                       {settled, {1.4}, squirrel},
+                       {face, {12}},
+                       {face, {40}, ball},
+                       {squash, {0.86, 0.835, 0.80, 0.835}, ball},
+                       {bodyPitch, {-8}, ball},
+                       {ear, {24}, ball},
+                       {tailPitch, {20}, ball},
+                       {squash, {0.94, 0.915, 0.89, 0.915}, squirrel},
+                       {face, {44}, squirrel},
+                       {bodyPitch, {22}, squirrel},
+                       {headPitch, {-26}, squirrel},
+                       {headY, {-2.4, -2.4, -3.4, -2.4}, squirrel},
+                       {headZ, {1}, squirrel},
+                       {headRoll, {-4}, squirrel},
+                       {legs, {62}, squirrel},
+                       {lifts, {1}, squirrel},
+                       {arms, {48}, squirrel},
+                       {spreads, {0}, squirrel},
+                       {tailPitch, {-22}, squirrel},
+                       {tailCurl, {-40}, squirrel},
+                       {tailTip, {-22}, squirrel},
+                       {tailSway, {-185}, squirrel},
+                       {phase, {0.8}, squirrel},
+                       {ear, {26}, squirrel},
+                       {settled, {1.2}, tall | swimmer},
+                       {squash, {0.92, 0.90, 0.875, 0.90}, tall | swimmer},
+                       {face, {40}, tall | swimmer},
+                       {bodyPitch, {30}, tall | swimmer},
+                       {headPitch, {-32}, tall | swimmer},
+                       {headY, {-2.4, -2.4, -3.4, -2.4}, tall | swimmer},
+                       {headZ, {1}, tall | swimmer},
+                       {legs, {64}, tall | swimmer},
+                       {lifts, {1}, tall | swimmer},
+                       {arms, {48}, tall | swimmer},
+                       {spreads, {0}, tall | swimmer},
+                       {tailPitch, {-16}, tall},
+                       {tailCurl, {-50}, tall},
+                       {tailTip, {6}, tall},
+                       {tailSway, {-150}, tall},
+                       {phase, {0.8}, tall},
+                       {tailPitch, {-24}, swimmer},
+                       {tailSway, {-60}, swimmer},
+                       {ear, {24}, tall | swimmer},
+                       {squash, {0.88, 0.86, 0.83, 0.86}, dusk},
+                       {face, {24}, dusk},
+                       {bodyPitch, {6}, dusk},
+                       {headPitch, {2}, dusk},
+                       {headY, {-1.5}, dusk},
+                       {legs, {56}, dusk},
+                       {arms, {34}, dusk},
+                       {spreads, {-6}, dusk},
+                       {tailSway, {10}, dusk},
+                       {squash, {0.94, 0.91, 0.875, 0.91}, wisp | bell},
+                       {face, {32}, wisp},
+                       {headPitch, {8}, wisp | bell},
+                       {tailPitch, {-10}, wisp | bell},
+                       {tailSway, {20}, wisp | bell},
+                       {arms, {20}, wisp | bell}},
+            .eyes = {closed},
+            .mouths = {Mouth::flat},
+            .drift = fullTurn / 8,
+            .lyingFrom = 0};
+}
+
+Animation wake() {
+    return {
+        .name = "Wake",
+        .ticks = {16, 8, 10, 6, 14, 8},
+        .tracks = {{settled, {1, 0.7, 0.3, 0}},
+                   {squash, {0.90, 0.94, 1, 1.06, 1.10, 1}},
+                   {face, {12, 8, 4, 0}},
+                   {legs, {62, 43, 19, 0}, squirrel | tall},
+                   {bodyPitch, {20, 14, 6, 0}, squirrel | tall},
+                   {headPitch, {-10, 0, 6, -8, -14, 0}},
+                   {arms, {40, 30, 20, 120, 160, 12}},
+                   {spreads, {0, 10, 14, 24, 30, 14}},
+                   {ear, {34, 24, 14, -6, -12, 0}},
+                   {y, {-3, -2, -1, 0}, floating}},
+        .eyes = {closed, closed, half, open, closed, open},
+        .mouths = {Mouth::flat, Mouth::flat, Mouth::flat, Mouth::open, Mouth::open, Mouth::smile}};
+}
+
+}  // namespace
+
+Animation chewing() {
+    return {.name = "Eat",
+            .ticks = {8, 8, 8, 8, 8, 8},
+            .tracks = {{headPitch, {2, 12}},
+                       {headPitch, {2, 12, 2, 12, 2, 12}},
+                       {headY, {0, -1, 0, -1, 0, -1}},
+                       {arms, {62}},
+                       {spreads, {-22}},
+                       {bend, {26}},
+                       {squash, {1, 0.97, 1, 0.97, 1, 0.97}},
+                       {ear, {0, 8, 0, 8, 0, 8}},
+                       {tailSway, wave(6, {.size = 8})}},
+            .eyes = {open, closed, open, closed, happy, closed},
+            .mouths = {Mouth::chewing, Mouth::round, Mouth::chewing, Mouth::round, Mouth::chewing,
+                       Mouth::round},
+            .drift = 0.5,
+            .builds = everyone & ~(wisp | bell | swimmer)};
+}
+
+namespace {
+
+Animation nod() {
+    return {
+        .name = "Nod",
+        .ticks = {6, 6, 8, 6},
+        .tracks = {{headPitch, {-4, 12, 12, 4}}, {headY, {0, -1, -2, 0}}, {ear, {-4, 6, 10, 0}}},
+        .eyes = {open, open, closed, open}};
+}
+
+Animation deepBreath() {
+    return {.name = "DeepBreath",
+            .ticks = {12, 12, 16, 6, 14, 8},
+            .tracks = {{squash, {1.02, 1.06, 1.09, 1.0, 0.93, 0.98}},
+                       {bodyPitch, {-6, -6, -6, 0, 8, 0}},
+                       {headPitch, {-8, -8, -8, 0, 4, 0}},
+                       {spreads, {30, 30, 34, 14}},
+                       {tailPuff, {1, 1.04, 1.08, 1, 0.96, 1}},
+                       {ear, {0, -4, -6, 0, 20, 0}}},
+            .eyes = {open, open, closed, open, closed, open},
+            .mouths = {Mouth::flat, Mouth::flat, Mouth::flat, Mouth::round, Mouth::round,
+                       Mouth::smile}};
+}
+
+}  // namespace
+
+std::vector<Animation> dailyAnimations() {
+    return {walkOnFeet(), drifting(), idle(), sleep(), chewing(), wake(), nod(), deepBreath()};
+}
+
+}  // namespace quibbits::atelier

@@ -1,0 +1,64 @@
+// Laying eyes, mouths and markings on a head.
+//
+// A feature is anchored at a point of an ellipsoid, given by two angles. Its place in the picture
+// is rounded against the head and never by itself, so the eyes cannot drift against each other, and
+// a narrower stamp takes over as the head turns away.
+#pragma once
+
+#include <optional>
+
+#include "atelier/Rig.h"
+
+namespace quibbits::atelier {
+
+/// The head a form has modelled, for whoever lays the face on it.
+struct Head {
+    Frame frame;  // its origin on a whole pixel
+    Vec3 radii;
+    double eyeYaw = 30;
+    double eyeRise = 8;
+    std::optional<Ellipsoid> muzzle;
+    double mouthRise = -20;  // on the muzzle when there is one, else on the head
+};
+
+struct Anchor {
+    double yaw = 0;
+    double rise = 0;
+};
+
+/// How much a feature must face the viewer (1 straight on, 0 at the rim) for its stamps.
+struct Facing {
+    double facing = 0.70;  // the wide stamp
+    double halfway = -2;   // the middle one; below it the narrow one
+    double hidden = 0.20;  // none
+};
+
+struct Spot {
+    bool visible = false;
+    Turn turn = Turn::facing;
+    int x = 0, y = 0;  // the middle of the stamp
+    double facing = 0;
+    bool leansRight = false;  // right of the head's middle
+    int quarters = 0;         // how far the head lies on its side
+};
+
+Spot spotOn(const Frame& head, const Ellipsoid& shape, Anchor anchor, Facing limits);
+
+/// Lays a stamp with its middle on the spot; nothing when it is out of sight or empty.
+void lay(Model& model, const Spot& spot, const Stamp& stamp, Part on = Part::head);
+
+/// The side of the picture on which the creature's own `side` of the head is seen.
+Side pictureSide(const Frame& head, Side side);
+
+/// The frame without any squash, as large as before.
+Frame rigid(const Frame& frame);
+
+/// A head that keeps its shape while the body breathes: small squashes move it but do not flatten
+/// it. The frame is on whole pixels.
+Frame steadied(const Frame& head, const Pose& pose);
+
+/// The yaw that keeps a feature of the middle line within `limit` degrees of the viewer: a mouth
+/// that would be cut by the outline slides back instead.
+double keptInView(const Frame& head, double limit);
+
+}  // namespace quibbits::atelier

@@ -1,0 +1,156 @@
+// What goes wrong: falls, knocks, aches.
+//
+// Who falls over turns in the plane of the picture, whichever way it faces: turned about its own
+// axis, its face would be hidden in the side views.
+#include "atelier/Animations.h"
+
+namespace quibbits::atelier {
+
+using namespace joint;
+using enum Eyes;
+
+namespace {
+
+Animation hurtByBlow() {
+    return {.name = "Hurt",
+            .ticks = {3, 10, 5},
+            .tracks = {{z, {-2, -4, -2}},
+                       {y, {0, 2, 0}},
+                       {bodyPitch, {-16, -22, -8}},
+                       {headPitch, {4, -8, 4}},
+                       {arms, {40}},
+                       {spreads, {60}},
+                       {legLeft, {30}},
+                       {legRight, {18}},
+                       {ear, {-18}},
+                       {tailPitch, {-14}}},
+            .eyes = {hurt},
+            .mouths = {Mouth::round}};
+}
+
+Animation hitGround() {
+    return {.name = "HitGround",
+            .ticks = {2, 3, 10, 6, 6},
+            .tracks = {{y, {6, 0, 0, 1, 0}},
+                       {squash, {1.12, 0.66, 0.78, 1.05, 1}},
+                       {spreads, {70, 70, 70, 30, 14}},
+                       {arms, {40, 40, 40, 20, 12}},
+                       {legLeft, {30, 30, 30, 0}},
+                       {legRight, {-30, -30, -30, 0}},
+                       {ear, {-26, 30, 20, 0}},
+                       {tailPitch, {-20, 16, 8, 0}}},
+            .eyes = {hurt, hurt, hurt, open},
+            .mouths = {Mouth::round, Mouth::round, Mouth::wavy, Mouth::flat}};
+}
+
+Animation faint() {
+    return {.name = "Faint",
+            .ticks = {4, 6, 5, 4, 4, 5, 40, 8},
+            .tracks = {{tilt, {0, -8, 10, 34, 66, 84, 82, 82}},
+                       {pivot, {4.5}},
+                       {pivot, {7}, ball},
+                       {pivot, {6}, floating},
+                       {face, {0, 0, 0, 14}},
+                       {y, {0, 1, 0}},
+                       {arms, {30, 30, 30, 10}},
+                       {spreads, {50, 50, 50, 40}},
+                       {legLeft, {0, 0, 0, 0, 18}},
+                       {legRight, {0, 0, 0, 0, -10}},
+                       {squash, {1, 1, 1, 1, 1, 0.94, 1}},
+                       {ear, {0, 0, 0, 20}},
+                       {tailPitch, {0, 0, 0, -24}},
+                       {tailPitch, {0, 0, 0, 10}, ghosts},
+                       {tailSway, {0, 0, 0, 10}},
+                       {tailCurl, {0, 0, 0, -8}}},
+            .eyes = {hurt, hurt, hurt, dizzy},
+            .mouths = {Mouth::round, Mouth::round, Mouth::round, Mouth::wavy},
+            .lyingFrom = 3};
+}
+
+Animation pain() {
+    return {.name = "Pain",
+            .ticks = {4, 4, 4, 4, 14, 6},
+            .tracks = {{x, {-1, 1, -1, 1, 0, 0}},
+                       {bodyPitch, {8, 10, 12, 12, 14, 6}},
+                       {headPitch, {2, 2, 0, 0, -2, 2}},
+                       {headY, {-0.5, -1, -1, -1, -1, 0}},
+                       {squash, {0.93}},
+                       {arms, {60}},
+                       {spreads, {-30}},
+                       {bend, {40}},
+                       {ear, {30}},
+                       {tailPitch, {12}}},
+            .eyes = {hurt},
+            .mouths = {Mouth::wavy}};
+}
+
+Animation cringe() {
+    return {.name = "Cringe",
+            .ticks = {4, 6, 14, 6},
+            .tracks = {{squash, {0.95, 0.86, 0.84, 0.96}},
+                       {bodyPitch, {-6, -10, -10, 0}},
+                       {headPitch, {6, 12, 12, 4}},
+                       {arms, {60, 100, 104, 30}},
+                       {spreads, {-16}},
+                       {z, {-1}},
+                       {y, {-2}, floating},
+                       {ear, {34}}},
+            .eyes = {closed, closed, closed, half},
+            .mouths = {Mouth::wavy}};
+}
+
+Animation lostBalance() {
+    return {.name = "LostBalance",
+            .ticks = {4, 4, 4, 4, 4, 4},
+            .tracks = {{tilt, {6, 14, 4, -10, -14, -4}},
+                       {pivot, {0}},
+                       {armLeft, {80, 140, 60, 20, 60, 100}},
+                       {armRight, {60, 20, 80, 140, 100, 60}},
+                       {spreads, {70}},
+                       {legLeft, {0, 20, 0, -10, 20, 0}},
+                       {legRight, {0, -10, 10, 20, -10, 0}},
+                       {tailPitch, {-6, -16, -4, 12, 16, 4}},
+                       {ear, {-10, -20, -6, 12, 20, 6}}},
+            .eyes = {wide},
+            .mouths = {Mouth::round}};
+}
+
+Animation trip() {
+    return {.name = "Trip",
+            .ticks = {4, 3, 3, 4, 16, 6},
+            .tracks = {{z, {0, 1, 2, 2, 2, 1}},
+                       {tilt, {-8, -24, -50, -68, -72, -40}},
+                       {pivot, {5}},
+                       {arms, {40, 90, 130, 150, 150, 90}},
+                       {legLeft, {20, -10, -20, -10, -10, 0}},
+                       {legRight, {-10}},
+                       {headPitch, {0, -6, -10, -14, -14, -6}},
+                       {face, {0, 4, 10, 14, 14, 6}},
+                       {ear, {0, -20, -10, 20, 20, 0}}},
+            .eyes = {wide, wide, wide, hurt, hurt, half},
+            .mouths = {Mouth::round, Mouth::round, Mouth::round, Mouth::wavy},
+            .lyingFrom = 1};
+}
+
+Animation tumbleBack() {
+    return {.name = "TumbleBack",
+            .ticks = {3, 3, 3, 3, 3, 3, 3, 3},
+            .tracks = {{pitch, {0, -45, -90, -135, -180, -225, -270, -315}},
+                       {pivot, {8}},
+                       {squash, {0.96}},
+                       {legs, {60}},
+                       {arms, {60}},
+                       {tailCurl, {20}}},
+            .eyes = {hurt},
+            .mouths = {Mouth::round},
+            .lyingFrom = 0};
+}
+
+}  // namespace
+
+std::vector<Animation> mishapAnimations() {
+    return {hurtByBlow(), hitGround(),   faint(), pain(),
+            cringe(),     lostBalance(), trip(),  tumbleBack()};
+}
+
+}  // namespace quibbits::atelier

@@ -1,0 +1,134 @@
+// Mizzle: the round fluff that hatches first. All head, on two stubby feet, with a sprout on top
+// that carries a drop of light.
+#include "atelier/Form.h"
+
+namespace quibbits::atelier {
+namespace {
+
+constexpr Vec3 ballRadii{7.4, 6.6, 7.0};
+constexpr Ellipsoid cheeks{{0, 0, 0}, {7.8, 6.7, 7.2}};
+constexpr Ellipsoid muzzle{{0, -2.2, 5.3}, {2.7, 1.9, 2.5}};
+
+/// A cream bib below the face and a plum stripe over the back.
+Material markings(Vec3 q) {
+    const double x = q.x;
+    const double y = q.y + 0.5;
+    if (q.z > 0.15 && q.y < -0.02 && x * x * 1.3 + y * y * 1.6 < 0.42) return Material::cream;
+    if (q.z < 0.05 && std::abs(q.x) < 0.17 && q.y > -0.2) return Material::paw;
+    return Material::fur;
+}
+
+void shapeFoot(Model& model, const Frame& root, Side side, const Pose& pose) {
+    const bool right = side == Side::right;
+    const double swing = right ? pose.legRight : pose.legLeft;
+    const double lift = right ? pose.liftRight : pose.liftLeft;
+    const Part part = either(side, Part::legLeft, Part::legRight);
+    const Frame foot = root.moved({2.9 * sideSign(side), 1.3 + lift, 0.6})
+                           .pitched(-swing * 0.3)
+                           .moved({0, 0, swing * 0.085});
+    model.ellipsoid(foot, {{0, 0, 0.6}, {1.9, 1.3, 2.5}}, Material::paw, part);
+    model.chain(foot, {.points = {{0, 0.6, 0}, {0, 2.6, -0.4}}, .radii = {1.3, 1.5}}, part);
+}
+
+void shapeEar(Model& model, const Frame& head, Side side, const Pose& pose) {
+    const double sign = sideSign(side);
+    const Part part = either(side, Part::earLeft, Part::earRight);
+    const Frame ear = head.moved({4.0 * sign, 5.3, -0.4})
+                          .rolled(-sign * (28 + pose.earSpread))
+                          .pitched(-pose.ear);
+    model.ellipsoid(ear, {{0, 1.2, 0}, {2.1, 2.5, 1.6}}, Material::fur, part);
+    model.ellipsoid(ear, {{0, 1.2, 1.1}, {1.1, 1.4, 0.8}}, Material::skin, part);
+}
+
+void shapeSprout(Model& model, const Frame& head, const Pose& pose) {
+    const Frame sprout =
+        head.moved({0, 6.0, -0.5}).pitched(-pose.ear * 1.2 - 8).rolled(pose.tailSway * 0.6);
+    model.chain(sprout,
+                {.points = {{0, 0, 0}, {0, 2.4, -0.4}, {0, 4.6, 0.2}, {0, 5.6, 1.2}},
+                 .radii = {0.75, 0.75},
+                 .material = Material::paw},
+                Part::sprout);
+    // Rigid and on a whole pixel: so small a ball would change its shape wherever it swings.
+    const Frame bulb = rigid(sprout.moved({0, 6.2, 1.9})).snapped();
+    model.ellipsoid(bulb, {{}, {1.9, 1.9, 1.9}}, Material::glow, Part::bulb);
+}
+
+void shapeTail(Model& model, const Frame& root, const Pose& pose) {
+    const double sway = pose.tailSway * 0.03;
+    model.chain(
+        root.moved({0, 5.2 - 1.2 * pose.settled + pose.bodyY, -5.6}).pitched(pose.tailPitch),
+        {.points = {{0, 0, 0}, {sway, 1.4, -1.8}, {sway * 2, 4.0, -1.8}},
+         .radii = {1.6, 2.2, 2.2},
+         .materialAlong =
+             [](double t) {
+                 return t > 0.75 ? Material::glow : t > 0.5 ? Material::paw : Material::fur;
+             },
+         .puff = pose.tailPuff},
+        Part::tail);
+}
+
+/// Stubs that show only while they are raised.
+void shapeArm(Model& model, const Frame& head, Side side, const Pose& pose) {
+    const double swing = side == Side::right ? pose.armRight : pose.armLeft;
+    const double spread = side == Side::right ? pose.spreadRight : pose.spreadLeft;
+    if (swing < 30 && spread < 30) return;
+    const double sign = sideSign(side);
+    model.chain(
+        head.moved({6.0 * sign, -2.6, 2.4}).pitched(-swing * 0.9).rolled((spread + 18) * sign),
+        {.points = {{0, 0, 0}, {0, -2.0, 0}}, .radii = {1.25, 1.1}},
+        either(side, Part::armLeft, Part::armRight));
+}
+
+Head shape(Model& model, const Stage& stage, const Pose& pose) {
+    const Frame head = stage.root.moved({0, 9.0 - 2.6 * pose.settled + pose.bodyY, 0})
+                           .pitched(pose.bodyPitch + pose.headPitch * 0.5)
+                           .yawed(pose.headYaw + stage.faceTurn)
+                           .rolled(pose.bodyRoll + pose.headRoll)
+                           .moved({0, pose.headY, pose.headZ})
+                           .snapped();
+    model.ellipsoid(head, {{}, ballRadii}, Material::fur, Part::head, markings);
+    model.ellipsoid(head, muzzle, Material::cream, Part::head);
+    for (const Side side : {Side::left, Side::right}) {
+        shapeFoot(model, stage.root, side, pose);
+        shapeEar(model, head, side, pose);
+        shapeArm(model, head, side, pose);
+        model.ellipsoid(head, {{5.6 * sideSign(side), -1.8, 1.4}, {2.8, 2.3, 2.8}}, Material::fur,
+                        Part::head);
+    }
+    shapeSprout(model, head, pose);
+    shapeTail(model, stage.root, pose);
+    return {.frame = head,
+            .radii = ballRadii,
+            .eyeYaw = 30,
+            .eyeRise = 4,
+            .muzzle = muzzle,
+            .mouthRise = -10};
+}
+
+void face(Model& model, const Head& head, const Pose& pose) {
+    for (const Side side : {Side::left, Side::right}) {
+        const double sign = sideSign(side);
+        const Spot eye = spotOn(head.frame, {{}, ballRadii}, {29 * sign, 8},
+                                {.hidden = isStroke(pose.eyes) ? 0.42 : 0.20});
+        lay(model, eye, furryEye(pose.eyes, eye.turn, pictureSide(head.frame, side)));
+        lay(model, spotOn(head.frame, cheeks, {52 * sign, -12}, {.hidden = 0.30}), {{"RR"}});
+    }
+    lay(model, spotOn(head.frame, muzzle, {0, 42}, {.hidden = 0.02}), {{"N"}});
+    const Spot mouth = spotOn(head.frame, muzzle, {0, 8}, {.hidden = 0.12});
+    lay(model, mouth, furryMouth(pose.mouth, mouth.turn));
+}
+
+}  // namespace
+
+Form mizzle() {
+    return {.name = "mizzle",
+            .build = ball,
+            .headTurn = {0, -12, -36, -8, 0, 8, 36, 12},
+            .middle = 8,
+            .reach = 11,
+            .paints = mizzlePaints,
+            .shape = shape,
+            .face = face};
+}
+
+}  // namespace quibbits::atelier

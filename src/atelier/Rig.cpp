@@ -1,0 +1,130 @@
+#include "atelier/Rig.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quibbits::atelier {
+namespace {
+
+constexpr double chainStep = 0.5;  // between the balls of a chain; wider shows as beads
+
+Vec3 catmullRom(std::span<const Vec3> points, double share) {
+    const auto last = static_cast<int>(points.size()) - 1;
+    const double position = share * last;
+    const int from = std::min(static_cast<int>(position), last - 1);
+    const double w = position - from;
+    const auto point = [&](int i) {
+        return points[static_cast<std::size_t>(std::clamp(i, 0, last))];
+    };
+    const Vec3 a = point(from - 1);
+    const Vec3 b = point(from);
+    const Vec3 c = point(from + 1);
+    const Vec3 d = point(from + 2);
+    return (b * 2 + (c - a) * w + (a * 2 - b * 5 + c * 4 - d) * (w * w) +
+            (b * 3 - a - c * 3 + d) * (w * w * w)) *
+           0.5;
+}
+
+Mat3 scaled(const Mat3& m, Vec3 by) {
+    return {m.x * by.x, m.y * by.y, m.z * by.z};
+}
+
+}  // namespace
+
+double along(std::span<const double> table, double share) {
+    const double position = share * static_cast<double>(table.size() - 1);
+    const auto from = std::min(static_cast<std::size_t>(position), table.size() - 2);
+    return table[from] + (table[from + 1] - table[from]) * (position - static_cast<double>(from));
+}
+
+void Model::ellipsoid(const Frame& frame, const Ellipsoid& shape, Material material, Part part,
+                      Markings markings) {
+    const Mat3 axes = scaled(frame.axes, shape.radii);
+    const Mat3 rows = transposed(axes);
+    Primitive primitive;
+    primitive.toUnit = inverse(axes);
+    primitive.normalToWorld = transposed(primitive.toUnit);
+    primitive.centre = frame.at(shape.centre);
+    primitive.material = material;
+    primitive.part = part;
+    primitive.markings = std::move(markings);
+    primitive.left = primitive.centre.x - length(rows.x);
+    primitive.right = primitive.centre.x + length(rows.x);
+    primitive.bottom = primitive.centre.y - length(rows.y);
+    primitive.top = primitive.centre.y + length(rows.y);
+    primitive.back = primitive.centre.z - length(rows.z);
+    primitive.front = primitive.centre.z + length(rows.z);
+    primitives_.push_back(std::move(primitive));
+}
+
+void Model::chain(const Frame& frame, const Chain& chain, Part part) {
+    double total = 0;
+    for (std::size_t i = 1; i < chain.points.size(); ++i) {
+        total += length(chain.points[i] - chain.points[i - 1]);
+    }
+    const int steps = std::max(2, static_cast<int>(total / chainStep));
+    for (int i = 0; i <= steps; ++i) {
+        const double share = static_cast<double>(i) / steps;
+        const double radius = along(chain.radii, share) * chain.puff;
+        ellipsoid(frame, {catmullRom(chain.points, share), chain.flatness * radius},
+                  chain.materialAlong ? chain.materialAlong(share) : chain.material, part);
+    }
+}
+
+void leg(Model& model, const Frame& body, Side side, const LegShape& shape, const Pose& pose) {
+    const bool right = side == Side::right;
+    const double swing = right ? pose.legRight : pose.legLeft;
+    const double lift = right ? pose.liftRight : pose.liftLeft;
+    const Part part = either(side, Part::legLeft, Part::legRight);
+    const double stretch = std::max(0.78, std::cos(radians(std::min(50.0, std::abs(swing)))));
+    const double ankle = -shape.length / stretch + shape.foot.y + lift;
+    const Frame hip =
+        body.moved({shape.hip.x * sideSign(side), shape.hip.y - 1.6 * pose.settled, shape.hip.z})
+            .pitched(-swing);
+    model.chain(hip,
+                {.points = {{0, 0, 0}, {0, ankle, 0}}, .radii = {shape.radius, shape.radius * 0.9}},
+                part);
+    model.ellipsoid(hip.moved({0, ankle, 0}).pitched(swing * 0.6),
+                    {{0, 0, shape.foot.z * 0.35}, shape.foot}, shape.footMaterial, part);
+}
+
+void arm(Model& model, const Frame& body, Side side, const ArmShape& shape, const Pose& pose) {
+    const bool right = side == Side::right;
+    const double swing = right ? pose.armRight : pose.armLeft;
+    const double spread = right ? pose.spreadRight : pose.spreadLeft;
+    const Part part = either(side, Part::armLeft, Part::armRight);
+    const double half = shape.length / 2;
+    const Frame upper =
+        body.moved({shape.shoulder.x * sideSign(side), shape.shoulder.y, shape.shoulder.z})
+            .pitched(-swing)
+            .rolled(spread * sideSign(side));
+    model.chain(upper, {.points = {{0, 0, 0}, {0, -half, 0}}, .radii = {shape.upper, shape.upper}},
+                part);
+    const Frame lower = upper.moved({0, -half, 0}).pitched(-pose.bend);
+    model.chain(lower, {.points = {{0, 0, 0}, {0, -half, 0}}, .radii = {shape.upper, shape.paw}},
+                part);
+    const double round = shape.paw + 0.15;
+    model.ellipsoid(lower.moved({0, -half, 0}), {{0, -0.2, 0}, {round, shape.paw + 0.1, round}},
+                    Material::paw, part);
+}
+
+std::vector<Vec3> tailCurve(const TailShape& shape, const Pose& pose) {
+    std::vector<Vec3> points{{}};
+    double heading = shape.start;
+    double sway = 0;
+    for (int i = 0; i < shape.joints; ++i) {
+        const double share = (i + 0.5) / shape.joints;
+        heading += shape.turn(share);
+        sway +=
+            pose.tailSway * (0.4 + share) / shape.joints * 1.6 * std::cos(pose.phase - share * 2.2);
+        const double up = std::cos(radians(heading));
+        const double back = std::sin(radians(heading));
+        const double straight = std::cos(radians(sway));
+        points.push_back(points.back() +
+                         Vec3{std::sin(radians(sway)), up * straight, -back * straight} *
+                             shape.segment);
+    }
+    return points;
+}
+
+}  // namespace quibbits::atelier

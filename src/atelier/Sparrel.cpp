@@ -1,0 +1,154 @@
+// Sparrel: a small squirrel with a charge in its tufts. Honey fur, a cream front, plum paws, and a
+// tail as large as itself that carries the light at its tip.
+#include "atelier/Form.h"
+
+namespace quibbits::atelier {
+namespace {
+
+constexpr Vec3 headRadii{7.4, 6.5, 6.7};
+constexpr Ellipsoid muzzle{{0, -2.7, 4.3}, {3.1, 2.3, 2.7}};
+constexpr Ellipsoid cheeks{{0, 0, 0}, {7.6, 6.5, 6.9}};
+
+constexpr LegShape legShape{
+    .hip = {2.6, 5.6, 0.0}, .length = 5.6, .radius = 1.7, .foot = {1.8, 1.2, 2.7}};
+constexpr ArmShape armShape{.shoulder = {3.4, 3.4, 1.5}, .length = 3.2, .upper = 1.2, .paw = 1.15};
+
+Material bellyMarkings(Vec3 q) {
+    if (q.z > 0.25 && std::abs(q.x) < 0.70 - 0.12 * q.y && q.y < 0.9) return Material::cream;
+    if (q.z < -0.2 && std::abs(q.x) < 0.22) return Material::paw;
+    return Material::fur;
+}
+
+Material chestMarkings(Vec3 q) {
+    if (q.z > 0.25 && std::abs(q.x) < 0.66) return Material::cream;
+    if (q.z < -0.2 && std::abs(q.x) < 0.22) return Material::paw;
+    return Material::fur;
+}
+
+/// A plum stripe from the brow over the crown.
+Material headMarkings(Vec3 q) {
+    const bool stripe =
+        q.z < 0.42 && std::abs(q.x) < 0.17 - 0.16 * std::max(0.0, q.z) && q.y > -0.3;
+    return stripe ? Material::paw : Material::fur;
+}
+
+Material cheekMarkings(Vec3 q) {
+    return q.y < -0.05 && q.z > 0.1 ? Material::cream : Material::fur;
+}
+
+void shapeTrunk(Model& model, const Frame& hip) {
+    model.ellipsoid(hip, {{0, -0.1, 0}, {4.3, 4.0, 3.9}}, Material::fur, Part::body, bellyMarkings);
+    model.ellipsoid(hip, {{0, 3.0, 0.3}, {3.5, 3.2, 3.1}}, Material::fur, Part::body,
+                    chestMarkings);
+}
+
+/// The round haunch of a squirrel, carried along by the leg.
+void shapeHaunch(Model& model, const Frame& root, Side side, const Pose& pose) {
+    const double swing = side == Side::right ? pose.legRight : pose.legLeft;
+    const double down = 1.6 * pose.settled;
+    const Frame hip =
+        root.moved({2.7 * sideSign(side), 5.4 - down + pose.bodyY, -0.4}).pitched(-swing * 0.5);
+    model.ellipsoid(hip, {{0.3 * sideSign(side), -1.2, 0.2}, {2.0, 2.5, 2.6}}, Material::fur,
+                    either(side, Part::legLeft, Part::legRight));
+}
+
+void shapeTail(Model& model, const Frame& hip, const Pose& pose) {
+    // Out from the rump, up along the back, and over backwards at the top.
+    const TailShape tail{.joints = 15, .segment = 1.85, .start = 108, .turn = [&pose](double t) {
+                             if (t < 0.13) return -6.0;
+                             if (t < 0.47) return -23.0 - pose.tailCurl * 0.5;
+                             return t < 0.66 ? 4.0 : 31.0 + pose.tailTip;
+                         }};
+    model.chain(
+        hip.moved({0, -2.2, -3.0}).pitched(-pose.tailPitch),
+        {.points = tailCurve(tail, pose),
+         .radii = {1.4, 1.9, 2.7, 3.5, 4.1, 4.5, 4.6, 4.3, 3.6, 2.7, 1.6},
+         .materialAlong =
+             [](double t) {
+                 return t > 0.88 ? Material::glow : t > 0.70 ? Material::paw : Material::fluff;
+             },
+         .puff = pose.tailPuff,
+         .flatness = {0.95, 1, 1}},
+        Part::tail);
+}
+
+void shapeEar(Model& model, const Frame& head, Side side, const Pose& pose) {
+    const double sign = sideSign(side);
+    const Part part = either(side, Part::earLeft, Part::earRight);
+    const Frame ear = head.moved({4.2 * sign, 4.5, -0.8})
+                          .rolled(-sign * (22 + pose.earSpread))
+                          .pitched(-pose.ear - 8);
+    // Round below, with a tuft standing up from it.
+    model.chain(
+        ear,
+        {.points = {{0, -1, 0}, {0, 1.4, 0}, {0, 3.0, 0}, {0, 5.8, 0}},
+         .radii = {2.3, 2.6, 1.7, 0.8},
+         .materialAlong = [](double t) { return t > 0.62 ? Material::glow : Material::fur; },
+         .flatness = {1, 1, 0.6}},
+        part);
+    model.ellipsoid(ear, {{0, 0.9, 1.0}, {1.35, 1.8, 0.8}}, Material::skin, part);
+}
+
+Frame headFrame(const Frame& hip, double faceTurn, const Pose& pose) {
+    return hip.moved({0, 4.7, 0.9})
+        .pitched(pose.headPitch)
+        .yawed(pose.headYaw + faceTurn)
+        .rolled(pose.headRoll)
+        .moved({0, 5.0 + pose.headY, 0.7 + pose.headZ});
+}
+
+Head shape(Model& model, const Stage& stage, const Pose& pose) {
+    const Frame hip = stage.root.moved({0, 6.2 - 2.6 * pose.settled + pose.bodyY, -0.2})
+                          .pitched(pose.bodyPitch)
+                          .rolled(pose.bodyRoll);
+    for (const Side side : {Side::left, Side::right}) {
+        leg(model, stage.root, side, legShape, pose);
+        shapeHaunch(model, stage.root, side, pose);
+        arm(model, hip, side, armShape, pose);
+    }
+    shapeTrunk(model, hip);
+    shapeTail(model, hip, pose);
+
+    const Frame head = steadied(headFrame(hip, stage.faceTurn, pose), pose);
+    model.ellipsoid(head, {{}, headRadii}, Material::fur, Part::head, headMarkings);
+    model.ellipsoid(head, muzzle, Material::cream, Part::head);
+    for (const Side side : {Side::left, Side::right}) {
+        model.ellipsoid(head, {{5.0 * sideSign(side), -2.3, 1.9}, {3.4, 3.0, 3.2}}, Material::fur,
+                        Part::head, cheekMarkings);
+        shapeEar(model, head, side, pose);
+    }
+    return {.frame = head,
+            .radii = headRadii,
+            .eyeYaw = 30,
+            .eyeRise = 6,
+            .muzzle = muzzle,
+            .mouthRise = -2};
+}
+
+void face(Model& model, const Head& head, const Pose& pose) {
+    for (const Side side : {Side::left, Side::right}) {
+        const double sign = sideSign(side);
+        const Spot eye = spotOn(head.frame, {{}, headRadii}, {30 * sign, 9},
+                                {.facing = 0.72, .hidden = isStroke(pose.eyes) ? 0.42 : 0.22});
+        lay(model, eye, furryEye(pose.eyes, eye.turn, pictureSide(head.frame, side)));
+        lay(model, spotOn(head.frame, cheeks, {54 * sign, -20}, {.hidden = 0.30}), {{"RR"}});
+    }
+    lay(model, spotOn(head.frame, muzzle, {0, 44}, {.hidden = 0.02}), {{"N"}});
+    const Spot mouth = spotOn(head.frame, muzzle, {0, 14}, {.hidden = 0.12});
+    lay(model, mouth, furryMouth(pose.mouth, mouth.turn));
+}
+
+}  // namespace
+
+Form sparrel() {
+    return {.name = "sparrel",
+            .build = squirrel,
+            .headTurn = muzzleTurn,
+            .middle = 12,
+            .reach = 12,
+            .paints = sparrelPaints,
+            .shape = shape,
+            .face = face};
+}
+
+}  // namespace quibbits::atelier

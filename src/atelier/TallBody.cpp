@@ -1,0 +1,99 @@
+#include "atelier/TallBody.h"
+
+namespace quibbits::atelier {
+namespace {
+
+constexpr Vec3 headRadii{7.0, 6.0, 6.4};
+constexpr Ellipsoid muzzle{{0, -2.6, 4.7}, {3.4, 2.5, 3.5}};
+constexpr Ellipsoid cheeks{{0, 0, 0}, {7.4, 6.0, 6.6}};
+constexpr LegShape legShape{
+    .hip = {3.1, 6.4, 0.0}, .length = 6.4, .radius = 2.2, .foot = {2.1, 1.35, 2.8}};
+constexpr ArmShape armShape{.shoulder = {5.2, 6.4, 0.4}, .length = 6.2, .upper = 1.75, .paw = 2.0};
+
+Material bellyMarkings(Vec3 q) {
+    if (q.z > 0.25 && std::abs(q.x) < 0.62 - 0.1 * q.y && q.y < 0.9) return Material::cream;
+    if (q.z < -0.2 && std::abs(q.x) < 0.2) return Material::paw;
+    return Material::fur;
+}
+
+Material backMarkings(Vec3 q) {
+    return q.z < -0.2 && std::abs(q.x) < 0.2 ? Material::paw : Material::fur;
+}
+
+Material crownMarkings(Vec3 q) {
+    return q.z < 0.45 && std::abs(q.x) < 0.17 && q.y > -0.3 ? Material::paw : Material::fur;
+}
+
+Material cheekMarkings(Vec3 q) {
+    return q.y < -0.1 && q.z > 0.1 ? Material::cream : Material::fur;
+}
+
+void shapeTrunk(Model& model, const Frame& hip) {
+    model.ellipsoid(hip, {{0, -0.2, 0}, {5.0, 5.0, 4.5}}, Material::fur, Part::body, bellyMarkings);
+    model.ellipsoid(hip, {{0, 4.6, 0.3}, {5.0, 4.2, 4.0}}, Material::fur, Part::body, backMarkings);
+    model.ellipsoid(hip, {{0, 5.6, 2.6}, {3.6, 2.8, 2.4}}, Material::cream, Part::chest);
+    model.ellipsoid(hip, {{0, 3.2, 3.4}, {2.2, 2.4, 1.6}}, Material::cream, Part::chest);
+}
+
+Stamp keenEye(Turn turn, Side side) {
+    if (turn != Turn::facing) return furryEye(Eyes::open, turn, side);
+    return side == Side::left ? Stamp{{"KK.", "WKK", "KKK", ".IK"}}
+                              : Stamp{{".KK", "WKK", "KKK", "KI."}};
+}
+
+}  // namespace
+
+TallFrames shapeTallBody(Model& model, const Stage& stage, const Pose& pose) {
+    const Frame hip = stage.root.moved({0, 7.0 - 2.4 * pose.settled + pose.bodyY, -0.2})
+                          .pitched(pose.bodyPitch)
+                          .rolled(pose.bodyRoll);
+    Pose arms = pose;
+    arms.spreadLeft += 4;
+    arms.spreadRight += 4;
+    arms.bend += 12;
+    for (const Side side : {Side::left, Side::right}) {
+        leg(model, stage.root, side, legShape, pose);
+        arm(model, hip, side, armShape, arms);
+    }
+    shapeTrunk(model, hip);
+
+    const Frame head = steadied(hip.moved({0, 7.2, 0.5})
+                                    .pitched(pose.headPitch)
+                                    .yawed(pose.headYaw + stage.faceTurn)
+                                    .rolled(pose.headRoll)
+                                    .moved({0, 5.0 + pose.headY, 1.0 + pose.headZ}),
+                                pose);
+    model.ellipsoid(head, {{}, headRadii}, Material::fur, Part::head, crownMarkings);
+    model.ellipsoid(head, muzzle, Material::cream, Part::head);
+    for (const Side side : {Side::left, Side::right}) {
+        model.ellipsoid(head, {{4.6 * sideSign(side), -2.2, 1.6}, {3.6, 2.6, 3.2}}, Material::fur,
+                        Part::head, cheekMarkings);
+    }
+    return {hip, head};
+}
+
+Head tallHead(const Frame& frame) {
+    return {.frame = frame,
+            .radii = headRadii,
+            .eyeYaw = 31,
+            .eyeRise = 6,
+            .muzzle = muzzle,
+            .mouthRise = -2};
+}
+
+void layTallFace(Model& model, const Head& head, const Pose& pose, Brow brow) {
+    for (const Side side : {Side::left, Side::right}) {
+        const double sign = sideSign(side);
+        const Spot eye = spotOn(head.frame, {{}, headRadii}, {31 * sign, 6},
+                                {.facing = 0.72, .hidden = isStroke(pose.eyes) ? 0.42 : 0.22});
+        const Side seen = pictureSide(head.frame, side);
+        const bool keen = brow == Brow::keen && pose.eyes == Eyes::open;
+        lay(model, eye, keen ? keenEye(eye.turn, seen) : furryEye(pose.eyes, eye.turn, seen));
+        lay(model, spotOn(head.frame, cheeks, {56 * sign, -18}, {.hidden = 0.34}), {{"RR"}});
+    }
+    lay(model, spotOn(head.frame, muzzle, {0, 46}, {.hidden = 0.05}), {{"N"}});
+    const Spot mouth = spotOn(head.frame, muzzle, {0, 12}, {.hidden = 0.12});
+    lay(model, mouth, furryMouth(pose.mouth, mouth.turn));
+}
+
+}  // namespace quibbits::atelier

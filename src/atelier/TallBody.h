@@ -1,0 +1,21 @@
+// The body that the two grown furry forms share: upright, with a ruff and long arms.
+#pragma once
+
+#include "atelier/Form.h"
+
+namespace quibbits::atelier {
+
+struct TallFrames {
+    Frame hip;
+    Frame head;
+};
+
+/// Legs, trunk, ruff, arms and the head without its ears.
+TallFrames shapeTallBody(Model& model, const Stage& stage, const Pose& pose);
+
+Head tallHead(const Frame& frame);
+
+enum class Brow { soft, keen };
+void layTallFace(Model& model, const Head& head, const Pose& pose, Brow brow);
+
+}  // namespace quibbits::atelier

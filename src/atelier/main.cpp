@@ -1,0 +1,101 @@
+// quibbits-atelier: draws every picture of the creatures.
+#include <cstdio>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "atelier/Atelier.h"
+
+namespace {
+
+using namespace quibbits::atelier;
+
+constexpr int refused = 2;
+
+constexpr std::string_view usage =
+    "Draws the creatures' sprite sheets, descriptions and portraits.\n"
+    "\n"
+    "  quibbits-atelier --out DIR [FORM ...]         writes the sheets of these forms, or of all,\n"
+    "                                                plain and shiny\n"
+    "  quibbits-atelier --contact DIR [FORM ...]     writes one enlarged overview a form\n"
+    "  quibbits-atelier --strip FORM ANIMATION --out FILE\n"
+    "                                                writes one animation's side view, enlarged\n"
+    "  quibbits-atelier --help                       shows this text\n";
+
+void print(std::FILE* to, std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), to);
+}
+
+int refuse(const std::string& reason) {
+    print(stderr, "quibbits-atelier: " + reason + "; --help lists what it understands\n");
+    return refused;
+}
+
+int report(bool written, const std::string& where) {
+    if (written) return 0;
+    print(stderr, "quibbits-atelier: could not write " + where + "\n");
+    return 1;
+}
+
+std::string formNames() {
+    std::string names;
+    for (const auto& form : forms()) names += (names.empty() ? "" : ", ") + std::string{form.name};
+    return names;
+}
+
+int unknownForm(std::string_view name) {
+    return refuse("no form is called '" + std::string{name} + "' (there are " + formNames() + ")");
+}
+
+/// `--out DIR` and `--contact DIR`, with the forms behind them.
+int drawForms(std::span<const std::string> words) {
+    if (words.size() < 2) return refuse(words[0] + " needs a folder");
+    std::vector<Form> chosen;
+    for (const auto& name : words.subspan(2)) {
+        const auto* form = formNamed(name);
+        if (form == nullptr) return unknownForm(name);
+        chosen.push_back(*form);
+    }
+    if (chosen.empty()) chosen.assign(forms().begin(), forms().end());
+
+    const std::filesystem::path folder = words[1];
+    if (words[0] == "--out") return report(writeSet(folder, chosen), words[1]);
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    for (const auto& form : chosen) {
+        const auto path = folder / ("contact-" + std::string{form.name} + ".png");
+        if (!writePng(path, contactSheet(form))) return report(false, path.string());
+    }
+    return 0;
+}
+
+/// `--strip FORM ANIMATION --out FILE`.
+int drawStrip(std::span<const std::string> words) {
+    if (words.size() != 5 || words[3] != "--out") {
+        return refuse("--strip needs a form, an animation and --out FILE");
+    }
+    const auto* form = formNamed(words[1]);
+    if (form == nullptr) return unknownForm(words[1]);
+    for (const auto& animation : animationsOf(form->build)) {
+        if (animation.name == words[2]) {
+            return report(writePng(words[4], strip(*form, animation)), words[4]);
+        }
+    }
+    return refuse(words[1] + " has no animation '" + words[2] + "'");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    if (words.empty()) return refuse("nothing to do");
+    if (words[0] == "--help") {
+        print(stdout, usage);
+        return 0;
+    }
+    if (words[0] == "--out" || words[0] == "--contact") return drawForms(words);
+    if (words[0] == "--strip") return drawStrip(words);
+    return refuse("'" + words[0] + "' is not understood");
+}
