@@ -3,9 +3,9 @@
 
 #include <filesystem>
 #include <span>
-#include <string>
 
-#include "atelier/Contact.h"
+#include "atelier/Form.h"
+#include "atelier/Sheet.h"
 
 namespace quibbits::atelier {
 

@@ -1,4 +1,7 @@
 // What a creature does all day: stand, walk, eat, sleep, wake.
+#include <algorithm>
+#include <utility>
+
 #include "atelier/Animations.h"
 #include "atelier/Vector.h"
 
@@ -71,7 +74,7 @@ Animation sleep() {
                        {face, {12}},
                        {face, {40}, ball},
                        {squash, {0.86, 0.835, 0.80, 0.835}, ball},
-                       {bodyPitch, {-8}, ball},
+                       {bodyPitch, {-2}, ball},
                        {ear, {24}, ball},
                        {tailPitch, {20}, ball},
                        {squash, {0.94, 0.915, 0.89, 0.915}, squirrel},
@@ -131,46 +134,45 @@ Animation sleep() {
             .lyingFrom = 0};
 }
 
+/// A track of the sleeper, given up little by little; then the keys of the stretch, where there are
+/// any for its joint.
+Track wakingFrom(const Track& asleep, const std::vector<Track>& stretch) {
+    const double lying = asleep.keys.front();
+    const double rest = Pose{}.*asleep.joint.first;
+    Track track{asleep.joint, {}, asleep.builds};
+    for (const double share : {1.0, 0.7, 0.3}) track.keys.push_back(rest + (lying - rest) * share);
+    const auto stretched = std::ranges::find_if(
+        stretch, [&](const Track& other) { return other.joint.first == asleep.joint.first; });
+    if (stretched == stretch.end()) {
+        track.keys.push_back(rest);
+    } else {
+        track.keys.insert(track.keys.end(), stretched->keys.begin(), stretched->keys.end());
+    }
+    return track;
+}
+
+// Opens its eyes where it lies, gets up, stretches and yawns.
 Animation wake() {
+    const std::vector<Track> stretch{{squash, {1.06, 1.10, 1}},
+                                     {headPitch, {-8, -14, 0}},
+                                     {arms, {-30, -40, 12}},
+                                     {spreads, {50, 60, 14}},
+                                     {ear, {-6, -12, 0}}};
+    std::vector<Track> tracks{{y, {0, 0, 0, -2, -1, 0}, floating}};
+    for (const auto& track : stretch) {
+        const double rest = Pose{}.*track.joint.first;
+        tracks.push_back(wakingFrom({track.joint, {rest}}, stretch));
+    }
+    for (const auto& track : sleep().tracks) tracks.push_back(wakingFrom(track, stretch));
     return {
         .name = "Wake",
         .ticks = {16, 8, 10, 6, 14, 8},
-        .tracks = {{settled, {1, 0.7, 0.3, 0}},
-                   {squash, {0.90, 0.94, 1, 1.06, 1.10, 1}},
-                   {face, {12, 8, 4, 0}},
-                   {legs, {62, 43, 19, 0}, squirrel | tall},
-                   {bodyPitch, {20, 14, 6, 0}, squirrel | tall},
-                   {headPitch, {-10, 0, 6, -8, -14, 0}},
-                   {arms, {40, 30, 20, 120, 160, 12}},
-                   {spreads, {0, 10, 14, 24, 30, 14}},
-                   {ear, {34, 24, 14, -6, -12, 0}},
-                   {y, {-3, -2, -1, 0}, floating}},
+        .tracks = std::move(tracks),
         .eyes = {closed, closed, half, open, closed, open},
-        .mouths = {Mouth::flat, Mouth::flat, Mouth::flat, Mouth::open, Mouth::open, Mouth::smile}};
+        .mouths = {Mouth::flat, Mouth::flat, Mouth::flat, Mouth::open, Mouth::open, Mouth::smile},
+        .lyingFrom = 0,
+        .lyingTo = 3};
 }
-
-}  // namespace
-
-Animation chewing() {
-    return {.name = "Eat",
-            .ticks = {8, 8, 8, 8, 8, 8},
-            .tracks = {{headPitch, {2, 12}},
-                       {headPitch, {2, 12, 2, 12, 2, 12}},
-                       {headY, {0, -1, 0, -1, 0, -1}},
-                       {arms, {62}},
-                       {spreads, {-22}},
-                       {bend, {26}},
-                       {squash, {1, 0.97, 1, 0.97, 1, 0.97}},
-                       {ear, {0, 8, 0, 8, 0, 8}},
-                       {tailSway, wave(6, {.size = 8})}},
-            .eyes = {open, closed, open, closed, happy, closed},
-            .mouths = {Mouth::chewing, Mouth::round, Mouth::chewing, Mouth::round, Mouth::chewing,
-                       Mouth::round},
-            .drift = 0.5,
-            .builds = everyone & ~(wisp | bell | swimmer)};
-}
-
-namespace {
 
 Animation nod() {
     return {
@@ -195,6 +197,24 @@ Animation deepBreath() {
 }
 
 }  // namespace
+
+Animation chewing() {
+    return {.name = "Eat",
+            .ticks = {8, 8, 8, 8, 8, 8},
+            .tracks = {{headPitch, {2, 12, 2, 12, 2, 12}},
+                       {headY, {0, -1, 0, -1, 0, -1}},
+                       {arms, {62}},
+                       {spreads, {-22}},
+                       {bend, {26}},
+                       {squash, {1, 0.97, 1, 0.97, 1, 0.97}},
+                       {ear, {0, 8, 0, 8, 0, 8}},
+                       {tailSway, wave(6, {.size = 8})}},
+            .eyes = {open, closed, open, closed, happy, closed},
+            .mouths = {Mouth::chewing, Mouth::round, Mouth::chewing, Mouth::round, Mouth::chewing,
+                       Mouth::round},
+            .drift = 0.5,
+            .builds = everyone & ~(wisp | bell | swimmer)};
+}
 
 std::vector<Animation> dailyAnimations() {
     return {walkOnFeet(), drifting(), idle(), sleep(), chewing(), wake(), nod(), deepBreath()};

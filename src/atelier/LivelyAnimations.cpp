@@ -47,6 +47,7 @@ Animation leapForth() {
         .mouths = {Mouth::flat, Mouth::open, Mouth::open, Mouth::open, Mouth::open, Mouth::flat}};
 }
 
+// Stands proud with an arm raised: the near one, but for long arms, which would hide the face.
 Animation pose() {
     return {.name = "Pose",
             .ticks = {6, 6, 30, 8},
@@ -56,6 +57,8 @@ Animation pose() {
                        {spreadLeft, {20}},
                        {armRight, {10}},
                        {spreadRight, {24, 39, 46, 24}},
+                       {armRight, {60, 120, 150, 60}, tall | swimmer | dusk},
+                       {armLeft, {10}, tall | swimmer | dusk},
                        {bodyPitch, {4, -6, -8, -3}},
                        {headPitch, {2, -5, -6, -2}},
                        {headRoll, {-2, -5, -6, -2}},

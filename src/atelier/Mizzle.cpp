@@ -1,9 +1,14 @@
 // Mizzle: the round fluff that hatches first. All head, on two stubby feet, with a sprout on top
 // that carries a drop of light.
+#include <cmath>
+
 #include "atelier/Form.h"
 
 namespace quibbits::atelier {
 namespace {
+
+/// It carries its face a little upwards, because it is looked down upon.
+constexpr double lookingUp = 9;
 
 constexpr Vec3 ballRadii{7.4, 6.6, 7.0};
 constexpr Ellipsoid cheeks{{0, 0, 0}, {7.8, 6.7, 7.2}};
@@ -81,7 +86,7 @@ void shapeArm(Model& model, const Frame& head, Side side, const Pose& pose) {
 
 Head shape(Model& model, const Stage& stage, const Pose& pose) {
     const Frame head = stage.root.moved({0, 9.0 - 2.6 * pose.settled + pose.bodyY, 0})
-                           .pitched(pose.bodyPitch + pose.headPitch * 0.5)
+                           .pitched(pose.bodyPitch + pose.headPitch * 0.5 - lookingUp)
                            .yawed(pose.headYaw + stage.faceTurn)
                            .rolled(pose.bodyRoll + pose.headRoll)
                            .moved({0, pose.headY, pose.headZ})
@@ -109,7 +114,7 @@ void face(Model& model, const Head& head, const Pose& pose) {
     for (const Side side : {Side::left, Side::right}) {
         const double sign = sideSign(side);
         const Spot eye = spotOn(head.frame, {{}, ballRadii}, {29 * sign, 8},
-                                {.hidden = isStroke(pose.eyes) ? 0.42 : 0.20});
+                                {.hidden = isStroke(pose.eyes) ? 0.42 : 0.36});
         lay(model, eye, furryEye(pose.eyes, eye.turn, pictureSide(head.frame, side)));
         lay(model, spotOn(head.frame, cheeks, {52 * sign, -12}, {.hidden = 0.30}), {{"RR"}});
     }
@@ -126,6 +131,7 @@ Form mizzle() {
             .headTurn = {0, -12, -36, -8, 0, 8, 36, 12},
             .middle = 8,
             .reach = 11,
+            .framing = {.headY = 27},
             .paints = mizzlePaints,
             .shape = shape,
             .face = face};

@@ -1,6 +1,7 @@
 #include "atelier/Sheet.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <sstream>
 
 namespace quibbits::atelier {

@@ -1,5 +1,8 @@
 // Sparrel: a small squirrel with a charge in its tufts. Honey fur, a cream front, plum paws, and a
 // tail as large as itself that carries the light at its tip.
+#include <algorithm>
+#include <cmath>
+
 #include "atelier/Form.h"
 
 namespace quibbits::atelier {

@@ -1,5 +1,7 @@
 #include "atelier/TallBody.h"
 
+#include <cmath>
+
 namespace quibbits::atelier {
 namespace {
 

@@ -4,7 +4,6 @@
 // out of its nose). Angles are degrees.
 #pragma once
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 

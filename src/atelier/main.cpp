@@ -6,7 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "atelier/Animations.h"
 #include "atelier/Atelier.h"
+#include "atelier/Contact.h"
 
 namespace {
 

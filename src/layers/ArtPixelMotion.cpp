@@ -15,17 +15,13 @@ struct Motion {
     Instant ends = forever;
 };
 
-bool movesPosition(const Playback& part) {
-    const KeyPath path = part.animation().keyPath;
-    return path == KeyPath::position || path == KeyPath::positionX || path == KeyPath::positionY;
-}
-
 /// The stretch of time around the instant in which the same animations move the layer.
 std::optional<Motion> motionAt(const AnimationList& animations, Instant now) {
     std::optional<Motion> motion;
     for (const auto& running : animations.running()) {
         if (!running.isInProgress(now)) continue;
-        if (std::ranges::none_of(running.parts, movesPosition)) continue;
+        const auto moves = [](const Playback& p) { return movesPosition(p.animation().keyPath); };
+        if (std::ranges::none_of(running.parts, moves)) continue;
         if (!motion) motion.emplace();
         motion->begins = std::max(motion->begins, running.start + running.timing().beginDelay);
         motion->ends = std::min(motion->ends, running.end);
@@ -54,6 +50,10 @@ double snapped(double value, double grid) {
 }
 
 }  // namespace
+
+bool movesPosition(KeyPath path) {
+    return path == KeyPath::position || path == KeyPath::positionX || path == KeyPath::positionY;
+}
 
 std::optional<ArtStep> artStep(const Appearance& model, const AnimationList& animations,
                                double grid, Instant now) {

@@ -14,6 +14,9 @@ constexpr double steppingSpeed = 90;
 /// Steps of all bodies, and the frame changes of what steps, share instants this far apart.
 constexpr Seconds stepInterval = 1.0 / 20;
 
+/// Whether an animation of the value moves a layer in its parent.
+bool movesPosition(KeyPath path);
+
 struct ArtStep {
     Instant instant = 0;  // of the step that shows; frames are read at it too
     Point position;

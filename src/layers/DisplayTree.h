@@ -53,7 +53,7 @@ struct DrawnLayer {
     int opacity = 255;        // of it and all below it, put together
     PixelRect extent;         // what the layer itself may touch
     PixelRect subtreeExtent;  // with all below it; empty for a layer that is out of sight
-    PixelRect clip;           // what its sublayers are confined to
+    PixelRect clip;           // what it and its sublayers are confined to
     std::unique_ptr<DrawnLayer> mask;
     std::vector<std::unique_ptr<DrawnLayer>> sublayers;
 

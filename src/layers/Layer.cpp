@@ -126,7 +126,6 @@ void Layer::markJoined(Instant now) {
 }
 
 void Layer::touch() {
-    changed_ = true;
     Layer* layer = this;
     for (; layer->superlayer_; layer = layer->superlayer_) layer->changedBelow_ = true;
     layer->changedBelow_ = true;

@@ -180,9 +180,8 @@ private:
     Instant joined_;  // when it came into a tree
 
     // What the tree has not looked at yet.
-    bool changed_ = true;
     bool sublayersChanged_ = true;
-    bool changedBelow_ = true;
+    bool changedBelow_ = true;  // in the layer itself or below it
 };
 
 }  // namespace quibbits

@@ -48,6 +48,7 @@ void LayerTree::setFrameInterval(Seconds interval) {
 
 std::vector<PixelRect> LayerTree::nextFrame(Instant now) {
     state_->changeNoticed = false;
+    if (state_->pixels().isEmpty()) return {};
     if (std::exchange(state_->damagedAll, false)) {
         DrawnLayer fresh;
         fresh.id = root_->id_;
@@ -70,8 +71,9 @@ void LayerTree::damageAll() {
 }
 
 void LayerTree::noticeChange() {
-    if (std::exchange(state_->changeNoticed, true)) return;
-    if (const auto listener = onChange) listener();
+    if (!onChange || std::exchange(state_->changeNoticed, true)) return;
+    const auto listener = onChange;  // it may be replaced from inside
+    listener();
 }
 
 Instant LayerTree::State::frameAfter(Instant now) const {

@@ -27,7 +27,7 @@ Damage TreeSync::run(Layer& root) {
 void TreeSync::visit(Layer& layer, DrawnLayer& node, const Context& context) {
     if (!context.moved && !node.isNew && !node.isActive && !layer.changedBelow_) return;
     const bool alive = layer.hasAnimations() || layer.emission_;
-    layer.changed_ = layer.changedBelow_ = false;
+    layer.changedBelow_ = false;
     if (layer.model_.hidden) return collapse(node, false);
 
     Context inside{.frames = context.frames};
@@ -46,7 +46,6 @@ void TreeSync::visit(Layer& layer, DrawnLayer& node, const Context& context) {
     visitMask(layer, node, inside, repaint);
     if (node.mask) inside.clip = inside.clip.intersected(node.mask->subtreeExtent);
 
-    const PixelRect wasSubtree = node.subtreeExtent;
     const PixelRect extent = extentOf(drawn, inside.toDevice).intersected(inside.clip);
     if (node.drawn != drawn || node.extent != extent) {
         damage_.add(node.extent);
@@ -70,10 +69,8 @@ void TreeSync::visit(Layer& layer, DrawnLayer& node, const Context& context) {
         node.isActive = node.isActive || below.isActive;
         node.subtreeExtent = node.subtreeExtent.united(below.subtreeExtent);
     }
-    if (repaint) {
-        damage_.add(wasSubtree);
-        damage_.add(node.subtreeExtent);
-    }
+    // What the branch no longer covers was painted over by the layers that left it.
+    if (repaint) damage_.add(node.subtreeExtent);
 }
 
 /// The layer's values as they are seen. For a body that goes in steps, `frames` falls back to the

@@ -9,10 +9,6 @@ namespace quibbits {
 
 namespace {
 
-bool movesPosition(KeyPath path) {
-    return path == KeyPath::position || path == KeyPath::positionX || path == KeyPath::positionY;
-}
-
 bool isOpacity(KeyPath path) {
     return path == KeyPath::opacity;
 }

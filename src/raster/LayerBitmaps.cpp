@@ -20,8 +20,10 @@ Overloaded(F...) -> Overloaded<F...>;
 
 /// Bitmaps not used in this many paintings are let go.
 constexpr std::uint64_t keptFor = 120;
-/// So many pixels are kept at most, beside those that the present painting uses.
+/// So many pixels are kept at most, beside those that the last few paintings used: a frame may
+/// consist of several.
 constexpr std::size_t mostPixels = 1 << 20;
+constexpr std::uint64_t lately = 8;
 
 double scaleOf(const Affine& map) {
     return std::sqrt(std::abs(map.a * map.d - map.b * map.c));
@@ -164,7 +166,7 @@ void LayerBitmaps::tidy() {
     std::erase_if(entries_, [&](const auto& item) {
         const auto& entry = item.second;
         const std::uint64_t idle = turn_ - entry.used;
-        if (idle <= keptFor && (pixels <= mostPixels || idle == 0)) return false;
+        if (idle <= keptFor && (pixels <= mostPixels || idle < lately)) return false;
         pixels -= entry.bitmap.size();
         return true;
     });

@@ -22,7 +22,8 @@ template <typename T>
 using Owned = std::unique_ptr<T, Unref>;
 
 int pangoUnits(double points) {
-    return static_cast<int>(std::lround(points * PANGO_SCALE));
+    constexpr double most = 1e6;  // far wider than any screen
+    return static_cast<int>(std::lround(std::clamp(points, 0.0, most) * PANGO_SCALE));
 }
 
 double points(int pangoUnits) {
@@ -131,7 +132,7 @@ private:
 
     static void wrap(PangoLayout* layout, double width) {
         // A little more than the width, for what it was measured at was rounded.
-        pango_layout_set_width(layout, pangoUnits(std::max(0.0, width)) + 2);
+        pango_layout_set_width(layout, pangoUnits(width) + 2);
         pango_layout_set_wrap(layout, PANGO_WRAP_WORD_CHAR);
     }
 

@@ -168,6 +168,11 @@ void SimulatedComputer::release(MouseButton button) {
     }
 }
 
+void SimulatedComputer::setUserPresent(bool present) {
+    pointer.present = present;
+    pointer.lastInput = runLoop.now();
+}
+
 void SimulatedComputer::setBattery(std::optional<int> level, bool charging) {
     machine.sources.clear();
     if (level) {

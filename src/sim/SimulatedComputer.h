@@ -109,7 +109,7 @@ public:
     Point location() const override { return place; }
     MouseButtons buttons() const override { return down; }
     Modifiers modifiers() const override { return keys; }
-    Seconds idle() const override { return loop_.now() - lastInput; }
+    Seconds idle() const override { return present ? 0 : loop_.now() - lastInput; }
     Seconds untouched() const override { return loop_.now() - lastMouse; }
     void setHidden(bool h) override { hidden = h; }
 
@@ -117,6 +117,7 @@ public:
     MouseButtons down;
     Modifiers keys;
     bool hidden = false;
+    bool present = true;  // somebody is at the computer, typing now and then
     Instant lastInput = 0;
     Instant lastMouse = 0;
 
@@ -148,6 +149,8 @@ public:
     void press(MouseButton button);
     void release(MouseButton button);
     void touchKey() { pointer.lastInput = runLoop.now(); }
+    /// From now on somebody is there, or nobody is.
+    void setUserPresent(bool present);
     void setBattery(std::optional<int> level, bool charging);
     void setHeat(ThermalState state);
     void setNetwork(bool online) { machine.networkReported.emit(online); }

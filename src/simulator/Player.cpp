@@ -177,10 +177,12 @@ bool Player::applyToUser(const ScenarioEvent& event) {
                           .option = flagOf(fields, "option"),
                           .control = flagOf(fields, "control"),
                           .shift = flagOf(fields, "shift")};
+    } else if (event.kind == "user") {
+        c.setUserPresent(flagOf(fields, "present"));
     } else if (event.kind == "touch") {
         c.touchKey();
     } else if (event.kind == "drop") {
-        DragInfo drag{.location = pointOf(*fields.find("at")), .files = textsOf(fields, "files")};
+        DragInfo drag{.location = pointOf(*fields.find("place")), .files = textsOf(fields, "files")};
         if (fields.find("item")) drag.item = textOf(fields, "item");
         const bool taken = c.dropOnStage(std::move(drag));
         if (trace_) trace_->write("drop", {{"taken", taken}});

@@ -155,10 +155,15 @@ void PanelWindow::show() {
         writeState();
         xcb_map_window(connection_.xcb(), id_);
     }
-    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-    if (level_ != PanelLevel::desktop) {
-        xcb_configure_window(connection_.xcb(), id_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
-    }
+    stack();
+}
+
+/// Puts the window on top of its level. The lowest level is under all windows, and some window
+/// managers count a dock among them however low its state says it is.
+void PanelWindow::stack() {
+    const std::uint32_t mode =
+        level_ == PanelLevel::desktop ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(connection_.xcb(), id_, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
 }
 
 void PanelWindow::hide() {
@@ -192,6 +197,7 @@ void PanelWindow::assertState() {
     change(add, low ? Atom::stateBelow : Atom::stateAbove, Atom::count);
     change(add, Atom::stateSkipTaskbar, Atom::stateSkipPager);
     change(add, Atom::stateSticky, Atom::count);
+    stack();
 }
 
 void PanelWindow::setInputRegion(std::vector<xcb_rectangle_t> region) {

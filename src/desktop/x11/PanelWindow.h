@@ -58,6 +58,7 @@ public:
 private:
     bool isMenu() const { return level_ == PanelLevel::menu; }
     void configure();
+    void stack();
     void sendInputRegion();
     void writeState();
 

@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include "support/LivingCreature.h"
+
+namespace quibbits {
+namespace {
+
+TEST(AFirstRun, HasTwoHiddenEggsThatDecideNothing) {
+    DrawnSheets sheets = DrawnSheets::ofWalker();
+    FlatText text;
+    SimulatedComputer computer({}, sheets, text);
+    AppDelegate app(computer.computer(), computer.panels());
+    app.applicationDidFinishLaunching();
+    ASSERT_EQ(app.party().size(), 2u);
+    for (const auto& creature : app.party()) {
+        EXPECT_EQ(creature->stage, Stage::egg);
+        EXPECT_FALSE(creature->isOut);
+        EXPECT_TRUE(creature->pet().node().model().hidden);
+        EXPECT_EQ(creature->energy, 0.8);
+        EXPECT_EQ(creature->hunger, 0.3);
+        EXPECT_EQ(creature->friendship, 120);
+        EXPECT_EQ(creature->boredom, 0.3);
+        EXPECT_EQ(creature->exp, 0);
+        EXPECT_EQ(creature->stats().name, "Egg");
+    }
+    computer.runLoop.advance(3600);
+    EXPECT_TRUE(computer.defaults.all().empty()) << "an egg saves nothing";
+    EXPECT_EQ(computer.notifications.categories.size(), 2u);
+}
+
+TEST(ALaunch, WithoutAScreenSetsUpTheNotificationsAndNothingElse) {
+    DrawnSheets sheets = DrawnSheets::ofWalker();
+    FlatText text;
+    SimulatedComputer computer({}, sheets, text);
+    computer.screens.screen.reset();
+    AppDelegate app(computer.computer(), computer.panels());
+    app.applicationDidFinishLaunching();
+    EXPECT_EQ(app.stage(), nullptr);
+    EXPECT_TRUE(app.party().empty());
+    EXPECT_EQ(computer.notifications.categories.size(), 2u);
+    computer.runLoop.advance(60);
+}
+
+TEST(ALaunch, LeavesTheSavedOneOutAndPutsTheOtherAwayUnseen) {
+    struct Row {
+        const char* saved;
+        const char* out;
+    };
+    for (const auto& [saved, out] :
+         std::vector<Row>{{"umbrool", "umbrool"}, {"pet", "pet"}, {"stranger", "pet"}}) {
+        LivingCreature life(
+            {.defaults = {{"umbrool.stage", "wispul"}, {"party.out", std::string(saved)}}});
+        for (const auto& creature : life.app->party()) {
+            EXPECT_EQ(creature->isOut, creature->store() == out) << saved;
+            EXPECT_EQ(creature->pet().node().model().hidden, creature->store() != out) << saved;
+        }
+        EXPECT_NEAR(life.app->party()[0]->pet().node().model().position.x, 480, 1e-9);
+        EXPECT_NEAR(life.app->party()[1]->pet().node().model().position.x, 960, 1e-9);
+    }
+}
+
+TEST(SavedState, OfTheWrongKindFallsBackFieldByField) {
+    LivingCreature life({.defaults = {{"pet.energy", std::string("full")},
+                                      {"pet.hunger", true},
+                                      {"pet.friendship", std::int64_t{77}},
+                                      {"pet.nature", std::string("Grumpy")},
+                                      {"pet.gender", 3.0},
+                                      {"pet.shimmerpox", std::string("tomorrow")}}});
+    const Companion& creature = life.creature();
+    EXPECT_LE(creature.energy, 0.8);
+    EXPECT_GT(creature.energy, 0.6);
+    EXPECT_LT(creature.hunger, 0.35);
+    EXPECT_NEAR(creature.friendship, 77, 1e-9);
+    EXPECT_TRUE(Nature::named(creature.nature.name));
+    EXPECT_TRUE(creature.gender == "♀" || creature.gender == "♂");
+    EXPECT_FALSE(creature.shimmerpoxUntil);
+}
+
+TEST(SavedState, SurvivesQuittingAndStartingAgain) {
+    LivingCreature life({.stage = "thrummet",
+                         .defaults = {{"pet.form", std::string("coralis")},
+                                      {"pet.shiny", true},
+                                      {"pet.exp", 30000.0},
+                                      {"pet.gender", std::string("♂")}}});
+    EXPECT_EQ(life.creature().name(), "Coralian Thrummet");
+    EXPECT_EQ(life.creature().a().species(), "thrummet-coralis-shiny");
+    life.advance(900);
+    const PetStats before = life.creature().stats();
+    life.creature().boredom = 0.95;
+    life.creature().save();
+    life.quit();
+    life.launch();
+    const PetStats after = life.creature().stats();
+    EXPECT_EQ(after.stage, before.stage);
+    EXPECT_EQ(after.coralis, before.coralis);
+    EXPECT_EQ(after.shiny, before.shiny);
+    EXPECT_EQ(after.nature, before.nature);
+    EXPECT_EQ(after.gender, before.gender);
+    EXPECT_GE(after.exp, before.exp) << "and a little more for what it has begun since";
+    EXPECT_LT(after.exp, before.exp * 1.02);
+    EXPECT_GE(after.friendship, before.friendship);
+    EXPECT_LT(life.creature().boredom, 0.5) << "boredom is not remembered";
+
+    life.creature().form.reset();
+    life.creature().save();
+    EXPECT_FALSE(life.computer.defaults.stored("pet.form"));
+}
+
+TEST(Stats, TellTheWayToTheNextLevelAndAFaceForTheFriendship) {
+    LivingCreature life({.defaults = {{"pet.exp", 8.0}}});
+    PetStats stats = life.creature().stats();
+    EXPECT_EQ(stats.level, 2);
+    EXPECT_EQ(stats.nextLevelEXP, 27);
+    EXPECT_NEAR(stats.levelProgress, (life.creature().exp - 8) / 19, 1e-9);
+    EXPECT_EQ(stats.ability.name, "Lightning Rod");
+    EXPECT_EQ(stats.evolveItem, Item::stormPebble);
+    EXPECT_FALSE(stats.canEvolve);
+    EXPECT_TRUE(stats.portrait);
+}
+
+TEST(Why, GivesTheFiveNeedsInTheirOrder) {
+    LivingCreature life({});
+    const Why why = life.creature().why();
+    ASSERT_EQ(why.needs.size(), 5u);
+    EXPECT_EQ(why.needs[0].first, "Energy");
+    EXPECT_EQ(why.needs[1].first, "Belly");
+    EXPECT_NEAR(why.needs[1].second, 1 - life.creature().hunger, 1e-12);
+    EXPECT_EQ(why.needs[2].first, "Friendship");
+    EXPECT_EQ(why.needs[3].first, "Boredom");
+    EXPECT_EQ(why.needs[4].first, "Missing you");
+    EXPECT_EQ(why.choice, life.decisions.back());
+}
+
+}  // namespace
+}  // namespace quibbits

@@ -1,0 +1,154 @@
+#include <gtest/gtest.h>
+
+#include "support/LivingCreature.h"
+
+namespace quibbits {
+namespace {
+
+TEST(Thinking, GoesOnByItselfForADayWithoutGettingStuck) {
+    for (const std::uint64_t seed : {1u, 2u, 3u}) {
+        LivingCreature life({.seed = seed});
+        for (int tenMinutes = 0; tenMinutes < 144; ++tenMinutes) {
+            const auto before = life.decisions.size();
+            life.advance(600);
+            EXPECT_GT(life.decisions.size(), before) << "seed " << seed;
+        }
+    }
+}
+
+TEST(Thinking, StopsForEachOfItsBlocksAndSavesNothingThen) {
+    LivingCreature life({});
+    Companion& creature = life.creature();
+    creature.stop([] {});
+    for (bool Companion::*block : {&Companion::held, &Companion::ballBusy, &Companion::dozing}) {
+        creature.*block = true;
+        const auto before = life.decisions.size();
+        creature.think();
+        EXPECT_EQ(life.decisions.size(), before);
+        creature.*block = false;
+    }
+    creature.isOut = false;
+    const auto before = life.decisions.size();
+    creature.think();
+    EXPECT_EQ(life.decisions.size(), before);
+}
+
+TEST(Thinking, InTheAirItFallsFirstAndDecidesOnLanding) {
+    LivingCreature life({});
+    life.creature().stop([] {});
+    life.pet().drag({500, 400});
+    const auto before = life.decisions.size();
+    life.creature().think();
+    EXPECT_EQ(life.decisions.size(), before);
+    life.advance(0.56);
+    EXPECT_EQ(life.decisions.size(), before);
+    life.advance(0.05);  // a fall of 400 points takes 0.577 s
+    EXPECT_EQ(life.decisions.size(), before + 1);
+    EXPECT_NEAR(life.pet().position().y, 0, 1e-9);
+}
+
+TEST(Thinking, BoredomIsBurntByActiveChoicesAndGrowsWithTimeAndSitting) {
+    LivingCreature life({});
+    life.untilDecisions(300);
+    for (std::size_t i = 1; i < life.decisions.size(); ++i) {
+        const Intent chosen = life.decisions[i - 1];
+        double expected = life.minds[i - 1].boredom;
+        if (isActive(chosen)) expected = std::max(expected - 0.3, 0.0);
+        if (chosen == Intent::sit) expected = std::min(expected + 0.12, 1.0);
+        const double minutes = (life.times[i] - life.times[i - 1]) / 60;
+        expected = std::min(expected + minutes * 0.125, 1.0);
+        EXPECT_NEAR(life.minds[i].boredom, expected, 1e-9) << i << rawValue(chosen);
+    }
+}
+
+TEST(Thinking, TheMindTellsWhatTheCreatureKnows) {
+    LivingCreature life({.defaults = {{"pet.exp", expForLevel(GrowthRate::mediumFast, 12)},
+                                      {"pet.friendship", 204.0},
+                                      {"relationship", false}},
+                         .begin = {.year = 2026, .month = 3, .day = 2, .hour = 16, .minute = 59}});
+    const Mind mind = life.minds.front();
+    EXPECT_TRUE(mind.daytime);
+    EXPECT_FALSE(mind.night);
+    EXPECT_FALSE(mind.charging);
+    EXPECT_FALSE(mind.caring);
+    EXPECT_TRUE(mind.hungerOn);
+    EXPECT_TRUE(mind.canPlay);
+    EXPECT_TRUE(mind.knowsChargeOrb);
+    EXPECT_FALSE(mind.knowsPsychic);
+    EXPECT_FALSE(mind.ghost);
+    EXPECT_NEAR(mind.friendship, 0.8, 1e-9);
+
+    LivingCreature night(
+        {.begin = {.year = 2026, .month = 3, .day = 2, .hour = 23}, .battery = 15});
+    EXPECT_TRUE(night.minds.front().night);
+    EXPECT_FALSE(night.minds.front().daytime);
+    EXPECT_TRUE(night.minds.front().lowBattery);
+}
+
+TEST(Thinking, MusicCountsOnlyWhilePlayingAndSwitchedOn) {
+    LivingCreature life({});
+    life.computer.setMusic("Playing");
+    life.untilDecisions(1);
+    EXPECT_TRUE(life.minds.back().music);
+    life.computer.defaults.set("music", false);
+    life.untilDecisions(1);
+    EXPECT_FALSE(life.minds.back().music);
+    life.computer.defaults.set("music", true);
+    life.computer.setMusic("Paused");
+    life.untilDecisions(1);
+    EXPECT_FALSE(life.minds.back().music);
+}
+
+TEST(Stopping, BreaksOffAWalkAndGoesOnInTheSameTurn) {
+    LivingCreature life({});
+    Companion& creature = life.creature();
+    creature.stop([] {});
+    bool arrived = false;
+    creature.go({.to = {1200, 0}, .speed = 100}, [&] { arrived = true; });
+    life.advance(2);
+    const Point seen = life.pet().position();
+    bool stopped = false;
+    creature.stop([&] { stopped = true; });
+    EXPECT_TRUE(stopped);
+    EXPECT_EQ(life.pet().position(), seen);
+    life.advance(60);
+    EXPECT_FALSE(arrived);
+    EXPECT_EQ(life.pet().position(), seen);
+}
+
+TEST(FocusMode, PutsACreatureToSleepUntilItEnds) {
+    LivingCreature life({});
+    life.creature().hook("focus");
+    EXPECT_TRUE(life.creature().dozing);
+    const auto before = life.decisions.size();
+    life.advance(3600);
+    EXPECT_EQ(life.decisions.size(), before);
+    EXPECT_EQ(life.computer.defaults.onlyBoolean("focus.on"), true);
+    life.quit();
+    life.launch();
+    life.advance(60);
+    EXPECT_TRUE(life.creature().dozing) << "focus outlives the program";
+    life.creature().hook("unfocus");
+    life.advance(10);
+    EXPECT_FALSE(life.creature().dozing);
+    EXPECT_GT(life.decisions.size(), before);
+}
+
+TEST(TheMorning, IsGreetedOnceADayFromFiveOn) {
+    struct Row {
+        int hour;
+        const char* caption;
+    };
+    for (const auto& [hour, caption] : std::vector<Row>{
+             {5, "Good morning!"}, {12, "Good afternoon!"}, {18, "Good evening!"}, {4, nullptr}}) {
+        LivingCreature life({.defaults = {{"pet.greeted", Date{0}}},
+                             .begin = {.year = 2026, .month = 3, .day = 2, .hour = hour}});
+        EXPECT_EQ(life.hasSaid(caption ? caption : "Good morning!"), caption != nullptr) << hour;
+        life.utterances.clear();
+        life.advance(600);
+        EXPECT_FALSE(caption && life.hasSaid(caption)) << hour;
+    }
+}
+
+}  // namespace
+}  // namespace quibbits

@@ -1,0 +1,189 @@
+#include "XTest.h"
+#include "TemporaryFolder.h"
+#include "desktop/LinuxComputer.h"
+#include "desktop/x11/XWindowList.h"
+#include "desktop/x11/XWorkspace.h"
+
+namespace quibbits {
+namespace {
+
+struct XDesktop : XTest {};
+
+TEST_F(XDesktop, AStillPointerWakesNobodyAndEveryMoveIsTold) {
+    connect();
+    int moved = 0;
+    const auto listener = pointer->elsewhere.subscribe([&](PointerEvent event) {
+        EXPECT_EQ(event, PointerEvent::moved);
+        ++moved;
+    });
+    turnFor(1.5);
+    moved = 0;
+    auto wakes = loop.wakes();
+    const auto still = loop.timer(1, [] {});
+    loop.turn(1.5);
+    EXPECT_EQ(loop.wakes() - wakes, 1u);
+
+    other->movePointer(100, 100);
+    EXPECT_TRUE(eventually([&] { return moved == 1; }, 0.05)) << "the first move is told at once";
+    EXPECT_EQ(pointer->location(), (Point{100, 700}));
+    EXPECT_LT(pointer->untouched(), 0.1);
+    wakes = loop.wakes();
+    const Instant start = loop.now();
+    const auto shake = loop.every(0.002, [&, x = 100]() mutable { other->movePointer(++x, 100); });
+    moved = 0;
+    eventually([&] { return loop.now() > start + 1; });
+    EXPECT_GE(moved, 8);
+    EXPECT_LE(moved, 13) << "ten a second are enough far from everything";
+    pointer->setAttentive(true);
+    moved = 0;
+    turnFor(0.5);
+    EXPECT_GE(moved, 20);
+}
+
+TEST_F(XDesktop, ReleasesAndKeysAreSeenEverywhere) {
+    desktop->startWindowManager();
+    connect();
+    other->open({.x = 0, .y = 0, .width = 800, .height = 600});
+    std::vector<PointerEvent> events;
+    const auto listener = pointer->elsewhere.subscribe([&](auto event) { events.push_back(event); });
+    other->movePointer(100, 100);
+    turnFor(0.2);
+    events.clear();
+    other->press();
+    EXPECT_TRUE(eventually([&] { return pointer->buttons().left; }));
+    other->movePointer(200, 100);
+    EXPECT_TRUE(eventually([&] { return !events.empty(); }));
+    other->release();
+    EXPECT_TRUE(eventually([&] { return events.size() > 1; }));
+    EXPECT_EQ(events, (std::vector{PointerEvent::leftDragged, PointerEvent::leftUp}));
+    EXPECT_FALSE(pointer->buttons().any());
+
+    constexpr int altKey = 64;
+    other->key(altKey, true);
+    turnFor(0.1);
+    EXPECT_EQ(pointer->modifiers(), (Modifiers{.option = true}));
+    other->key(altKey, false);
+    turnFor(1.2);
+    EXPECT_FALSE(pointer->modifiers().option);
+    EXPECT_GT(pointer->idle(), 1);
+    EXPECT_LT(pointer->idle(), 1.5);
+    EXPECT_GT(pointer->untouched(), 1);
+}
+
+TEST_F(XDesktop, DocksTakeTheirPartOfTheScreenAndTheBottomOneTellsItsSpan) {
+    desktop->startWindowManager();
+    connect();
+    EXPECT_EQ(screens->main()->visibleFrame, (Rect{0, 0, 1280, 800}));
+    EXPECT_FALSE(screens->bottomDock());
+    int told = 0;
+    const auto listener = screens->dockChanged.subscribe([&] { ++told; });
+    const std::string type = "_NET_WM_WINDOW_TYPE_DOCK";
+    const auto dock = other->open({.x = 340, .y = 752, .width = 600, .height = 48, .type = type,
+                                   .strut = {0, 0, 0, 48, 0, 0, 0, 0, 0, 0, 340, 939}});
+    other->open({.x = 0, .y = 0, .width = 1280, .height = 30, .type = type,
+                 .strut = {0, 0, 30, 0, 0, 0, 0, 0, 0, 1279, 0, 0}});
+    EXPECT_TRUE(eventually([&] { return screens->main()->visibleFrame == Rect{0, 48, 1280, 722}; }));
+    EXPECT_EQ(screens->bottomDock(), (Rect{340, 0, 600, 48}));
+    EXPECT_EQ(told, 1);
+    other->close(dock);
+    EXPECT_TRUE(eventually([&] { return !screens->bottomDock(); }));
+    EXPECT_EQ(screens->main()->visibleFrame, (Rect{0, 0, 1280, 770}));
+}
+
+TEST_F(XDesktop, WindowsAreListedFrontToBack) {
+    desktop->startWindowManager();
+    connect();
+    const x11::XWindowList list(*connection, *screens);
+    EXPECT_TRUE(list.onScreen().empty());
+    other->open({.x = 100, .y = 100, .width = 300, .height = 200});
+    const auto front = other->open({.x = 200, .y = 150, .width = 300, .height = 200});
+    other->open({.x = 0, .y = 0, .width = 1280, .height = 800,
+                 .type = "_NET_WM_WINDOW_TYPE_DESKTOP"});
+    other->open({.x = 0, .y = 770, .width = 1280, .height = 30,
+                 .type = "_NET_WM_WINDOW_TYPE_DOCK", .strut = {0, 0, 0, 30}});
+    other->setNumbers(front, "_GTK_FRAME_EXTENTS", XCB_ATOM_CARDINAL, {10, 10, 5, 15});
+    other->setNumbers(front, "_NET_WM_WINDOW_OPACITY", XCB_ATOM_CARDINAL, {0x80000000});
+    turnFor(0.1);
+    const auto windows = list.onScreen();
+    ASSERT_EQ(windows.size(), 3u);
+    EXPECT_NE(windows[0].layer, 0) << "the dock";
+    EXPECT_EQ(windows[1].layer, 0);
+    EXPECT_EQ(windows[1].process, 4321);
+    EXPECT_EQ(windows[1].frame, (Rect{210, 465, 280, 180}));
+    EXPECT_NEAR(*windows[1].alpha, 0.5, 0.01);
+    EXPECT_EQ(windows[2].frame, (Rect{100, 500, 300, 200}));
+    EXPECT_EQ(windows[2].alpha, 1.0);
+}
+
+TEST_F(XDesktop, ApplicationsComeGoAndTakeTheFront) {
+    desktop->startWindowManager();
+    connect();
+    x11::XWorkspace workspace(*connection);
+    std::string heard;
+    const auto note = [&](char c) { return [&heard, c] { heard += c; }; };
+    const auto a = workspace.activated.subscribe(note('a'));
+    const auto l = workspace.launched.subscribe(note('l'));
+    const auto t = workspace.terminated.subscribe(note('t'));
+    const auto s = workspace.spaceChanged.subscribe(note('s'));
+    const auto editor = other->open({.windowClass = "Editor"});
+    EXPECT_TRUE(eventually([&] { return heard.find('l') != std::string::npos; }));
+    EXPECT_TRUE(eventually([&] {
+        return workspace.frontmost() == Application{.id = "editor", .process = 4321};
+    }));
+    heard.clear();
+    other->open({.windowClass = "Editor"});
+    turnFor(0.3);
+    EXPECT_EQ(heard, "") << "a second window of the same application";
+    other->open({.type = "_NET_WM_WINDOW_TYPE_DOCK", .windowClass = "Panel"});
+    turnFor(0.3);
+    EXPECT_EQ(workspace.running().size(), 1u);
+    const auto mail = other->open({.windowClass = "Mail"});
+    EXPECT_TRUE(eventually([&] {
+        return workspace.frontmost() && workspace.frontmost()->id == "mail";
+    }));
+    heard.clear();
+    other->close(mail);
+    EXPECT_TRUE(eventually([&] { return heard.find('t') != std::string::npos; }));
+    EXPECT_EQ(workspace.running().size(), 1u);
+    other->close(editor);
+    xcb_client_message_event_t change{};
+    change.response_type = XCB_CLIENT_MESSAGE;
+    change.format = 32;
+    change.window = other->root();
+    change.type = other->atom("_NET_CURRENT_DESKTOP");
+    change.data.data32[0] = 1;
+    xcb_send_event(other->xcb(), 0, other->root(), XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&change));
+    xcb_flush(other->xcb());
+    EXPECT_TRUE(eventually([&] { return heard.find('s') != std::string::npos; }));
+}
+
+TEST_F(XDesktop, TheEndOfTheDisplayEndsTheProgramWithEverythingSaved) {
+    TemporaryFolder folder;
+    auto [computer, failure] = LinuxComputer::start(
+        {.display = desktop->display(), .defaults = folder / "defaults.json", .sheets = {}});
+    ASSERT_TRUE(computer) << failure;
+    Random random(1);
+    const Computer parts = computer->computer(random);
+    const auto panel = computer->panels().makePanel({.frame = parts.screens.main()->frame});
+    panel->orderFront();
+    std::string answer;
+    parts.notifications.send({}, [&](const std::string& text) { answer = text; });
+    computer->loop().after(0.3, [&] {
+        parts.defaults.set("level", std::int64_t{12});
+        desktop->endServer();
+    });
+    const auto guard = computer->loop().timer(10, [] { std::abort(); });
+    computer->run();
+    EXPECT_NE(contents(folder / "defaults.json").find("12"), std::string::npos);
+    EXPECT_EQ(answer, "no notification service is connected");
+}
+
+TEST_F(XDesktop, WithoutADisplayTheReasonIsTold) {
+    const auto result = LinuxComputer::start({.display = ":4999"});
+    EXPECT_FALSE(result.computer);
+    EXPECT_FALSE(result.failure.empty());
+}
+
+}  // namespace
+}  // namespace quibbits
