@@ -1,8 +1,8 @@
-#include "codecs/Json.h"
-
 #include <gtest/gtest.h>
 
 #include <limits>
+
+#include "codecs/Json.h"
 
 namespace quibbits {
 namespace {
@@ -16,14 +16,20 @@ TEST(Json, AFileThatIsReadAndWrittenKeepsItsOrderAndTheTypesOfItsValues) {
     EXPECT_TRUE(json.find("zebra")->as<std::int64_t>());
     EXPECT_TRUE(json.find("apple")->as<double>());
     EXPECT_EQ(*json.find("most")->as<std::int64_t>(), std::numeric_limits<std::int64_t>::max());
-    EXPECT_EQ(json.dump(),
-              R"({"zebra":1,"apple":2.0,"list":[true,null,"é\n"],"most":9223372036854775807,"e":{}})");
+    EXPECT_EQ(
+        json.dump(),
+        R"({"zebra":1,"apple":2.0,"list":[true,null,"é\n"],"most":9223372036854775807,"e":{}})");
     EXPECT_EQ(*Json::parse(json.dump(2)).value, json);
 }
 
 TEST(Json, AMistakeIsAnAnswerWithItsPlace) {
-    for (const auto& [text, position] : std::vector<std::pair<std::string, std::size_t>>{
-             {"", 1}, {"{\"a\":}", 6}, {"[1,2", 5}, {"[1] 2", 5}, {"\"\xff\"", 2}, {"[1e999]", 7}}) {
+    for (const auto& [text, position] :
+         std::vector<std::pair<std::string, std::size_t>>{{"", 1},
+                                                          {"{\"a\":}", 6},
+                                                          {"[1,2", 5},
+                                                          {"[1] 2", 5},
+                                                          {"\"\xff\"", 2},
+                                                          {"[1e999]", 7}}) {
         const auto parsed = Json::parse(text);
         EXPECT_FALSE(parsed) << text;
         EXPECT_FALSE(parsed.error.message.empty());

@@ -1,6 +1,6 @@
-#include "codecs/Xml.h"
-
 #include <gtest/gtest.h>
+
+#include "codecs/Xml.h"
 
 namespace quibbits {
 

@@ -33,9 +33,14 @@ struct Defaults : testing::Test {
 };
 
 TEST_F(Defaults, EveryTypeComesBackAsItWasStored) {
-    const std::vector<DefaultsValue> values{
-        true, std::int64_t{-7}, 2.5, 3.0, "text with \"quotes\"\n",
-        Date{1'700'000'000.25}, std::vector<std::string>{"a", "", "ü"}, std::vector<std::string>{}};
+    const std::vector<DefaultsValue> values{true,
+                                            std::int64_t{-7},
+                                            2.5,
+                                            3.0,
+                                            "text with \"quotes\"\n",
+                                            Date{1'700'000'000.25},
+                                            std::vector<std::string>{"a", "", "ü"},
+                                            std::vector<std::string>{}};
     {
         DefaultsFile defaults(file);
         for (std::size_t i = 0; i < values.size(); ++i) defaults.set(std::to_string(i), values[i]);

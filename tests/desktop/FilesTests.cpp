@@ -164,8 +164,8 @@ TEST(SysMachine, BatteriesOfTheMachineAreToldAndThoseOfAMouseAreNot) {
     supply("BAT0", "type", "Battery");
     supply("BAT0", "status", "Full");
     using Sources = std::vector<PowerSource>;
-    EXPECT_EQ(machine.powerSources(), (Sources{{std::nullopt, 100, "AC Power"},
-                                               {37, 100, "Battery Power"}}));
+    EXPECT_EQ(machine.powerSources(),
+              (Sources{{std::nullopt, 100, "AC Power"}, {37, 100, "Battery Power"}}));
     supply("AC", "type", "Mains");
     supply("AC", "online", "1");
     supply("BAT1", "status", "Unknown");

@@ -1,9 +1,8 @@
-#include "desktop/x11/HotArea.h"
-
 #include <gtest/gtest.h>
 
-#include "desktop/x11/DropData.h"
 #include "desktop/x11/DrawnShape.h"
+#include "desktop/x11/DropData.h"
+#include "desktop/x11/HotArea.h"
 #include "desktop/x11/XSettings.h"
 
 namespace quibbits::x11 {
@@ -92,13 +91,17 @@ TEST(DrawnShape, EqualRowsAreOneRectangle) {
 }
 
 TEST(XSettings, ANumberIsFoundBehindOtherSettingsInEitherByteOrder) {
-    const std::string little("\0\0\0\0\1\0\0\0\2\0\0\0"
-                             "\1\0\3\0abc\0\0\0\0\0\5\0\0\0hello\0\0\0"
-                             "\0\0\3\0Fac\0\7\0\0\0\2\0\0\0", 12 + 24 + 16);
+    const std::string little(
+        "\0\0\0\0\1\0\0\0\2\0\0\0"
+        "\1\0\3\0abc\0\0\0\0\0\5\0\0\0hello\0\0\0"
+        "\0\0\3\0Fac\0\7\0\0\0\2\0\0\0",
+        12 + 24 + 16);
     EXPECT_EQ(integerSetting(little, "Fac"), 2);
     EXPECT_FALSE(integerSetting(little, "abc"));
-    const std::string big("\1\0\0\0\0\0\0\1\0\0\0\1"
-                          "\0\0\0\3Fac\0\0\0\0\7\0\0\0\2", 12 + 16);
+    const std::string big(
+        "\1\0\0\0\0\0\0\1\0\0\0\1"
+        "\0\0\0\3Fac\0\0\0\0\7\0\0\0\2",
+        12 + 16);
     EXPECT_EQ(integerSetting(big, "Fac"), 2);
     for (std::size_t size = 0; size < little.size(); ++size) {
         EXPECT_FALSE(integerSetting(little.substr(0, size), "Fac")) << size;

@@ -14,9 +14,8 @@ struct PanelTest : XTest {
         auto made = panels->makePanel(
             {.frame = screens->main()->frame, .level = level, .acceptsDrops = true});
         panel.reset(static_cast<x11::XPanel*>(made.release()));
-        creature = engine->makeLayer({.bounds = {0, 0, 60, 60},
-                                      .position = {330, 330},
-                                      .background = Color::rgb(red)});
+        creature = engine->makeLayer(
+            {.bounds = {0, 0, 60, 60}, .position = {330, 330}, .background = Color::rgb(red)});
         panel->root().addSublayer(creature);
         panel->onMouseMoved = [this] { ++moves; };
         panel->onMouseDown = [this] { ++downs; };
@@ -344,9 +343,9 @@ struct DragTest : PanelTest {
         xcb_flush(other->xcb());
     }
     bool moveTo(int x, int y) {
-        other->message(target, "XdndPosition",
-                       {source, 0, static_cast<std::uint32_t>(x << 16 | y), 0,
-                        other->atom("XdndActionCopy")});
+        other->message(
+            target, "XdndPosition",
+            {source, 0, static_cast<std::uint32_t>(x << 16 | y), 0, other->atom("XdndActionCopy")});
         const auto status = answer("XdndStatus");
         EXPECT_TRUE(status);
         return status && (*status & 1);
@@ -364,7 +363,9 @@ TEST_F(DragTest, FilesAndItemsAreDroppedWhereTheCoreTakesThem) {
     showPanel();
     turnFor(0.3);
     std::vector<DragInfo> dropped;
-    panel->onDragOver = [&](const DragInfo& drag) { return creatureRect().contains(drag.location); };
+    panel->onDragOver = [&](const DragInfo& drag) {
+        return creatureRect().contains(drag.location);
+    };
     panel->onDrop = [&](const DragInfo& drag) {
         dropped.push_back(drag);
         return true;

@@ -163,9 +163,9 @@ xcb_atom_t OtherProgram::atom(const std::string& name) {
 
 xcb_window_t OtherProgram::open(const WindowSpec& spec) {
     const auto window = xcb_generate_id(xcb_);
-    const std::uint32_t values[] = {
-        spec.color, XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
-                        XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+    const std::uint32_t values[] = {spec.color, XCB_EVENT_MASK_BUTTON_PRESS |
+                                                    XCB_EVENT_MASK_BUTTON_RELEASE |
+                                                    XCB_EVENT_MASK_STRUCTURE_NOTIFY};
     xcb_create_window(xcb_, XCB_COPY_FROM_PARENT, window, root_, static_cast<std::int16_t>(spec.x),
                       static_cast<std::int16_t>(spec.y), static_cast<std::uint16_t>(spec.width),
                       static_cast<std::uint16_t>(spec.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,

@@ -1,5 +1,5 @@
-#include "XTest.h"
 #include "TemporaryFolder.h"
+#include "XTest.h"
 #include "desktop/LinuxComputer.h"
 #include "desktop/x11/XWindowList.h"
 #include "desktop/x11/XWorkspace.h"
@@ -45,7 +45,8 @@ TEST_F(XDesktop, ReleasesAndKeysAreSeenEverywhere) {
     connect();
     other->open({.x = 0, .y = 0, .width = 800, .height = 600});
     std::vector<PointerEvent> events;
-    const auto listener = pointer->elsewhere.subscribe([&](auto event) { events.push_back(event); });
+    const auto listener =
+        pointer->elsewhere.subscribe([&](auto event) { events.push_back(event); });
     other->movePointer(100, 100);
     turnFor(0.2);
     events.clear();
@@ -78,11 +79,21 @@ TEST_F(XDesktop, DocksTakeTheirPartOfTheScreenAndTheBottomOneTellsItsSpan) {
     int told = 0;
     const auto listener = screens->dockChanged.subscribe([&] { ++told; });
     const std::string type = "_NET_WM_WINDOW_TYPE_DOCK";
-    const auto dock = other->open({.x = 340, .y = 752, .width = 600, .height = 48, .type = type,
+    const auto dock = other->open({.x = 340,
+                                   .y = 752,
+                                   .width = 600,
+                                   .height = 48,
+                                   .type = type,
                                    .strut = {0, 0, 0, 48, 0, 0, 0, 0, 0, 0, 340, 939}});
-    other->open({.x = 0, .y = 0, .width = 1280, .height = 30, .type = type,
+    other->open({.x = 0,
+                 .y = 0,
+                 .width = 1280,
+                 .height = 30,
+                 .type = type,
                  .strut = {0, 0, 30, 0, 0, 0, 0, 0, 0, 1279, 0, 0}});
-    EXPECT_TRUE(eventually([&] { return screens->main()->visibleFrame == Rect{0, 48, 1280, 722}; }));
+    EXPECT_TRUE(eventually([&] {
+        return screens->main()->visibleFrame == Rect{0, 48, 1280, 722};
+    }));
     EXPECT_EQ(screens->bottomDock(), (Rect{340, 0, 600, 48}));
     EXPECT_EQ(told, 1);
     other->close(dock);
@@ -97,10 +108,14 @@ TEST_F(XDesktop, WindowsAreListedFrontToBack) {
     EXPECT_TRUE(list.onScreen().empty());
     other->open({.x = 100, .y = 100, .width = 300, .height = 200});
     const auto front = other->open({.x = 200, .y = 150, .width = 300, .height = 200});
-    other->open({.x = 0, .y = 0, .width = 1280, .height = 800,
-                 .type = "_NET_WM_WINDOW_TYPE_DESKTOP"});
-    other->open({.x = 0, .y = 770, .width = 1280, .height = 30,
-                 .type = "_NET_WM_WINDOW_TYPE_DOCK", .strut = {0, 0, 0, 30}});
+    other->open(
+        {.x = 0, .y = 0, .width = 1280, .height = 800, .type = "_NET_WM_WINDOW_TYPE_DESKTOP"});
+    other->open({.x = 0,
+                 .y = 770,
+                 .width = 1280,
+                 .height = 30,
+                 .type = "_NET_WM_WINDOW_TYPE_DOCK",
+                 .strut = {0, 0, 0, 30}});
     other->setNumbers(front, "_GTK_FRAME_EXTENTS", XCB_ATOM_CARDINAL, {10, 10, 5, 15});
     other->setNumbers(front, "_NET_WM_WINDOW_OPACITY", XCB_ATOM_CARDINAL, {0x80000000});
     turnFor(0.1);
@@ -127,9 +142,8 @@ TEST_F(XDesktop, ApplicationsComeGoAndTakeTheFront) {
     const auto s = workspace.spaceChanged.subscribe(note('s'));
     const auto editor = other->open({.windowClass = "Editor"});
     EXPECT_TRUE(eventually([&] { return heard.find('l') != std::string::npos; }));
-    EXPECT_TRUE(eventually([&] {
-        return workspace.frontmost() == Application{.id = "editor", .process = 4321};
-    }));
+    EXPECT_TRUE(eventually(
+        [&] { return workspace.frontmost() == Application{.id = "editor", .process = 4321}; }));
     heard.clear();
     other->open({.windowClass = "Editor"});
     turnFor(0.3);
@@ -138,9 +152,8 @@ TEST_F(XDesktop, ApplicationsComeGoAndTakeTheFront) {
     turnFor(0.3);
     EXPECT_EQ(workspace.running().size(), 1u);
     const auto mail = other->open({.windowClass = "Mail"});
-    EXPECT_TRUE(eventually([&] {
-        return workspace.frontmost() && workspace.frontmost()->id == "mail";
-    }));
+    EXPECT_TRUE(
+        eventually([&] { return workspace.frontmost() && workspace.frontmost()->id == "mail"; }));
     heard.clear();
     other->close(mail);
     EXPECT_TRUE(eventually([&] { return heard.find('t') != std::string::npos; }));
