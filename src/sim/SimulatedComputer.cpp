@@ -208,7 +208,8 @@ void SimulatedComputer::closeWindow(const std::string& id) {
 
 void SimulatedComputer::bringToFront(const Application& application) {
     workspace.front = application;
-    std::ranges::stable_partition(windows.windows, [&](const auto& window) {
+    auto& all = windows.windows;
+    std::stable_partition(all.begin(), all.end(), [&](const auto& window) {
         return window.info.process == application.process;
     });
     workspace.activated.emit();
