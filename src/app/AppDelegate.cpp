@@ -38,8 +38,8 @@ void AppDelegate::applicationDidFinishLaunching() {
         creature->cursor = [this, origin] { return computer_.pointer.location() - origin; };
         if (onCreature) onCreature(*creature);
     }
-    stage_ = std::move(stage);
     for (const auto& creature : party_) creature->start();
+    stage_ = std::move(stage);
 }
 
 void AppDelegate::registerNotifications() {

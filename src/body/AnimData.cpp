@@ -6,6 +6,10 @@ namespace quibbits {
 
 namespace {
 
+/// The most entries of one set. The richest have some forty; a description that repeats itself
+/// without end would fill the memory with copies.
+constexpr std::size_t mostAnims = 1024;
+
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view space = " \t\r\n\f\v";
     const auto first = text.find_first_not_of(space);
@@ -51,7 +55,7 @@ AnimData AnimData::parse(const std::vector<XmlEvent>& events) {
                     current.durations.push_back(number(value).value_or(1));
                 } else if (event.value == "CopyOf") {
                     current.copyOf = value;
-                } else if (event.value == "Anim") {
+                } else if (event.value == "Anim" && data.order.size() < mostAnims) {
                     data.anims.insert_or_assign(name, current);
                     data.order.push_back(name);
                 }

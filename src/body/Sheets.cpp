@@ -59,6 +59,16 @@ Image strip(const Resources& resources, const std::string& name, const AnimData:
     return resources.imageRows(name, row * height, height);
 }
 
+std::optional<Anim> cut(const Resources& resources, std::string_view base,
+                        const AnimData::Resolved& entry, int row, std::optional<double> feet) {
+    const std::string file = imageName(base, entry.name);
+    const auto size = resources.imageSize(file);
+    if (!size) return std::nullopt;
+    Image picture = strip(resources, file, *entry.info, row, *size);
+    if (!picture) return std::nullopt;
+    return Anim::fromStrip(std::move(picture), entry.info->durations, feet);
+}
+
 }  // namespace
 
 Anim Anim::fromStrip(Image strip, const std::vector<int>& ticks, std::optional<double> feet) {
@@ -94,12 +104,7 @@ std::optional<Anim> Sheets::sheet(const Resources& resources, std::string_view b
                                   std::optional<double> feet) {
     const auto resolved = data.resolve(name);
     if (!resolved) return std::nullopt;
-    const std::string file = imageName(base, resolved->name);
-    const auto size = resources.imageSize(file);
-    if (!size) return std::nullopt;
-    Image picture = strip(resources, file, *resolved->info, row, *size);
-    if (!picture) return std::nullopt;
-    return Anim::fromStrip(std::move(picture), resolved->info->durations, feet);
+    return cut(resources, base, *resolved, row, feet);
 }
 
 namespace {
@@ -113,10 +118,8 @@ public:
     const Anim* find(std::string_view name) {
         const auto resolved = data_.resolve(name);
         if (!resolved) return nullptr;
-        auto [entry, isNew] = cut_.try_emplace(resolved->name);
-        if (isNew) {
-            entry->second = Sheets::sheet(resources_, base_, data_, resolved->name, sideRow);
-        }
+        auto [entry, isNew] = views_.try_emplace(resolved->name);
+        if (isNew) entry->second = cut(resources_, base_, *resolved, sideRow, std::nullopt);
         return entry->second ? &*entry->second : nullptr;
     }
 
@@ -133,7 +136,7 @@ private:
     const Resources& resources_;
     const std::string& base_;
     const AnimData& data_;
-    std::unordered_map<std::string, std::optional<Anim>> cut_;
+    std::unordered_map<std::string, std::optional<Anim>> views_;
 };
 
 /// The first frame of a row of the "Idle" sheet itself.

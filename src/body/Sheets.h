@@ -27,7 +27,7 @@ struct AnimData {
     std::vector<std::string> order;  // names in document order; a later entry of a name wins
 
     /// Reads the description of a sheet base. One that is missing has no entries; a broken one
-    /// keeps what stood before the fault.
+    /// keeps what stood before the fault, and one without end its first 1024 entries.
     static AnimData read(const Resources& resources, std::string_view base);
     static AnimData parse(const std::vector<XmlEvent>& events);
 

@@ -1,5 +1,6 @@
 #include "body/Steps.h"
 
+#include <cassert>
 #include <memory>
 
 namespace quibbits {
@@ -17,6 +18,7 @@ void advance(const std::shared_ptr<Chain>& chain, std::size_t next) {
         return;
     }
     // A step may end its chain's owner, so it runs from the stack.
+    assert(chain->steps[next] && "a step has called its completion twice");
     const Step step = std::move(chain->steps[next]);
     step([chain, next] { advance(chain, next + 1); });
 }

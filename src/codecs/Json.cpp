@@ -135,11 +135,11 @@ public:
 
 private:
     void writeText(const std::string& text) {
-        out += nlohmann::json(text).dump(-1, ' ', false,
-                                         nlohmann::json::error_handler_t::replace);
+        out += nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
     }
     void newLine() {
-        if (indent_ > 0) out.append(1, '\n').append(static_cast<std::size_t>(indent_ * depth_), ' ');
+        if (indent_ > 0)
+            out.append(1, '\n').append(static_cast<std::size_t>(indent_ * depth_), ' ');
     }
     template <typename Items, typename Write>
     void writeItems(char opening, const Items& items, char closing, Write writeItem) {

@@ -92,6 +92,10 @@ public:
     bool hasShimmerpox() const;
     bool knows(std::string_view move) const { return known().contains(move); }
     Mood mood() const;
+    /// How it comes down when it is in the air.
+    Pet::Falling falling() const {
+        return floats() ? Pet::Falling::floating : Pet::Falling::freely;
+    }
     /// Out, and neither in a ball effect, held nor dozing.
     bool isFree() const { return isOut && !ballBusy && !held && !dozing; }
     /// Puts a creature away at launch, without a show.
@@ -248,17 +252,26 @@ protected:
     void feel(Face face, const Bubble& bubble);
     /// Shows a face while portraits are switched on.
     void feelIfShown(Face face, const Bubble& bubble);
+    struct Speech {
+        Moment moment = Moment::hello;
+        Face face = Face::happy;
+        Image thought = {};
+        Seconds silent = 2.5;  // how long the face shows without a line
+        Seconds spoken = 3.0;  // and with one, beside the typing
+        /// What stands in the panel without a line. With it the bubble shows whatever the settings
+        /// say; without it the face shows alone, while portraits are switched on.
+        std::optional<std::string> otherwise = std::nullopt;
+    };
     /// Says a line for the moment, or only shows the face, as the settings allow.
-    void speak(Moment moment, Face face, const Image& thought, Seconds base);
-    /// A line with the creature's name beside it, or the caption given when it is not talkative.
-    Bubble lineOr(Moment moment, std::string caption, Seconds spoken, Seconds silent) const;
+    void speak(const Speech& speech);
 
     // Play ------------------------------------------------------------------------------------
 
     virtual std::vector<std::string> playful() const;
     virtual std::vector<std::string> unlockedMoves() const;
     virtual Animation hoverBob() const;
-    virtual void levitate(bool anywhere, Done done);
+    enum class Air { free, any };  // whether windows are in the way of a flight
+    virtual void levitate(Air air, Done done);
     virtual void startChargeSparks(double rate);
     void stopChargeSparks();
     Step move(const std::string& name);
@@ -298,7 +311,6 @@ private:
     void joinBody();
     double savedNumber(std::string_view suffix, double otherwise) const;
     void setHungryMinutes(double minutes);
-    void groundChanged();
 
     // Thinking.
     struct Surroundings {
@@ -309,8 +321,7 @@ private:
     };
     Mind makeMind(const Surroundings& seen) const;
     void act(Intent intent, const Surroundings& seen, Done next);
-    void actQuietly(Intent intent, const Surroundings& seen, Done next);
-    void actActively(Intent intent, const Surroundings& seen, Done next);
+    void begin(Intent intent, const Surroundings& seen, Done next);
     void showIntent(Intent intent, const Surroundings& seen);
     double hoursSincePetted() const;
 
@@ -325,6 +336,13 @@ private:
 
     // Walks and rests.
     void nap(Done done);
+    void rest(Done done);
+    void sitQuietly(Done done);
+    void daydream(Done done);
+    void yawn(Done done);
+    void hum(Done done);
+    void bask(Done done);
+    void teleport(Point to, Done done);
     void stroll(Point to, Done done);
     void trudge(Done done);
     void patrol(const Surroundings& seen, Done done);
@@ -333,12 +351,21 @@ private:
     void explore(const Ground& file, Done done);
     void climbOn(const Ground& from, Done done);
     void sniff(const Surroundings& seen, Done done);
-    void bask(Done done);
+    std::optional<Point> strollTarget(const std::vector<Ground>& spots, double within) const;
     void finishSit(Date start, Done done);
     std::optional<Ground> noticeNewFiles(const std::vector<Ground>& tiles);
     std::optional<Ground> fileToExplore(const std::vector<Ground>& tiles);
     /// Whether a route leads from where the creature stands to the middle of each of the files.
     std::vector<bool> canReach(const std::vector<Ground>& files) const;
+
+    // World events.
+    void groundChanged();
+    /// A dozing creature whose reaction has ended goes on sleeping.
+    void sleepOn();
+    void wakeUp(Done then);
+    void collapse();
+    void finishJob();
+    void greetBack(bool wasDozing);
 
     // Handling.
     void landed(double height);

@@ -16,9 +16,12 @@ void Companion::askForBerry(std::optional<Point> target, Done done) {
     if (target) steps.push_back(going({.to = *target, .speed = 70}));
     steps.push_back(doing([this] {
         pet_.faceTowards(cursor());
-        Bubble bubble = lineOr(Moment::askBerry, name() + " is hungry!", 3.5, 3.5);
-        bubble.thought = Pixels::item(Item::azurine);
-        feel(Face::worried, bubble);
+        speak({.moment = Moment::askBerry,
+               .face = Face::worried,
+               .thought = Pixels::item(Item::azurine),
+               .silent = 3.5,
+               .spoken = 3.5,
+               .otherwise = name() + " is hungry!"});
     }));
     steps.push_back(playing(a().hop, 2));
     steps.push_back(sitting(between(5, 8)));

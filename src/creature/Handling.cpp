@@ -33,15 +33,16 @@ void Companion::pickedUp() {
     pet_.forgetSwings();
     forgetOldDrops();
     if (isOn(Setting::relationship) && drops_.size() >= 2) {
-        speak(Moment::pickedUpWorried, Face::worried, {}, 2.5);
+        speak({.moment = Moment::pickedUpWorried, .face = Face::worried});
     } else {
         const Face face = friendship >= trustingFriendship ? Face::joyous : Face::surprised;
-        speak(Moment::pickedUp, face, {}, 2.5);
+        speak({.moment = Moment::pickedUp, .face = face});
     }
 }
 
 void Companion::dropped() {
     held = false;
+    pet_.interrupt();  // whatever began while it was held, such as waking up
     dizzyNext_ = pet_.swings() > dizzySwings;
     const Point here = pet_.position();
     const auto below = pet_.surfaceIndex(here);
@@ -51,8 +52,9 @@ void Companion::dropped() {
         return;
     }
     if (floats()) pet_.hold(a().idle, 0);
-    pet_.fall(floats() ? Pet::Falling::floating : Pet::Falling::freely, [this] {
+    pet_.fall(falling(), [this] {
         lastCuddle_ = now() - (pettingPause - pettableAgainIn);
+        if (mood() == Mood::fainted) return faint();
         if (dizzyNext_) return dizzySpell();
         sit(1.2, [this] { think(); });
     });
@@ -85,12 +87,7 @@ void Companion::landHard(double height) {
     befriend(-lostFriendship);
     run({playing(height > hardDrop ? a().crash : a().pain), doing([this] {
              const Face face = isOn(Setting::relationship) ? Face::crying : Face::dizzy;
-             const auto words = isOn(Setting::chatter) ? line(Moment::droppedHard) : std::nullopt;
-             if (words) {
-                 feel(face, {.caption = words, .speaker = name(), .seconds = 3.5});
-             } else {
-                 feelIfShown(face, {.seconds = 3.5});
-             }
+             speak({.moment = Moment::droppedHard, .face = face, .silent = 3.5, .spoken = 3.5});
          }),
          sitting(4)},
         [this] { think(); });
@@ -100,7 +97,10 @@ void Companion::dizzySpell() {
     dizzyNext_ = false;
     lastCuddle_ = now();
     pet_.hold(a().idle, 0);
-    feel(Face::dizzy, lineOr(Moment::dizzy, name() + " is dizzy…", 3, 3));
+    speak({.moment = Moment::dizzy,
+           .face = Face::dizzy,
+           .silent = 3,
+           .otherwise = name() + " is dizzy…"});
     pet_.dizzy(2.7);
     const Anim* wobble = a().role("wobble");
     run({waiting(2.8), wobble ? playing(*wobble, 3) : playing(a().nod, 2), sitting(1)},

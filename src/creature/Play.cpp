@@ -47,7 +47,8 @@ void Companion::tumble(Done done) {
     const Range span = under ? pet_.ground[*under].span : Range{here.x, here.x};
     const double way = tumbleWay * pet_.scale();
     const double target = here.x + (pet_.facingRight ? way : -way);
-    const double x = Range{span.lo + tumbleMargin, span.hi - tumbleMargin}.clamp(target);
+    const Range room{span.lo + tumbleMargin, span.hi - tumbleMargin};
+    const double x = room.width() > 0 ? room.clamp(target) : here.x;
     pet_.play(a().tumble, 1);
     pet_.move({x, here.y}, {.duration = a().tumble.duration}, std::move(done));
 }
@@ -92,9 +93,8 @@ void Companion::chargeUp(Done done) {
 }
 
 void Companion::surfLaps(const std::vector<Ground>& spots, Done done) {
-    const Point here = pet_.position();
-    const auto first = strollTarget(here, pet_.ground, spots, surfRadius, random());
-    const auto second = strollTarget(here, pet_.ground, spots, surfRadius, random());
+    const auto first = strollTarget(spots, surfRadius);
+    const auto second = strollTarget(spots, surfRadius);
     if (!first || !second) return sit(3, std::move(done));
     run({going({.to = *first, .speed = 160, .animSpeed = 1.6}),
          going({.to = *second, .speed = 160, .animSpeed = 1.6}), sitting(3)},
@@ -108,10 +108,10 @@ Animation Companion::hoverBob() const {
             .timing = {.duration = 0.9, .repeatCount = forever, .autoreverses = true}};
 }
 
-void Companion::levitate(bool anywhere, Done done) {
+void Companion::levitate(Air air, Done done) {
     const double head = headHeight * pet_.scale();
     const auto isFreeAir = [&](Point stop) {
-        return anywhere || (pet_.isVisible(stop) && pet_.isVisible(stop + Vector{0, head}));
+        return air == Air::any || (pet_.isVisible(stop) && pet_.isVisible(stop + Vector{0, head}));
     };
     const Point here = pet_.position();
     std::vector<Point> stops{{here.x, here.y + between(70, 180)}};
@@ -142,6 +142,12 @@ void Companion::levitate(bool anywhere, Done done) {
     steps.push_back(doing([this] { pet_.sprite().removeAnimation("bob"); }));
     steps.push_back(sitting(between(2, 4)));
     run(std::move(steps), std::move(done));
+}
+
+void Companion::teleport(Point to, Done done) {
+    energy -= 0.03;
+    pet_.sparks(20, 0.3);
+    pet_.blink(to, [this, done = std::move(done)] { arriveByTeleport(done); });
 }
 
 void Companion::arriveByTeleport(Done done) {

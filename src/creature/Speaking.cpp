@@ -4,12 +4,6 @@
 
 namespace quibbits {
 
-namespace {
-
-constexpr Seconds spokenFor = 3.0;
-
-}  // namespace
-
 std::optional<std::string> Companion::line(Moment moment) const {
     return pickLine(voice(), moment, {.name = name(), .cry = cry()}, random());
 }
@@ -32,23 +26,17 @@ void Companion::feelIfShown(Face face, const Bubble& bubble) {
     if (isOn(Setting::faces)) feel(face, bubble);
 }
 
-void Companion::speak(Moment moment, Face face, const Image& thought, Seconds base) {
-    const auto words = isOn(Setting::chatter) ? line(moment) : std::nullopt;
+void Companion::speak(const Speech& speech) {
+    const auto words = isOn(Setting::chatter) ? line(speech.moment) : std::nullopt;
     if (words) {
-        feel(face, {.caption = words, .speaker = name(), .thought = thought, .seconds = spokenFor});
-    } else {
-        feelIfShown(face, {.thought = thought, .seconds = base});
+        feel(speech.face, {.caption = words,
+                           .speaker = name(),
+                           .thought = speech.thought,
+                           .seconds = speech.spoken});
+    } else if (speech.otherwise || isOn(Setting::faces)) {
+        feel(speech.face,
+             {.caption = speech.otherwise, .thought = speech.thought, .seconds = speech.silent});
     }
-}
-
-Companion::Bubble Companion::lineOr(Moment moment, std::string caption, Seconds spoken,
-                                    Seconds silent) const {
-    if (isOn(Setting::chatter)) {
-        if (auto words = line(moment)) {
-            return {.caption = std::move(words), .speaker = name(), .seconds = spoken};
-        }
-    }
-    return {.caption = std::move(caption), .seconds = silent};
 }
 
 }  // namespace quibbits

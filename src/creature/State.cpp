@@ -47,11 +47,11 @@ void Companion::restore() {
     stage = stageNamed(saved.string(key("stage")).value_or("")).value_or(Stage::egg);
     form = saved.onlyString(key("form"));
     shiny = saved.boolean(key("shiny"));
-    nature = Nature::named(saved.string(key("nature")).value_or(""))
-                 .value_or(random().pick(Nature::all()));
+    const auto savedNature = Nature::named(saved.string(key("nature")).value_or(""));
+    nature = savedNature ? *savedNature : random().pick(Nature::all());
     shimmerpoxUntil = saved.onlyDate(key("shimmerpox"));
-    const std::string rolled = random().below(1) < 0.5 ? "♀" : "♂";
-    gender = saved.onlyString(key("gender")).value_or(rolled);
+    const auto savedGender = saved.onlyString(key("gender"));
+    gender = savedGender ? *savedGender : random().below(1) < 0.5 ? "♀" : "♂";
     energy = savedNumber("energy", initialEnergy);
     hunger = savedNumber("hunger", initialHunger);
     friendship = savedNumber("friendship", initialFriendship);
@@ -75,7 +75,10 @@ void Companion::joinBody() {
     // The body is a part of the creature, so these may name it plainly.
     pet_.onPickUp = [this] { pickedUp(); };
     pet_.onDrop = [this] { dropped(); };
-    pet_.onGroundChanged = [this] { groundChanged(); };
+    // The ground may change while the creature thinks; it looks down afterwards.
+    pet_.onGroundChanged = [this] {
+        pet_.runLoop().post(pet_.lifetime().guard([this] { groundChanged(); }));
+    };
 }
 
 void Companion::stayIn() {
@@ -200,19 +203,6 @@ std::string Companion::evolutionName(Stage to, const std::optional<std::string>&
 
 bool Companion::startDemo(const std::string&) {
     return false;
-}
-
-void Companion::groundChanged() {
-    if (!isFree() || isFainted) return;
-    const Point here = pet_.position();
-    if (pet_.surfaceIndex(here) && !pet_.isAirborne()) return;
-    if (floats() && pet_.surfaceIndex(here)) return;  // in mid-flight, as it likes to be
-    if (pet_.node().animation("move")) return;        // on its way; it lands where it lands
-    if (pet_.surfaceIndex(here)) return stop([this] { think(); });
-    const double x = pet_.walkArea.clamp(here.x);
-    pet_.interrupt();
-    pet_.drag({x, pet_.floorY(x)});
-    think();
 }
 
 }  // namespace quibbits

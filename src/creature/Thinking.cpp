@@ -20,10 +20,6 @@ constexpr double sniffRadius = 90;
 
 constexpr Seconds intentBubble = 2.2;
 
-void raise(double& need, double by) {
-    need = std::min(need + by, 1.0);
-}
-
 /// What is thought and felt when an intent begins.
 struct IntentBubble {
     Intent intent;
@@ -49,22 +45,21 @@ constexpr std::array intentBubbles{
 }  // namespace
 
 void Companion::think() {
-    if (!isFree()) return;
+    if (!isFree()) return sleepOn();
     if (focusQuiet) return quietDown();
     greetTheDay();
     stopChargeSparks();
     if (pet_.isAirborne()) {
-        pet_.fall(floats() ? Pet::Falling::floating : Pet::Falling::freely, [this] { think(); });
+        pet_.fall(falling(), [this] { think(); });
         return save();
     }
-    switch (mood()) {
-        case Mood::charging: raise(energy, chargedByThinking); break;
-        case Mood::fainted:
-            if (!isFainted) faint();
-            return save();
-        case Mood::happy:
-        case Mood::tired: break;
+    const Mood present = mood();
+    if (present == Mood::fainted) {
+        if (!isFainted) faint();
+        return save();
     }
+    isFainted = false;  // power may have come back while it was held or asleep
+    if (present == Mood::charging) energy = std::min(energy + chargedByThinking, 1.0);
 
     const std::vector<Ground> spots = pet_.openSpots();
     std::vector<Ground> tiles;
@@ -121,13 +116,10 @@ void Companion::showIntent(Intent intent, const Surroundings& seen) {
     const auto bubble = std::ranges::find(intentBubbles, intent, &IntentBubble::intent);
     if (bubble == intentBubbles.end()) return;
     if (intent == Intent::play) {
-        const auto words = isOn(Setting::chatter) ? line(Moment::playing) : std::nullopt;
-        if (words) {
-            return feel(bubble->face, {.caption = words,
-                                       .speaker = name(),
-                                       .thought = bubble->thought(),
-                                       .seconds = 3.0});
-        }
+        return speak({.moment = Moment::playing,
+                      .face = bubble->face,
+                      .thought = bubble->thought(),
+                      .silent = intentBubble});
     }
     feelIfShown(bubble->face, {.thought = bubble->thought(), .seconds = intentBubble});
 }
@@ -135,69 +127,39 @@ void Companion::showIntent(Intent intent, const Surroundings& seen) {
 void Companion::act(Intent intent, const Surroundings& seen, Done next) {
     if (lastIntent_ != intent) showIntent(intent, seen);
     lastIntent_ = intent;
-    if (isActive(intent))
-        actActively(intent, seen, std::move(next));
-    else
-        actQuietly(intent, seen, std::move(next));
+    begin(intent, seen, std::move(next));
 }
 
-void Companion::actQuietly(Intent intent, const Surroundings& seen, Done next) {
-    switch (intent) {
-        case Intent::nap: return nap(std::move(next));
-        case Intent::rest: raise(energy, 0.35); return sit(between(10, 18), std::move(next));
-        case Intent::askForBerry: return askForBerry(seen.cursorSpot, std::move(next));
-        case Intent::chargeUp: return chargeUp(std::move(next));
-        case Intent::daydream: {
-            const std::array thoughts{Pixels::heart(), Pixels::note(), Pixels::sparkle(),
-                                      Pixels::bolt(),
-                                      Pixels::item(favorite(nature).value_or(Item::azurine))};
-            feelIfShown(Face::happy, {.thought = random().pick(thoughts), .seconds = 3.0});
-            return sit(between(6, 10), std::move(next));
-        }
-        case Intent::yawn:
-            feelIfShown(Face::sigh, {.thought = Pixels::zzz(), .seconds = 2.0});
-            raise(energy, 0.05);
-            return run({playing(a().stretch), sitting(between(4, 6))}, std::move(next));
-        case Intent::hum:
-            feelIfShown(Face::joyous, {.thought = Pixels::note(), .seconds = 2.5});
-            return run({playing(a().nod, 4), sitting(3)}, std::move(next));
-        case Intent::bask:
-            feelIfShown(Face::happy, {.thought = Pixels::sparkle(), .seconds = 2.0});
-            return bask(std::move(next));
-        case Intent::sit:
-        default:
-            raise(energy, 0.03);
-            raise(boredom, 0.12);
-            return sit(between(5, 10), std::move(next));
-    }
-}
-
-void Companion::actActively(Intent intent, const Surroundings& seen, Done next) {
+void Companion::begin(Intent intent, const Surroundings& seen, Done next) {
     constexpr Seconds nothingToDo = 3;
     switch (intent) {
+        case Intent::nap: return nap(std::move(next));
+        case Intent::rest: return rest(std::move(next));
+        case Intent::sit: return sitQuietly(std::move(next));
+        case Intent::askForBerry: return askForBerry(seen.cursorSpot, std::move(next));
         case Intent::inspect:
             if (seen.newFile) return inspect(*seen.newFile, std::move(next));
-            break;
+            return sit(nothingToDo, std::move(next));
         case Intent::explore:
             if (seen.file) return explore(*seen.file, std::move(next));
-            break;
+            return sit(nothingToDo, std::move(next));
         case Intent::patrol: return patrol(seen, std::move(next));
         case Intent::visit:
             if (seen.cursorSpot) return visit(seen, std::move(next));
-            break;
+            return sit(nothingToDo, std::move(next));
         case Intent::play: return play(std::move(next));
         case Intent::dance: return dance(std::move(next));
+        case Intent::chargeUp: return chargeUp(std::move(next));
         case Intent::surfLaps: return surfLaps(seen.spots, std::move(next));
-        case Intent::levitate: return levitate(false, std::move(next));
+        case Intent::levitate: return levitate(Air::free, std::move(next));
         case Intent::teleport:
-            if (seen.cursorSpot) {
-                energy -= 0.03;
-                pet_.sparks(20, 0.3);
-                return pet_.blink(*seen.cursorSpot,
-                                  [this, next = std::move(next)] { arriveByTeleport(next); });
-            }
-            break;
+            if (seen.cursorSpot) return teleport(*seen.cursorSpot, std::move(next));
+            return sit(nothingToDo, std::move(next));
+        case Intent::daydream: return daydream(std::move(next));
+        case Intent::yawn: return yawn(std::move(next));
         case Intent::sniff: return sniff(seen, std::move(next));
+        case Intent::hum: return hum(std::move(next));
+        case Intent::bask: return bask(std::move(next));
         case Intent::fly: return fly(std::move(next));
         case Intent::phase: return phase(std::move(next));
         case Intent::lick: return lick(std::move(next));
@@ -205,14 +167,11 @@ void Companion::actActively(Intent intent, const Surroundings& seen, Done next) 
         case Intent::clone: return clone(std::move(next));
         case Intent::shadowGag: return shadowGag(std::move(next));
         case Intent::prank: return prank(std::move(next));
-        default: break;
     }
-    sit(nothingToDo, std::move(next));
 }
 
 void Companion::patrol(const Surroundings& seen, Done done) {
-    const auto target =
-        strollTarget(pet_.position(), pet_.ground, seen.spots, patrolRadius, random());
+    const auto target = strollTarget(seen.spots, patrolRadius);
     if (!target) return sit(4, std::move(done));
     if (mood() == Mood::tired) return trudge(std::move(done));
     stroll(*target, std::move(done));
@@ -226,17 +185,9 @@ void Companion::visit(const Surroundings& seen, Done done) {
 
 void Companion::sniff(const Surroundings& seen, Done done) {
     const Point here = pet_.position();
-    const auto target = strollTarget(here, pet_.ground, seen.spots, sniffRadius, random());
+    const auto target = strollTarget(seen.spots, sniffRadius);
     run({going({.to = target.value_or(here), .speed = 35, .animSpeed = 0.7}), playing(a().nod, 3),
          sitting(2)},
-        std::move(done));
-}
-
-void Companion::bask(Done done) {
-    const Anim* lying = a().role("bask");
-    const Seconds seconds = between(15, 30);
-    pet_.play(lying ? *lying : a().sleep);
-    run({waiting(seconds), doing([this] { raise(energy, 0.1); }), playing(a().wake)},
         std::move(done));
 }
 
@@ -245,7 +196,7 @@ void Companion::stop(Done then) {
     stopChargeSparks();
     if (!pet_.isAirborne()) return then();
     pet_.sprite().removeAnimation("bob");
-    pet_.fall(floats() ? Pet::Falling::floating : Pet::Falling::freely, std::move(then));
+    pet_.fall(falling(), std::move(then));
 }
 
 Step Companion::going(const Walk& walk) {

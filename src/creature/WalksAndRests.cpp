@@ -1,6 +1,7 @@
 // Going places on foot, visiting files, sitting and napping.
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -22,7 +23,16 @@ constexpr double climbEnergy = 0.6;
 constexpr Seconds longestSit = 30;
 constexpr Seconds lookAgain = 2;
 
+void raise(double& need, double by) {
+    need = std::min(need + by, 1.0);
+}
+
 }  // namespace
+
+std::optional<Point> Companion::strollTarget(const std::vector<Ground>& spots,
+                                             double within) const {
+    return quibbits::strollTarget(pet_.position(), pet_.ground, spots, within, random());
+}
 
 void Companion::go(const Walk& walk, Done done) {
     const double pace = nature.walkSpeed() * paceBoost();
@@ -41,11 +51,46 @@ void Companion::stroll(Point to, Done done) {
 }
 
 void Companion::trudge(Done done) {
-    const auto target =
-        strollTarget(pet_.position(), pet_.ground, pet_.openSpots(), trudgeRadius, random());
+    const auto target = strollTarget(pet_.openSpots(), trudgeRadius);
     if (target) return go({.to = *target, .speed = 25, .animSpeed = 0.5}, std::move(done));
-    energy = std::min(energy + 0.35, 1.0);
+    rest(std::move(done));
+}
+
+void Companion::rest(Done done) {
+    raise(energy, 0.35);
     sit(between(10, 18), std::move(done));
+}
+
+void Companion::sitQuietly(Done done) {
+    raise(energy, 0.03);
+    raise(boredom, 0.12);
+    sit(between(5, 10), std::move(done));
+}
+
+void Companion::daydream(Done done) {
+    const std::array thoughts{Pixels::heart(), Pixels::note(), Pixels::sparkle(), Pixels::bolt(),
+                              Pixels::item(favorite(nature).value_or(Item::azurine))};
+    feelIfShown(Face::happy, {.thought = random().pick(thoughts), .seconds = 3.0});
+    sit(between(6, 10), std::move(done));
+}
+
+void Companion::yawn(Done done) {
+    feelIfShown(Face::sigh, {.thought = Pixels::zzz(), .seconds = 2.0});
+    raise(energy, 0.05);
+    run({playing(a().stretch), sitting(between(4, 6))}, std::move(done));
+}
+
+void Companion::hum(Done done) {
+    feelIfShown(Face::joyous, {.thought = Pixels::note(), .seconds = 2.5});
+    run({playing(a().nod, 4), sitting(3)}, std::move(done));
+}
+
+void Companion::bask(Done done) {
+    feelIfShown(Face::happy, {.thought = Pixels::sparkle(), .seconds = 2.0});
+    const Anim* lying = a().role("bask");
+    pet_.play(lying ? *lying : a().sleep);
+    run({waiting(between(15, 30)), doing([this] { raise(energy, 0.1); }), playing(a().wake)},
+        std::move(done));
 }
 
 void Companion::sit(Seconds seconds, Done done) {
@@ -76,7 +121,7 @@ void Companion::nap(Done done) {
     pet_.play(curled ? *curled : a().sleep);
     run({waiting(seconds), playing(a().wake), playing(a().stretch), doing([this] {
              energy = 1;
-             speak(Moment::woke, Face::happy, {}, 2.5);
+             speak({.moment = Moment::woke, .face = Face::happy});
          })},
         std::move(done));
 }

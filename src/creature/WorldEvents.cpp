@@ -1,6 +1,8 @@
 // What happens around a creature: the user leaves and returns, the charger, heat, the network,
 // words from outside, the morning.
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 
 #include "creature/Companion.h"
@@ -14,6 +16,32 @@ constexpr int noon = 12;
 constexpr int evening = 18;
 constexpr Seconds failureLasts = 8;
 
+void logFailure(const NotificationOutcome& outcome) {
+    using Kind = NotificationOutcome::Kind;
+    if (outcome.kind == Kind::shown) return;
+    const char* what =
+        outcome.kind == Kind::notAllowed ? "notifications not allowed" : "notification failed";
+    std::fprintf(stderr, "Quibbits: %s (%s)\n", what, outcome.error.c_str());
+}
+
+/// What a word from outside means to a creature.
+enum class Word { triumph, failure, finish, greeting };
+
+Word meaning(std::string_view word) {
+    struct Row {
+        std::string_view word;
+        Word meaning;
+    };
+    static constexpr std::array rows{
+        Row{"celebrate", Word::triumph}, Row{"pass", Word::triumph},
+        Row{"success", Word::triumph},   Row{"fail", Word::failure},
+        Row{"failed", Word::failure},    Row{"error", Word::failure},
+        Row{"done", Word::finish},       Row{"finished", Word::finish},
+    };
+    const auto row = std::ranges::find(rows, word, &Row::word);
+    return row == rows.end() ? Word::greeting : row->meaning;
+}
+
 }  // namespace
 
 void Companion::userLeft() {
@@ -25,17 +53,44 @@ void Companion::quietDown() {
     stop([this] { pet_.play(a().sleep); });  // until somebody wakes it
 }
 
+void Companion::sleepOn() {
+    if (!dozing || !isOut || held || ballBusy) return;
+    stopChargeSparks();
+    pet_.play(a().sleep);
+}
+
 void Companion::userReturned() {
     if (!dozing || focusQuiet) return;
     dozing = false;
     pet_.interrupt();
-    run({playing(a().wake), playing(a().stretch), doing([this] {
-             speak(Moment::userBack, Face::joyous, {}, 2.5);
-             pet_.hearts();
-             befriend(1);
-         }),
-         sitting(2)},
-        [this] { think(); });
+    wakeUp([this] {
+        speak({.moment = Moment::userBack, .face = Face::joyous});
+        pet_.hearts();
+        befriend(1);
+        sit(2, [this] { think(); });
+    });
+}
+
+void Companion::wakeUp(Done then) {
+    run({playing(a().wake), playing(a().stretch)}, std::move(then));
+}
+
+/// Finds its feet after the stage has handed out new ground. Nowhere to stand, it is put on the
+/// floor; in the air without being on its way, it falls.
+void Companion::groundChanged() {
+    if (!isOut || ballBusy || held) return;
+    const Point here = pet_.position();
+    const bool lost = !pet_.surfaceIndex(here);
+    const bool hangs = pet_.isAirborne() && !floats() && !pet_.node().animation("move");
+    if (!lost && !hangs) return;
+
+    const bool asleep = dozing || isFainted;  // with no chain to break off
+    if (!lost && !asleep) return stop([this] { think(); });
+    const double x = pet_.walkArea.clamp(here.x);
+    const auto below = pet_.surfaceIndex({x, here.y});
+    if (!asleep) pet_.interrupt();
+    pet_.drag({x, below ? pet_.ground[*below].y : pet_.floorY(x)});
+    if (!asleep) think();
 }
 
 void Companion::powerChanged() {
@@ -74,14 +129,16 @@ void Companion::chargerPlugged() {
 void Companion::heatChanged() {
     if (!isOn(Setting::heat)) return;
     if (isFree() && senses().thermalState() == ThermalState::serious) {
-        speak(Moment::hot, Face::sigh, {}, 3);
+        speak({.moment = Moment::hot, .face = Face::sigh, .silent = 3});
     }
     powerChanged();
 }
 
 void Companion::internetChanged(bool online) {
     if (!isOn(Setting::wifi) || !isFree() || isFainted) return;
-    speak(online ? Moment::online : Moment::offline, online ? Face::happy : Face::worried, {}, 3);
+    speak({.moment = online ? Moment::online : Moment::offline,
+           .face = online ? Face::happy : Face::worried,
+           .silent = 3});
     if (!online) stop([this] { sit(3, [this] { think(); }); });
 }
 
@@ -94,7 +151,7 @@ void Companion::suggestBreak() {
          .body = breath ? name() + " wants you to take a few deep breaths with it."
                         : name() + " is stretching. Maybe you should too.",
          .pet = store_},
-        [](const std::string&) {});
+        [](const NotificationOutcome&) {});
 
     std::vector<Step> steps;
     if (!breath) {
@@ -148,34 +205,47 @@ void Companion::hook(const std::string& word) {
         return;
     }
     if (!isOut || ballBusy || held || focusQuiet) return;
-    dozing = false;
-    if (word == "celebrate" || word == "pass" || word == "success") {
-        celebrateHook();
-    } else if (word == "fail" || word == "failed" || word == "error") {
-        if (isFainted) return;
-        isFainted = true;
-        stop([this] {
-            speak(Moment::failed, Face::pain, {}, 2.5);
-            pet_.play(a().faint, 1);
-            pet_.after(failureLasts, [this] {
-                if (isFainted && mood() != Mood::fainted) recover();
-            });
-        });
-    } else if (word == "done" || word == "finished") {
-        stop([this] {
-            speak(Moment::done, Face::joyous, {}, 2.5);
-            pet_.hearts();
-            run({playing(a().pose), sitting(2)}, [this] { think(); });
-        });
-    } else {
-        speak(Moment::hello, Face::happy, {}, 2.5);
-        pet_.hearts();
+    const bool wasDozing = std::exchange(dozing, false);
+    switch (meaning(word)) {
+        case Word::triumph: return celebrateHook();
+        case Word::failure: return collapse();
+        case Word::finish: return finishJob();
+        case Word::greeting: return greetBack(wasDozing);
     }
+}
+
+void Companion::collapse() {
+    if (isFainted) return;
+    isFainted = true;
+    stop([this] {
+        speak({.moment = Moment::failed, .face = Face::pain});
+        pet_.play(a().faint, 1);
+    });
+    pet_.runLoop().after(failureLasts, pet_.lifetime().guard([this] {
+        if (!isFainted || mood() == Mood::fainted) return;
+        if (!held && !ballBusy) return recover();
+        isFainted = false;
+    }));
+}
+
+void Companion::finishJob() {
+    stop([this] {
+        speak({.moment = Moment::done, .face = Face::joyous});
+        pet_.hearts();
+        run({playing(a().pose), sitting(2)}, [this] { think(); });
+    });
+}
+
+void Companion::greetBack(bool wasDozing) {
+    speak({.moment = Moment::hello, .face = Face::happy});
+    pet_.hearts();
+    // A greeting interrupts nothing, but a sleeper that it has woken gets up.
+    if (wasDozing) stop([this] { wakeUp([this] { think(); }); });
 }
 
 void Companion::celebrateHook() {
     stop([this] {
-        speak(Moment::celebrate, Face::joyous, {}, 2.5);
+        speak({.moment = Moment::celebrate, .face = Face::joyous});
         gainEXP(0.05);
         pet_.hearts();
         run({playing(a().pose)}, [this] { think(); });
@@ -184,18 +254,14 @@ void Companion::celebrateHook() {
 
 void Companion::notify(const Notice& notice) {
     if (notice.category != "zap" && !isOn(Setting::notifications)) return;
-    computer().notifications.send(
-        {.identifier = key(notice.suffix),
-         .title = notice.title,
-         .body = notice.body,
-         .category = notice.category,
-         .sound = notice.sound,
-         .pet = store_,
-         .paths = notice.paths},
-        [](const std::string& failure) {
-            if (failure.empty()) return;
-            std::fprintf(stderr, "Quibbits: notifications not allowed (%s)\n", failure.c_str());
-        });
+    computer().notifications.send({.identifier = key(notice.suffix),
+                                   .title = notice.title,
+                                   .body = notice.body,
+                                   .category = notice.category,
+                                   .sound = notice.sound,
+                                   .pet = store_,
+                                   .paths = notice.paths},
+                                  logFailure);
 }
 
 }  // namespace quibbits

@@ -16,8 +16,8 @@ namespace quibbits {
 namespace {
 
 constexpr int done = 0;
-constexpr int failed = 1;     // no such key, or the file cannot be written
-constexpr int misused = 2;    // the command line makes no sense
+constexpr int failed = 1;   // no such key, or the file cannot be written
+constexpr int misused = 2;  // the command line makes no sense
 
 constexpr const char* help = R"(quibbits-defaults reads and writes what Quibbits remembers.
 

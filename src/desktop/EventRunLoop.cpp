@@ -38,8 +38,7 @@ int waitForEvents(int epoll, epoll_event* events, int most, std::optional<Second
                            static_cast<long>(std::min((wait - whole) * 1e9, 999'999'999.0))};
     const int count = epoll_pwait2(epoll, events, most, &timeout, nullptr);
     if (count >= 0 || errno != ENOSYS) return count;
-    return epoll_wait(epoll, events, most,
-                      static_cast<int>(std::min(std::ceil(wait * 1000), 1e9)));
+    return epoll_wait(epoll, events, most, static_cast<int>(std::min(std::ceil(wait * 1000), 1e9)));
 }
 
 void drain(int descriptor) {
@@ -202,7 +201,8 @@ void EventRunLoop::waitFor(Seconds longest) {
         waitForEvents(epoll_.get(), events.data(), static_cast<int>(events.size()), wait);
     ++wakes_;
     for (int i = 0; i < count; ++i) {
-        const auto found = watches_.find(events[static_cast<std::size_t>(i)].data.u64);
+        const std::uint64_t id = events[static_cast<std::size_t>(i)].data.u64;  // it lies unaligned
+        const auto found = watches_.find(id);
         if (found == watches_.end()) continue;  // its watch ended in this round
         const auto watch = found->second;
         watch->ready();

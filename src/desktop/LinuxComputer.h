@@ -17,10 +17,10 @@ namespace quibbits {
 class LinuxComputer {
 public:
     struct Places {
-        std::string display;                         // empty for $DISPLAY
-        std::filesystem::path defaults;              // empty for the usual place
-        std::vector<std::filesystem::path> sheets;   // searched after the user's own
-        std::filesystem::path system = "/sys";       // where the machine tells of itself
+        std::string display;                        // empty for $DISPLAY
+        std::filesystem::path defaults;             // empty for the usual place
+        std::vector<std::filesystem::path> sheets;  // searched after the user's own
+        std::filesystem::path system = "/sys";      // where the machine tells of itself
     };
     struct Result {
         std::unique_ptr<LinuxComputer> computer;

@@ -10,9 +10,11 @@ class NoNotifications final : public Notifications {
 public:
     explicit NoNotifications(RunLoop& loop) : loop_(loop) {}
     void setCategories(std::vector<NotificationCategory>) override {}
-    void send(NotificationRequest, std::function<void(const std::string&)> done) override {
+    void send(NotificationRequest, std::function<void(const NotificationOutcome&)> done) override {
         if (!done) return;
-        loop_.post([done = std::move(done)] { done("no notification service is connected"); });
+        loop_.post([done = std::move(done)] {
+            done({NotificationOutcome::Kind::notAllowed, "no notification service is connected"});
+        });
     }
     void removeDelivered(const std::string&) override {}
 

@@ -72,9 +72,10 @@ struct Rect {
 
     /// Holds the left and lower edge, not the right and upper one.
     bool contains(Point p) const { return p.x >= x && p.x < maxX() && p.y >= y && p.y < maxY(); }
-    /// True when the two share an area; touching edges share none.
+    /// True when the two share an area; touching edges and an empty rectangle share none.
     bool intersects(const Rect& o) const {
-        return x < o.maxX() && o.x < maxX() && y < o.maxY() && o.y < maxY();
+        return !isEmpty() && !o.isEmpty() && x < o.maxX() && o.x < maxX() && y < o.maxY() &&
+               o.y < maxY();
     }
     Rect inset(double by) const { return {x + by, y + by, width - 2 * by, height - 2 * by}; }
     Rect offset(Vector v) const { return {x + v.dx, y + v.dy, width, height}; }

@@ -42,8 +42,12 @@ Image Image::fromPalette(int width, int height, std::vector<std::uint8_t> indice
 }
 
 Image Image::cropped(int x, int y, int width, int height) const {
-    const int right = std::min(x + width, width_);
-    const int bottom = std::min(y + height, height_);
+    // In 64 bits: a rectangle may be asked for that reaches past every number of pixels.
+    const auto end = [](int from, int length, int most) {
+        return static_cast<int>(std::min(std::int64_t{from} + length, std::int64_t{most}));
+    };
+    const int right = end(x, width, width_);
+    const int bottom = end(y, height, height_);
     x = std::max(x, 0);
     y = std::max(y, 0);
     if (right <= x || bottom <= y) return {};

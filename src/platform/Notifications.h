@@ -40,14 +40,20 @@ struct NotificationResponse {
     std::vector<std::string> paths;
 };
 
+/// What became of a request.
+struct NotificationOutcome {
+    enum class Kind { shown, notAllowed, failed };
+    Kind kind = Kind::shown;
+    std::string error;  // in the system's words, unless it was shown
+};
+
 class Notifications {
 public:
     virtual ~Notifications() = default;
     virtual void setCategories(std::vector<NotificationCategory> categories) = 0;
-    /// Shows a notification. The failure text is empty when it went out; the callback comes on the
-    /// main queue, maybe later.
+    /// Shows a notification. `done` is called once on the main queue, maybe later.
     virtual void send(NotificationRequest request,
-                      std::function<void(const std::string& failure)> done) = 0;
+                      std::function<void(const NotificationOutcome&)> done) = 0;
     /// Takes a shown notification back; an unknown identifier is ignored.
     virtual void removeDelivered(const std::string& identifier) = 0;
 

@@ -31,7 +31,8 @@ bool meansYes(std::string_view text) {
 
 double leadingNumber(std::string_view text) {
     text = trimmed(text);
-    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+    if (text.starts_with("+-")) return 0;
+    if (text.starts_with('+')) text.remove_prefix(1);
     double value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return error == std::errc{} && std::isfinite(value) ? value : 0;
@@ -39,7 +40,9 @@ double leadingNumber(std::string_view text) {
 
 std::int64_t truncated(double value) {
     constexpr double most = 9.2e18;
-    if (!(std::abs(value) < most)) return value > 0 ? std::numeric_limits<std::int64_t>::max() : 0;
+    using Whole = std::numeric_limits<std::int64_t>;
+    if (std::isnan(value)) return 0;
+    if (std::abs(value) >= most) return value > 0 ? Whole::max() : Whole::min();
     return static_cast<std::int64_t>(value);
 }
 

@@ -42,11 +42,11 @@ std::vector<WindowInfo> SimulatedWindows::onScreen() const {
 }
 
 void SimulatedNotifications::send(NotificationRequest request,
-                                  std::function<void(const std::string&)> done) {
-    if (!refusal.empty()) return done(refusal);
+                                  std::function<void(const NotificationOutcome&)> done) {
+    if (!refusal.empty()) return done({NotificationOutcome::Kind::notAllowed, refusal});
     if (onSend) onSend(request);
     delivered.insert_or_assign(request.identifier, std::move(request));
-    done("");
+    done({});
 }
 
 void SimulatedNotifications::removeDelivered(const std::string& identifier) {
@@ -124,8 +124,8 @@ SimulatedPanel* SimulatedComputer::panelUnderPointer() const {
 void SimulatedComputer::movePointer(Point to) {
     pointer.place = to;
     pointer.lastInput = pointer.lastMouse = runLoop.now();
-    if (grabbing_) {
-        if (grabbing_->onMouseDragged) grabbing_->onMouseDragged();
+    if (panels_.grabbing) {
+        if (panels_.grabbing->onMouseDragged) panels_.grabbing->onMouseDragged();
     } else if (SimulatedPanel* panel = panelUnderPointer(); panel && !pointer.down.any()) {
         if (panel->onMouseMoved) panel->onMouseMoved();
     } else {
@@ -141,7 +141,7 @@ void SimulatedComputer::press(MouseButton button) {
         if (!panel) {
             pressesBeneath.push_back(pointer.place);
         } else {
-            grabbing_ = panel;
+            panels_.grabbing = panel;
             if (panel->onMouseDown) panel->onMouseDown();
         }
     } else if (button == MouseButton::right) {
@@ -161,7 +161,7 @@ void SimulatedComputer::release(MouseButton button) {
     if (button == MouseButton::middle) pointer.down.middle = false;
     if (button != MouseButton::left) return;
     pointer.down.left = false;
-    if (SimulatedPanel* panel = std::exchange(grabbing_, nullptr)) {
+    if (SimulatedPanel* panel = std::exchange(panels_.grabbing, nullptr)) {
         if (panel->onMouseUp) panel->onMouseUp();
     } else {
         pointer.elsewhere.emit(PointerEvent::leftUp);

@@ -84,7 +84,7 @@ public:
 class SimulatedNotifications final : public Notifications {
 public:
     void setCategories(std::vector<NotificationCategory> list) override { categories = list; }
-    void send(NotificationRequest request, std::function<void(const std::string&)> done) override;
+    void send(NotificationRequest request, std::function<void(const NotificationOutcome&)> done) override;
     void removeDelivered(const std::string& identifier) override;
     std::vector<NotificationCategory> categories;
     std::map<std::string, NotificationRequest> delivered;
@@ -184,7 +184,6 @@ private:
     Resources& resources_;
     TextMeasure& text_;
     SimulatedPanels panels_;
-    SimulatedPanel* grabbing_ = nullptr;  // has the mouse while a button is down
 };
 
 }  // namespace quibbits

@@ -17,6 +17,7 @@ SimulatedPanel::SimulatedPanel(SimulatedPanels& panels, Panels::Spec spec)
 
 SimulatedPanel::~SimulatedPanel() {
     std::erase(panels_.open_, this);
+    if (panels_.grabbing == this) panels_.grabbing = nullptr;
 }
 
 void SimulatedPanel::setFrame(Rect frame) {

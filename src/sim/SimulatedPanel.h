@@ -64,6 +64,8 @@ public:
     LayerEngine& layers() override { return engine_; }
 
     const std::vector<SimulatedPanel*>& open() const { return open_; }
+    /// The panel that has the mouse while a button is down.
+    SimulatedPanel* grabbing = nullptr;
     double scale() const;
     bool painting() const { return painting_; }
 

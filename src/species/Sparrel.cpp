@@ -168,7 +168,7 @@ void Sparrel::chargerPlugged() {
 
 void Sparrel::celebrateHook() {
     stop([this] {
-        speak(Moment::celebrate, Face::joyous, {}, 2.5);
+        speak({.moment = Moment::celebrate, .face = Face::joyous});
         gainEXP(0.05);
         if (knows("Discharge"))
             pet_.sparks(60, 1.2);

@@ -75,6 +75,7 @@ void StageWindow::handOutGround() {
     for (Pet* pet : pets_) {
         pet->ground = ground_;
         pet->ground.insert(pet->ground.end(), icons_.begin(), icons_.end());
+        measureRoom(*pet);
         if (pet->onGroundChanged) pet->onGroundChanged();
     }
 }

@@ -34,11 +34,7 @@ StageWindow::~StageWindow() = default;
 
 void StageWindow::add(Pet& pet, double x) {
     pet.ground = ground_;
-    const Rect frame = panel_->frame();
-    pet.walkArea = {edge, std::max(frame.width - edge, edge)};
-    const auto screen = computer_.screens.main();
-    const Rect visible = screen ? screen->visibleFrame : frame;
-    pet.ceiling = visible.maxY() - frame.minY() - headroom * pet.scale();
+    measureRoom(pet);
 
     pet.openSpots = lifetime_.guard([this] { return openSpots(); });
     pet.isVisible = lifetime_.guard([this](Point at) { return isOpen(at); });
@@ -53,6 +49,14 @@ void StageWindow::add(Pet& pet, double x) {
         panel_->root().addSublayer(pet.nodeRef());
     }
     pets_.push_back(&pet);
+}
+
+void StageWindow::measureRoom(Pet& pet) const {
+    const Rect frame = panel_->frame();
+    pet.walkArea = {edge, std::max(frame.width - edge, edge)};
+    const auto screen = computer_.screens.main();
+    const Rect visible = screen ? screen->visibleFrame : frame;
+    pet.ceiling = visible.maxY() - frame.minY() - headroom * pet.scale();
 }
 
 void StageWindow::popUpMenu(Pet& pet) {

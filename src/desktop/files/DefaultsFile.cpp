@@ -213,7 +213,8 @@ bool DefaultsFile::writeMerged() {
         }
     }
     if (state_ != State::good || merged != contents_) {
-        if (state_ == State::broken && !setAside()) return fail("cannot set aside " + file_.native());
+        if (state_ == State::broken && !setAside())
+            return fail("cannot set aside " + file_.native());
         if (!replaceFile(merged.dump(2) + "\n")) return fail("cannot write " + file_.native());
     }
     contents_ = std::move(merged);

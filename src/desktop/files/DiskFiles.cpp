@@ -118,7 +118,8 @@ bool renameOntoNothing(const fs::path& from, const fs::path& to) {
 bool writeInfo(const fs::path& info, const std::string& text) {
     const FileDescriptor out(open(info.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     if (!out) return false;
-    if (write(out.get(), text.data(), text.size()) == static_cast<ssize_t>(text.size())) return true;
+    if (write(out.get(), text.data(), text.size()) == static_cast<ssize_t>(text.size()))
+        return true;
     unlink(info.c_str());
     errno = ENOSPC;
     return false;

@@ -19,7 +19,8 @@ std::optional<std::string> line(const fs::path& file) {
 std::optional<int> number(const fs::path& file) {
     const auto text = line(file);
     int value = 0;
-    if (!text || std::from_chars(text->data(), text->data() + text->size(), value).ec != std::errc{}) {
+    if (!text ||
+        std::from_chars(text->data(), text->data() + text->size(), value).ec != std::errc{}) {
         return std::nullopt;
     }
     return value;

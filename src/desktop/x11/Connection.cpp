@@ -48,7 +48,7 @@ Connection::Connection(EventRunLoop& loop, xcb_connection_t* xcb, int screenNumb
     selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     readable_ = loop.watch(xcb_get_file_descriptor(xcb_), [this] { dispatch(); });
     // A reply that somebody waited for may have brought events with it.
-    beforeWaiting_ = loop.beforeWaiting([this] { dispatch(); });
+    beforeWaiting_ = loop.beforeWaiting([this] { take(xcb_poll_for_queued_event); });
 }
 
 Connection::~Connection() {
@@ -75,12 +75,10 @@ void Connection::queryExtensions() {
     const auto ifPresent = [&](const auto& extension, auto ask) {
         return extension ? std::optional(ask()) : std::nullopt;
     };
-    const auto askRandr =
-        ifPresent(randr, [&] { return xcb_randr_query_version(xcb_, 1, 5); });
+    const auto askRandr = ifPresent(randr, [&] { return xcb_randr_query_version(xcb_, 1, 5); });
     const auto askShm = ifPresent(shm, [&] { return xcb_shm_query_version(xcb_); });
     const auto askFixes = ifPresent(xfixes, [&] { return xcb_xfixes_query_version(xcb_, 5, 0); });
-    const auto askInput =
-        ifPresent(xinput, [&] { return xcb_input_xi_query_version(xcb_, 2, 2); });
+    const auto askInput = ifPresent(xinput, [&] { return xcb_input_xi_query_version(xcb_, 2, 2); });
     const auto askSync = ifPresent(sync, [&] { return xcb_sync_initialize(xcb_, 3, 1); });
     if (askRandr) {
         const auto version = reply(xcb_, xcb_randr_query_version_reply, *askRandr);
@@ -129,10 +127,12 @@ void Connection::selectRootEvents(std::uint32_t mask) {
 }
 
 void Connection::dispatch() {
+    take(xcb_poll_for_event);
+}
+
+void Connection::take(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
     if (ended_) return;
-    while (const auto event = Owned<xcb_generic_event_t>(xcb_poll_for_event(xcb_))) {
-        deliver(*event);
-    }
+    while (const auto event = Owned<xcb_generic_event_t>(next(xcb_))) deliver(*event);
     xcb_flush(xcb_);
     if (!xcb_connection_has_error(xcb_)) return;
     ended_ = true;

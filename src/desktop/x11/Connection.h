@@ -86,6 +86,7 @@ private:
     Connection(EventRunLoop& loop, xcb_connection_t* xcb, int screenNumber);
     void queryExtensions();
     void internAtoms();
+    void take(xcb_generic_event_t* (*next)(xcb_connection_t*));
     void deliver(const xcb_generic_event_t& event);
 
     EventRunLoop& loop_;

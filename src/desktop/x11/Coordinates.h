@@ -22,8 +22,7 @@ struct Coordinates {
         const auto whole = [](double v) { return static_cast<int>(std::lround(v)); };
         const int x = whole(r.minX() * scale);
         const int top = whole(r.maxY() * scale);
-        return {left + x, bottom - top, whole(r.maxX() * scale) - x,
-                top - whole(r.minY() * scale)};
+        return {left + x, bottom - top, whole(r.maxX() * scale) - x, top - whole(r.minY() * scale)};
     }
 };
 

@@ -45,8 +45,8 @@ void DropTarget::entered(const std::uint32_t* data) {
     forget();
     source_ = data[0];
     const bool hasMoreTypes = (data[1] & 1) != 0;
-    const auto list = hasMoreTypes ? propertyOf(connection_, source_, Atom::dndTypeList)
-                                   : Property();
+    const auto list =
+        hasMoreTypes ? propertyOf(connection_, source_, Atom::dndTypeList) : Property();
     const auto offers = [&](Atom name) {
         const auto type = connection_.atom(name);
         return hasMoreTypes ? list.contains(type) : std::find(data + 2, data + 5, type) != data + 5;
@@ -65,8 +65,8 @@ void DropTarget::moved(const std::uint32_t* data) {
     wouldTake_ = (offersFiles_ || offersItem_) && over_(drag_);
     constexpr std::uint32_t accept = 1;
     constexpr std::uint32_t tellEveryMove = 2;
-    tellSource(Atom::dndStatus, {window_, (wouldTake_ ? accept : 0) | tellEveryMove, 0, 0,
-                                 actionFor(wouldTake_)});
+    tellSource(Atom::dndStatus,
+               {window_, (wouldTake_ ? accept : 0) | tellEveryMove, 0, 0, actionFor(wouldTake_)});
 }
 
 void DropTarget::dropped(const std::uint32_t* data) {

@@ -10,7 +10,8 @@ namespace quibbits::x11 {
 
 class DropTarget {
 public:
-    /// Where the drag is, in pixels of the root window, and what it carries as far as that is known.
+    /// Where the drag is, in pixels of the root window, and what it carries as far as that is
+    /// known.
     struct Drag {
         int rootX = 0;
         int rootY = 0;

@@ -1,7 +1,7 @@
 #pragma once
 // Which part of a panel takes the mouse. Compositors repaint a whole window when its input region
-// changes, so the region does not follow a creature about: it is set where creatures rest, and where
-// they move only while the pointer is close. Knows no X, and no time but what it is told.
+// changes, so the region does not follow a creature about: it is set where creatures rest, and
+// where they move only while the pointer is close. Knows no X, and no time but what it is told.
 
 #include <optional>
 #include <vector>
@@ -13,8 +13,8 @@ namespace quibbits::x11 {
 
 class HotArea {
 public:
-    static constexpr double closeBy = 120;   // points; nearer than this the region follows
-    static constexpr double touching = 24;   // nearer than this it follows at once
+    static constexpr double closeBy = 120;  // points; nearer than this the region follows
+    static constexpr double touching = 24;  // nearer than this it follows at once
     static constexpr Seconds restAfter = 0.25;
     static constexpr Seconds betweenChanges = 0.1;  // while close by and not touching
 

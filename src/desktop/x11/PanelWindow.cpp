@@ -59,14 +59,13 @@ PanelWindow::PanelWindow(Connection& connection, const PanelVisual& visual, Pixe
                         XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
                         XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW;
     values.colormap = visual.colors();
-    xcb_create_window_aux(xcb, depth, id_, connection.root(), static_cast<std::int16_t>(frame.x),
-                          static_cast<std::int16_t>(frame.y),
-                          static_cast<std::uint16_t>(frame.width),
-                          static_cast<std::uint16_t>(frame.height), 0,
-                          XCB_WINDOW_CLASS_INPUT_OUTPUT, visual.visual(),
-                          XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
-                              XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
-                          &values);
+    xcb_create_window_aux(
+        xcb, depth, id_, connection.root(), static_cast<std::int16_t>(frame.x),
+        static_cast<std::int16_t>(frame.y), static_cast<std::uint16_t>(frame.width),
+        static_cast<std::uint16_t>(frame.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual.visual(),
+        XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
+            XCB_CW_COLORMAP,
+        &values);
     const std::uint32_t noExposures = 0;
     xcb_create_gc(xcb, context_, id_, XCB_GC_GRAPHICS_EXPOSURES, &noExposures);
 
@@ -143,10 +142,10 @@ void PanelWindow::setLevel(PanelLevel level) {
 void PanelWindow::writeState() {
     const auto atom = [this](Atom name) { return connection_.atom(name); };
     setProperty(connection_, id_, atom(Atom::desktop), XCB_ATOM_CARDINAL, {{everyDesktop}});
-    setProperty(connection_, id_, atom(Atom::state), XCB_ATOM_ATOM,
-                {{atom(level_ == PanelLevel::desktop ? Atom::stateBelow : Atom::stateAbove),
-                  atom(Atom::stateSticky), atom(Atom::stateSkipTaskbar),
-                  atom(Atom::stateSkipPager)}});
+    setProperty(
+        connection_, id_, atom(Atom::state), XCB_ATOM_ATOM,
+        {{atom(level_ == PanelLevel::desktop ? Atom::stateBelow : Atom::stateAbove),
+          atom(Atom::stateSticky), atom(Atom::stateSkipTaskbar), atom(Atom::stateSkipPager)}});
 }
 
 void PanelWindow::show() {
@@ -186,10 +185,10 @@ void PanelWindow::assertState() {
     enum Action : std::uint32_t { remove = 0, add = 1 };
     constexpr std::uint32_t fromApplication = 1;
     const auto change = [&](Action action, Atom first, Atom second) {
-        connection_.messageRoot(id_, Atom::state,
-                                {action, connection_.atom(first),
-                                 second == Atom::count ? 0 : connection_.atom(second),
-                                 fromApplication, 0});
+        connection_.messageRoot(
+            id_, Atom::state,
+            {action, connection_.atom(first), second == Atom::count ? 0 : connection_.atom(second),
+             fromApplication, 0});
     };
     // Some window managers keep both states, and the old one wins, unless it goes first.
     const bool low = level_ == PanelLevel::desktop;

@@ -14,6 +14,8 @@ namespace {
 
 constexpr std::size_t smallest = std::size_t{256} << 10;
 constexpr std::size_t largest = std::size_t{2} << 20;
+constexpr std::size_t bandsInRing = 4;
+constexpr int smallBandsBeforeShrinking = 10;
 constexpr std::size_t requestHead = 64;
 constexpr std::size_t bytesPerPixel = 4;
 
@@ -39,22 +41,32 @@ PixelTransfer::~PixelTransfer() {
 }
 
 int PixelTransfer::rowsAtOnce(int width) const {
-    return std::max(1, static_cast<int>(limit_ / (static_cast<std::size_t>(width) * bytesPerPixel)));
+    return std::max(1,
+                    static_cast<int>(limit_ / (static_cast<std::size_t>(width) * bytesPerPixel)));
 }
 
 std::uint32_t* PixelTransfer::reserve(int width, int height) {
     const auto bytes =
         static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * bytesPerPixel;
-    // Room for two, so that the server can still take one while the next is drawn.
-    if (size_ < std::min(2 * bytes, limit_)) {
-        resize(std::clamp(std::bit_ceil(2 * bytes), smallest, std::max(limit_, bytes)));
-    }
+    fit(bytes);
     if (next_ + bytes > size_) {
         waitForServer();
         next_ = 0;
     }
     reserved_ = next_;
     return reinterpret_cast<std::uint32_t*>((memory_ ? memory_ : own_.data()) + reserved_);
+}
+
+/// Room for four bands: each time around costs one wait for the server. A ring that was made for a
+/// whole screen does not stay for a sprite: a small one stays in the caches.
+void PixelTransfer::fit(std::size_t bytes) {
+    const auto fitting =
+        std::clamp(std::bit_ceil(bandsInRing * bytes), smallest, std::max(limit_, bytes));
+    smallBands_ = size_ >= 4 * fitting ? smallBands_ + 1 : 0;
+    if (size_ < std::min(bandsInRing * bytes, limit_) || smallBands_ >= smallBandsBeforeShrinking) {
+        resize(fitting);
+        smallBands_ = 0;
+    }
 }
 
 void PixelTransfer::send(xcb_drawable_t to, xcb_gcontext_t context, const PixelRect& area) {
@@ -98,8 +110,7 @@ bool PixelTransfer::share(std::size_t size) {
     void* mapped = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file.get(), 0);
     if (mapped == MAP_FAILED) return false;
     segment_ = xcb_generate_id(connection_.xcb());
-    const auto attached =
-        xcb_shm_attach_fd_checked(connection_.xcb(), segment_, file.release(), 0);
+    const auto attached = xcb_shm_attach_fd_checked(connection_.xcb(), segment_, file.release(), 0);
     if (const Owned<xcb_generic_error_t> refused{xcb_request_check(connection_.xcb(), attached)}) {
         munmap(mapped, size);
         return false;

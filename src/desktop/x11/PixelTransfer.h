@@ -32,6 +32,7 @@ public:
     std::size_t heldBytes() const { return size_; }
 
 private:
+    void fit(std::size_t bytes);
     void resize(std::size_t size);
     bool share(std::size_t size);
     void waitForServer();
@@ -44,6 +45,7 @@ private:
     xcb_shm_seg_t segment_ = 0;
     std::size_t size_ = 0;
     std::size_t next_ = 0;      // first byte that nothing was sent from since the server waited
+    int smallBands_ = 0;        // in a row, for which the ring is far too large
     std::size_t reserved_ = 0;  // where the band reserved last begins
 };
 

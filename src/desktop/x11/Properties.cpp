@@ -31,8 +31,7 @@ bool Property::contains(std::uint32_t value) const {
     return std::ranges::find(all, value) != all.end();
 }
 
-PropertyRequest::PropertyRequest(const Connection& connection, xcb_window_t window,
-                                 xcb_atom_t name)
+PropertyRequest::PropertyRequest(const Connection& connection, xcb_window_t window, xcb_atom_t name)
     : xcb_(connection.xcb()),
       cookie_(xcb_get_property(xcb_, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, mostWords)) {}
 

@@ -182,6 +182,7 @@ void XPanel::paintFrame() {
         ++stats_.repaints;
         lastFrame_ = now;
         restSoon();
+        if (hotAreaSource) updateInput();
     }
     if (const auto wake = tree_.nextWake(now)) frameAt(std::max(*wake, lastFrame_ + frameInterval));
 }
@@ -191,15 +192,15 @@ void XPanel::paint(const PixelRect& area) {
     for (int done = 0; done < area.height; done += rows) {
         const PixelRect band{area.x, area.y + done, area.width, std::min(rows, area.height - done)};
         auto* pixels = transfer_.reserve(band.width, band.height);
-        panels_.painter_.paint(tree_, band,
-                               {.pixels = pixels, .stride = band.width, .area = band});
+        panels_.painter_.paint(tree_, band, {.pixels = pixels, .stride = band.width, .area = band});
         if (shape_.isActive()) {
             shape_.update(band, pixels);
             shape_.apply(window_.id());
         }
         transfer_.send(window_.id(), window_.context(), band);
     }
-    stats_.pixels += static_cast<std::uint64_t>(area.width) * static_cast<std::uint64_t>(area.height);
+    stats_.pixels +=
+        static_cast<std::uint64_t>(area.width) * static_cast<std::uint64_t>(area.height);
 }
 
 /// Gives the drawing buffer back once nothing has been drawn for a while.
@@ -230,6 +231,7 @@ void XPanel::setHotArea(std::vector<Rect> rects) {
 
 void XPanel::updateInput() {
     auto& loop = connection_.loop();
+    if (hotAreaSource) hotArea_.setWanted(hotAreaSource(), loop.now());
     const Point pointer = pointer_.location() - Vector{frame_.x, frame_.y};
     const auto decision = hotArea_.decide(pointer, loop.now());
 
@@ -254,8 +256,8 @@ void XPanel::updateInput() {
                                               : Pace::calm);
     askInputAgain_.cancel();
     if (decision.askAgain) {
-        askInputAgain_ = loop.timer(std::max(*decision.askAgain - loop.now(), 0.0),
-                                    [this] { updateInput(); });
+        askInputAgain_ =
+            loop.timer(std::max(*decision.askAgain - loop.now(), 0.0), [this] { updateInput(); });
     }
 }
 

@@ -40,9 +40,8 @@ std::unique_ptr<Panel> XPanels::makePanel(Spec spec) {
 
 void XPanels::findCompositor() {
     auto* xcb = connection_.xcb();
-    const auto owner =
-        reply(xcb, xcb_get_selection_owner_reply,
-              xcb_get_selection_owner(xcb, connection_.atom(Atom::compositor)));
+    const auto owner = reply(xcb, xcb_get_selection_owner_reply,
+                             xcb_get_selection_owner(xcb, connection_.atom(Atom::compositor)));
     const bool present = owner && owner->owner != XCB_NONE;
     if (present == hasCompositor_) return;
     hasCompositor_ = present;

@@ -25,14 +25,14 @@ constexpr Seconds intervalOf(Pace pace) {
 std::uint32_t findIdleCounter(const Connection& connection) {
     if (!connection.sync) return 0;
     auto* xcb = connection.xcb();
-    const auto list = reply(xcb, xcb_sync_list_system_counters_reply,
-                            xcb_sync_list_system_counters(xcb));
+    const auto list =
+        reply(xcb, xcb_sync_list_system_counters_reply, xcb_sync_list_system_counters(xcb));
     if (!list) return 0;
     auto each = xcb_sync_list_system_counters_counters_iterator(list.get());
     for (; each.rem > 0; xcb_sync_systemcounter_next(&each)) {
-        const std::string_view name(xcb_sync_systemcounter_name(each.data),
-                                    static_cast<std::size_t>(
-                                        xcb_sync_systemcounter_name_length(each.data)));
+        const std::string_view name(
+            xcb_sync_systemcounter_name(each.data),
+            static_cast<std::size_t>(xcb_sync_systemcounter_name_length(each.data)));
         if (name == "IDLETIME") return each.data->counter;
     }
     return 0;
@@ -52,10 +52,9 @@ XPointer::XPointer(Connection& connection, const XScreens& screens)
     }
     const auto& xinput = *connection.xinput;
     const auto onRaw = [&](int type, std::function<void(const xcb_input_raw_motion_event_t&)> act) {
-        subscriptions_.push_back(
-            connection.listenExtended(xinput, type, [act](const auto& event) {
-                act(reinterpret_cast<const xcb_input_raw_motion_event_t&>(event));
-            }));
+        subscriptions_.push_back(connection.listenExtended(xinput, type, [act](const auto& event) {
+            act(reinterpret_cast<const xcb_input_raw_motion_event_t&>(event));
+        }));
     };
     onRaw(XCB_INPUT_RAW_MOTION, [this](const auto&) { rawMotion(); });
     onRaw(XCB_INPUT_RAW_BUTTON_PRESS, [this](const auto& e) { rawButton(true, e.detail); });
@@ -188,7 +187,8 @@ void XPointer::rawButton(bool pressed, std::uint32_t button) {
 
 void XPointer::startAsking() {
     askingInterval_ = interval();
-    asking_ = connection_.loop().every(askingInterval_, [this] { ask(); }, askingInterval_ / 10);
+    asking_ = connection_.loop().every(
+        askingInterval_, [this] { ask(); }, askingInterval_ / 10);
 }
 
 void XPointer::ask() {

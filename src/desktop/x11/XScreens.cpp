@@ -50,12 +50,13 @@ XScreens::XScreens(Connection& connection) : connection_(connection) {
                                    XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE |
                                    XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE);
         for (const int type : {XCB_RANDR_SCREEN_CHANGE_NOTIFY, XCB_RANDR_NOTIFY}) {
-            subscriptions_.push_back(connection.listen(
-                connection.randr->firstEvent + type, [this](const auto&) { updateSoon(); }));
+            subscriptions_.push_back(connection.listen(connection.randr->firstEvent + type,
+                                                       [this](const auto&) { updateSoon(); }));
         }
     }
     const auto ofDockOrRoot = [this](xcb_window_t window) {
-        return window == connection_.root() || std::ranges::find(watched_, window) != watched_.end();
+        return window == connection_.root() ||
+               std::ranges::find(watched_, window) != watched_.end();
     };
     subscriptions_.push_back(connection.listen(XCB_CONFIGURE_NOTIFY, [=, this](const auto& event) {
         const auto& change = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
@@ -130,8 +131,8 @@ std::optional<PixelRect> XScreens::mainMonitor() {
 }
 
 double XScreens::scaleBySettings() const {
-    const auto resources = PropertyRequest(connection_, connection_.root(),
-                                           XCB_ATOM_RESOURCE_MANAGER).wait();
+    const auto resources =
+        PropertyRequest(connection_, connection_.root(), XCB_ATOM_RESOURCE_MANAGER).wait();
     const double byDpi = resourceDpi(resources.text()).value_or(dotsPerInch) / dotsPerInch;
     const double byFactor = windowScalingFactor(connection_);
     const double scale = std::round(std::max(byDpi, byFactor) / scaleStep) * scaleStep;
@@ -166,7 +167,8 @@ std::vector<XScreens::Dock> XScreens::docks() {
         if (!isDock || !geometry || !place) continue;
         std::vector<std::uint32_t> strut(partial.numbers().begin(), partial.numbers().end());
         if (strut.size() < 4) strut.assign(plain.numbers().begin(), plain.numbers().end());
-        if (strut.size() < 4) continue;  // as the panels of this program, whose events are their own
+        if (strut.size() < 4)
+            continue;  // as the panels of this program, whose events are their own
         if (std::ranges::find(watched_, one.window) == watched_.end()) {
             const std::uint32_t mask =
                 XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;

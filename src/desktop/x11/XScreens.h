@@ -42,7 +42,7 @@ private:
     std::optional<Screen> screen_;
     std::optional<Rect> bottomDock_;
     Coordinates coordinates_;
-    PixelRect display_;  // the whole of it
+    PixelRect display_;                  // the whole of it
     std::vector<xcb_window_t> watched_;  // docks whose changes are heard
     Timer pending_;
     std::vector<Subscription> subscriptions_;

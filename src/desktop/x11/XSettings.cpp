@@ -71,9 +71,8 @@ std::optional<int> integerSetting(std::string_view settings, std::string_view na
 
 int windowScalingFactor(const Connection& connection) {
     auto* xcb = connection.xcb();
-    const auto owner =
-        reply(xcb, xcb_get_selection_owner_reply,
-              xcb_get_selection_owner(xcb, connection.atom(Atom::xsettingsOwner)));
+    const auto owner = reply(xcb, xcb_get_selection_owner_reply,
+                             xcb_get_selection_owner(xcb, connection.atom(Atom::xsettingsOwner)));
     if (!owner || owner->owner == XCB_NONE) return 1;
     const auto settings = propertyOf(connection, owner->owner, Atom::xsettings);
     return integerSetting(settings.text(), "Gdk/WindowScalingFactor").value_or(1);

@@ -1,7 +1,6 @@
 #include "desktop/x11/XWindowList.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "desktop/x11/Properties.h"
 
@@ -48,14 +47,14 @@ std::vector<WindowInfo> XWindowList::onScreen() const {
     const auto atom = [this](Atom name) { return connection_.atom(name); };
     const PropertyRequest stackingAsked(connection_, connection_.root(),
                                         atom(Atom::clientListStacking));
-    const PropertyRequest currentAsked(connection_, connection_.root(),
-                                       atom(Atom::currentDesktop));
+    const PropertyRequest currentAsked(connection_, connection_.root(), atom(Atom::currentDesktop));
     const auto stacking = stackingAsked.wait();
     const auto current = currentAsked.wait().number();
 
     std::vector<Asked> asked;
-    for (const auto window : stacking.numbers() | std::views::reverse) {
-        asked.emplace_back(connection_, window);
+    const auto lowestFirst = stacking.numbers();
+    for (auto each = lowestFirst.rbegin(); each != lowestFirst.rend(); ++each) {
+        asked.emplace_back(connection_, *each);
     }
     std::vector<WindowInfo> windows;
     for (const auto& one : asked) {
@@ -69,8 +68,8 @@ std::vector<WindowInfo> XWindowList::onScreen() const {
         const auto size = reply(xcb, xcb_get_geometry_reply, one.size);
         const auto place = reply(xcb, xcb_translate_coordinates_reply, one.place);
 
-        const bool elsewhere = desktop && current && *desktop != *current &&
-                               *desktop != everyDesktop;
+        const bool elsewhere =
+            desktop && current && *desktop != *current && *desktop != everyDesktop;
         if (elsewhere || state.contains(atom(Atom::stateHidden)) ||
             type.contains(atom(Atom::typeDesktop)) || !size || !place) {
             continue;

@@ -1,0 +1,54 @@
+#pragma once
+// A body on a loop in virtual time, with animations made of plain strips.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "body/Pet.h"
+#include "sim/VirtualRunLoop.h"
+#include "support/FlatText.h"
+
+namespace quibbits {
+
+/// Frames of 20 × 20 pixels, opaque but for the given empty rows at the bottom.
+inline Anim strip(const std::vector<int>& ticks, int emptyRows = 0) {
+    constexpr int side = 20;
+    const int width = side * std::max(static_cast<int>(ticks.size()), 1);
+    std::vector<Argb> pixels(static_cast<std::size_t>(width * side));
+    std::fill_n(pixels.begin(), width * (side - emptyRows), 0xff336699u);
+    return Anim::fromStrip(Image::fromArgb(width, side, std::move(pixels)), ticks);
+}
+
+class PetOnALoop : public testing::Test {
+protected:
+    PetOnALoop() {
+        pet->walkArea = {0, 1000};
+        pet->ground = {{{0, 1000}, 0, true}};
+        pet->drag({200, 0});
+        pet->forgetSwings();
+    }
+    void advance(Seconds seconds) { loop.advance(seconds); }
+    Done note() {
+        return [this] { doneAt.push_back(loop.now()); };
+    }
+    Rect frameShown() const { return pet->sprite().presentation().contentsRect; }
+    Image imageShown() const { return std::get<Picture>(pet->sprite().model().content).image; }
+    const Layer& part(std::size_t index) const { return *pet->node().sublayers().at(index); }
+    /// What was added to the body's own four layers.
+    std::size_t extras() const { return pet->node().sublayers().size() - 4; }
+    const Layer& extra() const { return *pet->node().sublayers().back(); }
+    double heightOf(Instant at) const { return pet->node().presentation(at).position.y; }
+
+    VirtualRunLoop loop{Date{0}};
+    LayerEngine engine{loop};
+    FlatText text;
+    std::unique_ptr<Pet> pet = std::make_unique<Pet>(engine, text, 3);
+    std::vector<Instant> doneAt;
+
+    const Anim walking = strip({6, 6});
+    const Anim hopping = strip({6, 6, 6});
+    const Anim leaping = strip({6, 6, 6, 6});
+};
+
+}  // namespace quibbits

@@ -1,0 +1,157 @@
+// Days of random events, after which a creature must be found alive: thinking with one heartbeat,
+// on the ground or in the air where it may be, with nothing left behind.
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "support/LivingCreature.h"
+
+namespace quibbits {
+namespace {
+
+/// Everything that may befall a creature from outside, at random.
+class Fate {
+public:
+    Fate(LivingCreature& life, std::uint64_t seed) : life_(life), chance_(seed) {}
+
+    void strike() {
+        SimulatedComputer& c = life_.computer;
+        Companion& creature = life_.creature();
+        switch (chance_.index(14)) {
+            case 0: c.setDock(chance_.coin() ? std::optional(dock()) : std::nullopt); break;
+            case 1: c.setScreen({chance_.uniform(800, 2560), chance_.uniform(600, 1440)}, 1); break;
+            case 2: scatterIcons(); break;
+            case 3: c.setBattery(static_cast<int>(chance_.index(101)), chance_.coin()); break;
+            case 4: c.setHeat(static_cast<ThermalState>(chance_.index(4))); break;
+            case 5: c.setNetwork(chance_.coin()); break;
+            case 6: c.setMusic(chance_.coin() ? "Playing" : "Paused"); break;
+            case 7: c.setUserPresent(chance_.coin()); break;
+            case 8: creature.hook(chance_.pick(words_)); break;
+            case 9: carry(); break;
+            case 10: c.runLoop.shiftClock(chance_.uniform(-100, 40000)); break;
+            case 11: openWindow(); break;
+            case 12: c.defaults.set("overApps", chance_.coin()); break;
+            default: wander(); break;
+        }
+    }
+
+    /// A quiet desktop and a full battery again.
+    void makePeace() {
+        SimulatedComputer& c = life_.computer;
+        c.release(MouseButton::left);
+        c.setUserPresent(true);
+        life_.advance(5);
+        life_.creature().hook("unfocus");
+        c.setHeat(ThermalState::nominal);
+        c.setBattery(80, false);
+        c.setNetwork(true);
+        c.setMusic("Paused");
+        c.windows.windows.clear();
+        life_.advance(30);
+    }
+
+private:
+    Rect dock() { return {chance_.uniform(0, 400), 0, chance_.uniform(100, 900), 60}; }
+
+    void scatterIcons() {
+        std::vector<DesktopIcon> icons;
+        for (std::size_t i = chance_.index(12); i > 0; --i) {
+            icons.push_back({"file", {chance_.uniform(0, 1300), chance_.uniform(20, 400), 64, 64}});
+        }
+        life_.computer.fileBrowser.icons = icons;
+    }
+
+    void wander() {
+        life_.computer.movePointer({chance_.uniform(0, 1440), chance_.uniform(0, 300)});
+    }
+
+    void carry() {
+        SimulatedComputer& c = life_.computer;
+        c.release(MouseButton::left);
+        const Point at = life_.pet().position();
+        c.movePointer({at.x, at.y + 25});
+        c.press(MouseButton::left);
+        for (std::size_t i = chance_.index(12); i > 0; --i) {
+            life_.advance(chance_.uniform(0.05, 1.5));
+            c.movePointer({chance_.uniform(0, 1440), chance_.uniform(0, 800)});
+        }
+        if (chance_.coin()) c.release(MouseButton::left);
+    }
+
+    void openWindow() {
+        const std::string id = "w" + std::to_string(chance_.index(4));
+        if (chance_.coin()) return life_.computer.closeWindow(id);
+        life_.computer.putWindow(
+            id, {.process = 9,
+                 .frame = Rect{chance_.uniform(0, 800), chance_.uniform(-50, 200), 700, 500}});
+    }
+
+    LivingCreature& life_;
+    Random chance_;
+    std::vector<std::string> words_{"focus", "unfocus", "pass", "fail", "done", "hello"};
+};
+
+void expectAlive(LivingCreature& life, const std::string& when) {
+    Companion& creature = life.creature();
+    EXPECT_FALSE(creature.held) << when;
+    EXPECT_FALSE(creature.dozing) << when;
+    EXPECT_FALSE(creature.isFainted) << when;
+    const std::size_t before = life.decisions.size();
+    life.advance(600);
+    ASSERT_GT(life.decisions.size(), before + 5) << "it is stuck, " << when;
+    // Every routine takes a second at least, so a shorter pause means two heartbeats.
+    for (std::size_t i = before + 1; i < life.times.size(); ++i) {
+        EXPECT_GT(life.times[i] - life.times[i - 1], 0.9)
+            << when << ": " << rawValue(life.decisions[i]) << " right after "
+            << rawValue(life.decisions[i - 1]);
+    }
+    const Point at = life.pet().position();
+    EXPECT_TRUE(life.pet().surfaceIndex(at)) << when << " at " << at.x << "," << at.y;
+    EXPECT_LE(life.pet().node().sublayers().size(), 10u) << when;
+}
+
+TEST(AWeekOfRandomEvents, LeavesEveryCreatureAliveWithOneHeartbeat) {
+    const std::uint64_t fresh = std::random_device{}();
+    std::cout << "fresh seed " << fresh << "\n";
+    for (const std::uint64_t seed : {std::uint64_t{1}, std::uint64_t{2}, std::uint64_t{3}, fresh}) {
+        for (const char* stage : {"sparrel", "wispul"}) {
+            const std::string store = stage == std::string("wispul") ? "umbrool" : "pet";
+            LivingCreature life({.store = store, .stage = stage, .seed = seed});
+            Fate fate(life, seed);
+            Random pause(seed + 99);
+            for (int round = 0; round < 40; ++round) {
+                for (int i = 0; i < 30; ++i) {
+                    fate.strike();
+                    life.advance(pause.uniform(0.1, 400));
+                }
+                fate.makePeace();
+                expectAlive(life, store + ", seed " + std::to_string(seed) + ", round " +
+                                      std::to_string(round));
+                if (::testing::Test::HasFailure()) return;
+            }
+        }
+    }
+}
+
+TEST(QuittingAtAnyMoment, LosesNothingAndTouchesNothingThatIsGone) {
+    for (std::uint64_t seed = 1; seed <= 60; ++seed) {
+        LivingCreature life({.seed = seed});
+        Fate fate(life, seed);
+        Random pause(seed);
+        for (int i = 0; i < 6; ++i) {
+            fate.strike();
+            life.advance(pause.uniform(0, 5));
+        }
+        const auto energy = life.computer.defaults.onlyNumber("pet.energy");
+        life.quit();
+        life.advance(60);  // whatever was pending finds nobody
+        life.computer.release(MouseButton::left);
+        EXPECT_EQ(life.computer.defaults.onlyNumber("pet.energy"), energy);
+        life.launch();
+        EXPECT_EQ(life.creature().stage, Stage::sparrel);
+    }
+}
+
+}  // namespace
+}  // namespace quibbits
