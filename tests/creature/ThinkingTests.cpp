@@ -150,5 +150,56 @@ TEST(TheMorning, IsGreetedOnceADayFromFiveOn) {
     }
 }
 
+TEST(AWordFromOutside, OfFailureLaysItDownForEightSecondsWhateverHappensMeanwhile) {
+    LivingCreature life({});
+    life.creature().hook("fail");
+    EXPECT_TRUE(life.creature().isFainted);
+    const auto before = life.decisions.size();
+    life.advance(7.9);
+    EXPECT_EQ(life.decisions.size(), before);
+    life.advance(3);
+    EXPECT_FALSE(life.creature().isFainted);
+    EXPECT_GT(life.decisions.size(), before);
+
+    life.creature().hook("error");
+    life.advance(4);
+    life.creature().hook("pass");
+    life.advance(20);
+    EXPECT_FALSE(life.creature().isFainted);
+}
+
+TEST(AWordFromOutside, ThatGreetsASleeperGetsItUp) {
+    LivingCreature life({});
+    life.computer.setUserPresent(false);
+    life.advance(400);
+    ASSERT_TRUE(life.creature().dozing);
+    life.creature().hook("hello");
+    const auto before = life.decisions.size();
+    life.advance(10);
+    EXPECT_GT(life.decisions.size(), before);
+}
+
+TEST(AUserWhoIsBack, ByGrabbingTheSleeperFindsOneHeartbeatInIt) {
+    for (const Seconds held : {1.0, 2.2, 3.0}) {
+        LivingCreature life({});
+        life.computer.setUserPresent(false);
+        life.advance(400);
+        const Point at = life.pet().position();
+        life.computer.movePointer({at.x, at.y + 25});
+        life.computer.press(MouseButton::left);
+        ASSERT_TRUE(life.creature().held);
+        life.computer.setUserPresent(true);
+        life.advance(held);
+        life.computer.release(MouseButton::left);
+        life.advance(10);
+        const auto before = life.times.size();
+        life.advance(600);
+        ASSERT_GT(life.times.size(), before + 1);
+        for (std::size_t i = before + 1; i < life.times.size(); ++i) {
+            EXPECT_GT(life.times[i] - life.times[i - 1], 0.9) << held;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace quibbits

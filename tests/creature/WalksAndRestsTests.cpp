@@ -224,5 +224,44 @@ TEST(TheGround, GivingWayUnderAStandingCreatureBringsItDownAndItGoesOn) {
     EXPECT_GT(life.decisions.size(), before);
 }
 
+TEST(TheGround, RisingOverAWalkingCreatureLiftsItUp) {
+    LivingCreature life({});
+    life.creature().stop([] {});
+    life.pet().drag({600, 0});
+    life.creature().go({.to = {900, 0}, .speed = 50}, [&] { life.creature().think(); });
+    life.advance(1);
+    life.computer.setDock(Rect{300, 0, 900, 60});
+    life.advance(20);
+    EXPECT_NEAR(life.pet().position().y, 60, 1e-6);
+    const auto before = life.decisions.size();
+    life.advance(120);
+    EXPECT_GT(life.decisions.size(), before);
+}
+
+TEST(TheGround, ShrinkingWithTheScreenBringsACreatureBackIntoSight) {
+    LivingCreature life({});
+    life.creature().stop([] {});
+    life.pet().drag({1400, 0});
+    life.creature().sit(20, [&] { life.creature().think(); });
+    life.computer.setScreen({1024, 768}, 1);
+    life.advance(1);
+    EXPECT_LE(life.pet().position().x, 1004);
+    life.computer.setScreen({2560, 1440}, 1);
+    life.advance(1);
+    EXPECT_EQ(life.pet().walkArea, (Range{20, 2540}));
+}
+
+TEST(TheGround, GivingWayUnderASleeperLowersItWithoutWakingIt) {
+    LivingCreature life({});
+    life.computer.setDock(Rect{0, 0, 1440, 70});
+    life.advance(1);
+    life.creature().hook("focus");
+    life.advance(5);
+    life.computer.setDock(std::nullopt);
+    life.advance(1);
+    EXPECT_NEAR(life.pet().position().y, 0, 1e-6);
+    EXPECT_TRUE(life.creature().dozing);
+}
+
 }  // namespace
 }  // namespace quibbits
