@@ -34,6 +34,9 @@ struct Gait {
 
 class Pet {
 public:
+    /// Points of the screen at either side that the foot point keeps away from.
+    static constexpr double sideMargin = 20;
+
     /// `scale` is points per sheet pixel.
     Pet(LayerEngine& engine, const TextMeasure& text, double scale);
     ~Pet();
@@ -42,7 +45,7 @@ public:
 
     // The world, as the stage tells it.
     std::vector<Ground> ground;  // base rows first, then desktop icons
-    Range walkArea;              // where the foot point may go
+    Range walkArea;              // where the foot point may go, sideMargin inside the screen
     double ceiling = 0;          // highest y that a flying creature may use
     std::function<std::optional<Rect>()> frontWindow = [] { return std::nullopt; };
     std::function<std::vector<Ground>()> openSpots = [] { return std::vector<Ground>{}; };
@@ -193,6 +196,8 @@ private:
         Seconds typing = 0;
     };
     std::optional<Spoken> showDialog(const Expression& expression, int turn);
+    /// How far something about the foot point must move to the side to be on the screen.
+    double shiftIntoSight(double left, double right) const;
     void typeOut(const StyledText& whole, std::size_t prefix, Seconds step, int turn);
     void showThought(const Image& image, Point at);
     void buildLayers();

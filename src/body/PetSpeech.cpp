@@ -40,7 +40,7 @@ void Pet::showFace(const Expression& e) {
     const auto spoken = showDialog(e, turn);
 
     const Transaction still(engine_, Transaction::withoutActions());
-    Point at{0, side / 2 + headHeight * scale_};
+    Point at{shiftIntoSight(-side / 2, side / 2), side / 2 + headHeight * scale_};
     if (spoken) at = {spoken->panel.minX() + side / 2, spoken->panel.maxY() + side / 2 + 2};
     bubble_->change([&](LayerProperties& l) {
         l.content = Picture{e.image, Filter::nearest};
@@ -90,7 +90,9 @@ std::optional<Pet::Spoken> Pet::showDialog(const Expression& e, int turn) {
     const double tw = std::ceil(measured.width);
     const double th = std::ceil(measured.height);
     const double width = tw + 28;
-    const Rect panel{-width / 2, headHeight * scale_ + 6, width, th + 26};
+    Rect panel{-width / 2, headHeight * scale_ + 6, width, th + 26};
+    const double shift = shiftIntoSight(panel.minX(), panel.maxX());
+    panel.x += shift;
 
     dialog_->setFrame(panel);
     dialog_->change([&](LayerProperties& l) {
@@ -109,7 +111,8 @@ std::optional<Pet::Spoken> Pet::showDialog(const Expression& e, int turn) {
     caption_->setFrame({14, 14, tw + 2, th + 2});
     caption_->setContent(
         Text{.text = {.fontSize = fontSize, .weight = FontWeight::semibold}, .wrapped = true});
-    dialogArrow_->setFrame({width / 2 - 6, 2, 12, 10});
+    const Range underPanel{10, width - 22};  // the arrow stays over the head as far as it can
+    dialogArrow_->setFrame({underPanel.clamp(width / 2 - 6 - shift), 2, 12, 10});
     dialogArrow_->setContent(Text{.text = {.runs = {{"▼", Color::white()}}, .fontSize = 7},
                                   .alignment = TextAlignment::center});
     dialogArrow_->add({.keyPath = KeyPath::opacity,
@@ -123,6 +126,14 @@ std::optional<Pet::Spoken> Pet::showDialog(const Expression& e, int turn) {
         longestTyping / static_cast<double>(std::max<std::size_t>(letters, 1)), slowestLetter);
     typeOut(whole, before, step, turn);
     return Spoken{panel, step * static_cast<double>(letters)};
+}
+
+double Pet::shiftIntoSight(double left, double right) const {
+    constexpr double margin = 4;  // points kept free at the screen's sides
+    const double x = position().x;
+    const Range screen{walkArea.lo - sideMargin + margin, walkArea.hi + sideMargin - margin};
+    if (screen.width() < right - left) return 0;
+    return std::max(screen.lo - (x + left), 0.0) + std::min(screen.hi - (x + right), 0.0);
 }
 
 void Pet::typeOut(const StyledText& whole, std::size_t prefix, Seconds step, int turn) {

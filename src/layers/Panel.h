@@ -57,12 +57,14 @@ public:
     virtual bool isVisible() const = 0;
     /// While true, every click and move goes to what lies beneath. A panel starts so.
     virtual void setIgnoresMouse(bool ignores) = 0;
-    /// The parts of the panel that are meant when it takes the mouse, in its own coordinates. Told
-    /// at every move of the pointer; a backend that can confine the mouse to them does so, the
-    /// others take it everywhere.
-    virtual void setMouseAreas(const std::vector<Rect>& areas) { static_cast<void>(areas); }
     /// Opens a menu with its upper left corner at the point, shifted to stay on the screen.
     virtual void popUp(Menu menu, Point at) = 0;
+
+    /// The parts of the panel that take the mouse, in its own coordinates. A backend that can confine
+    /// the mouse to them asks when the pointer or the picture has moved, and lets a quick press on
+    /// one in without waiting for setIgnoresMouse; the others take the mouse everywhere while they
+    /// do not ignore it.
+    std::function<std::vector<Rect>()> mouseAreas;
 
     // Events while the panel takes the mouse. Positions are read from Pointer.
     std::function<void()> onMouseMoved;

@@ -41,7 +41,9 @@ void SimulatedPanel::popUp(Menu menu, Point at) {
 bool SimulatedPanel::takesMouseAt(Point global) const {
     if (!shown_ || ignoresMouse_) return false;
     const Point at = global - Vector{frame_.x, frame_.y};
-    return std::ranges::any_of(mouseAreas_, [&](const Rect& r) { return r.contains(at); });
+    if (!mouseAreas) return true;
+    const auto areas = mouseAreas();
+    return std::ranges::any_of(areas, [&](const Rect& r) { return r.contains(at); });
 }
 
 void SimulatedPanel::follow() {

@@ -27,7 +27,6 @@ public:
     void orderOut() override { shown_ = false; }
     bool isVisible() const override { return shown_; }
     void setIgnoresMouse(bool ignores) override { ignoresMouse_ = ignores; }
-    void setMouseAreas(const std::vector<Rect>& areas) override { mouseAreas_ = areas; }
     void popUp(Menu menu, Point at) override;
 
     PanelLevel level() const { return level_; }
@@ -51,7 +50,6 @@ private:
     bool acceptsDrops_;
     bool shown_ = false;
     bool ignoresMouse_ = true;
-    std::vector<Rect> mouseAreas_;
     Timer wake_;
 };
 

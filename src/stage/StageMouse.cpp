@@ -16,6 +16,7 @@ constexpr double itemNotice = 250;  // points within which a creature notices a 
 }  // namespace
 
 void StageWindow::installEvents() {
+    panel_->mouseAreas = [this] { return mouseAreas(); };
     panel_->onMouseMoved = [this] { cursorMoved(); };
     panel_->onMouseDown = [this] { mouseDown(); };
     panel_->onMouseDragged = [this] { mouseDragged(); };
@@ -43,14 +44,14 @@ void StageWindow::takeMouseOver(const Pet* pet) {
     panel_->setIgnoresMouse(ignores);
 }
 
-void StageWindow::updateMouseAreas(double margin) {
+std::vector<Rect> StageWindow::mouseAreas() const {
     std::vector<Rect> areas;
     for (const Pet* pet : pets_) {
         if (!pet->node().model().hidden && pet->interactive) {
-            areas.push_back(mouseArea(*pet, margin));
+            areas.push_back(mouseArea(*pet, mouseReach_));
         }
     }
-    panel_->setMouseAreas(areas);
+    return areas;
 }
 
 void StageWindow::cursorMoved() {
@@ -60,7 +61,7 @@ void StageWindow::cursorMoved() {
     }
     const Point at = pointerOnStage();
     Pet* pet = visiblePet(at, 0);
-    updateMouseAreas(0);
+    mouseReach_ = 0;
     takeMouseOver(pet);
     if (computer_.pointer.buttons().any()) return;
     if (pet && pet->onHover) pet->onHover(at);
@@ -132,7 +133,7 @@ void StageWindow::itemDragMoved(std::optional<Point> at) {
     const Rect frame = panel_->frame();
     const Point here = *at - Vector{frame.x, frame.y};
     Pet* pet = visiblePet(here, itemReach);
-    updateMouseAreas(itemReach);
+    mouseReach_ = itemReach;
     takeMouseOver(pet);
     for (Pet* each : pets_) {
         if (distance(each->position(), here) < itemNotice && each->onItemNear) {

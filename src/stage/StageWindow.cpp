@@ -6,7 +6,6 @@ namespace quibbits {
 
 namespace {
 
-constexpr double edge = 20;           // points of the walk area kept free at either side
 constexpr double headroom = 60;       // art pixels between the ceiling and the top
 constexpr double untouchableRim = 2;  // art pixels at the sprite's edges that let clicks through
 
@@ -53,7 +52,7 @@ void StageWindow::add(Pet& pet, double x) {
 
 void StageWindow::measureRoom(Pet& pet) const {
     const Rect frame = panel_->frame();
-    pet.walkArea = {edge, std::max(frame.width - edge, edge)};
+    pet.walkArea = {Pet::sideMargin, std::max(frame.width - Pet::sideMargin, Pet::sideMargin)};
     const auto screen = computer_.screens.main();
     const Rect visible = screen ? screen->visibleFrame : frame;
     pet.ceiling = visible.maxY() - frame.minY() - headroom * pet.scale();

@@ -54,7 +54,7 @@ private:
     bool drop(const DragInfo& drag);
     void takeMouseOver(const Pet* pet);
     Rect mouseArea(const Pet& pet, double margin) const;
-    void updateMouseAreas(double margin);
+    std::vector<Rect> mouseAreas() const;
     void popUpMenu(Pet& pet);
 
     // What can be walked on (GroundModel.cpp).
@@ -80,6 +80,7 @@ private:
     std::vector<Pet*> pets_;  // the last is topmost
     std::optional<Carry> held_;
     bool ignoresMouse_ = true;
+    double mouseReach_ = 0;  // beyond the sprites, while an item is dragged
 
     std::vector<Ground> ground_;  // base rows
     std::vector<Ground> icons_;

@@ -204,6 +204,17 @@ TEST_F(PetMotion, AFallTakesAsLongAsItIsHigh) {
     }
 }
 
+TEST_F(PetMotion, AFallEndsOnAnIconOnTheWay) {
+    pet->ground.push_back({{150, 250}, 100, false});
+    pet->drag({200, 400});
+    EXPECT_EQ(pet->fall(Pet::Falling::freely, note()), 300);
+    advance(2);
+    EXPECT_EQ(pet->position(), (Point{200, 100}));
+    EXPECT_FALSE(pet->isAirborne());
+    pet->ground.pop_back();
+    EXPECT_TRUE(pet->isAirborne()) << "its icon was taken away";
+}
+
 TEST_F(PetMotion, ADragCountsItsReversalsAndNoTrembling) {
     struct Row {
         const char* what;

@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
+#include <cmath>
 #include <set>
 
 #include "body/HandmadeSet.h"
 #include "body/Pixels.h"
 #include "body/Sheets.h"
-#include "platform/Random.h"
 
 namespace quibbits {
 namespace {
@@ -73,30 +74,6 @@ TEST(ADescription, ThatBreaksOffKeepsItsFinishedEntries) {
     for (std::size_t cut = whole.size(); cut < set.events.size(); ++cut) {
         const auto data = AnimData::parse({set.events.begin(), set.events.begin() + cut});
         ASSERT_EQ(data.order, Names{"A"}) << cut;
-    }
-}
-
-TEST(ADescription, OfAnyEventsAtAllIsRead) {
-    const char* const tags[] = {"Anim", "Name", "FrameHeight", "Duration", "CopyOf", "Other"};
-    const char* const texts[] = {"Idle", "Walk", "7", "-1", "  ", "99999999999999999999"};
-    Random random(12);
-    for (int i = 0; i < 300; ++i) {
-        HandmadeSet set;
-        set.pictures["set-idle"] = HandmadeSet::rowsOf(20, 3, 10);
-        set.pictures["set-walk"] = HandmadeSet::rowsOf(3, 1, 2);
-        for (int n = 0; n < 120; ++n) {
-            switch (random.index(3)) {
-                case 0: set.open(random.pick(tags)); break;
-                case 1: set.text(random.pick(texts)); break;
-                default: set.close(random.pick(tags)); break;
-            }
-        }
-        const Sheets sheets(set, "set", {});
-        for (const auto& [name, anim] : sheets.all) {
-            ASSERT_TRUE(sheets.data().anims.contains(name));
-            ASSERT_TRUE(anim.image);
-            ASSERT_LE(anim.frames.size(), 10000u);
-        }
     }
 }
 

@@ -162,6 +162,37 @@ TEST(Scores, AreZeroWithoutTheOneThingThatAnOptionNeeds) {
     }
 }
 
+TEST(Scores, AreTheirWholeBaseForALivelyCreatureWithEverythingAtHand) {
+    using enum Intent;
+    const std::map<Intent, double> lesser{{nap, 0},  {rest, 0},       {sit, 0.18},
+                                          {yawn, 0}, {daydream, 0.2}, {hum, 0}};
+    constexpr bool Mind::*plain = nullptr;
+    for (const auto kind : {plain, &Mind::coralian, &Mind::ghost}) {
+        const Mind mind = eagerMind(kind);
+        for (const Option& option : Brain::score(mind)) {
+            const auto other = lesser.find(option.intent);
+            EXPECT_NEAR(option.score,
+                        other == lesser.end() ? baseOf(option.intent, mind) : other->second, 1e-12)
+                << rawValue(option.intent);
+        }
+    }
+}
+
+TEST(Scores, OfAnExhaustedCreatureAreForRestAndForWhatTakesNoStrength) {
+    using enum Intent;
+    constexpr bool Mind::*plain = nullptr;
+    for (const auto kind : {plain, &Mind::coralian, &Mind::ghost}) {
+        Mind mind = eagerMind(kind);
+        mind.energy = 0.15;
+        for (const Option& option : Brain::score(mind)) {
+            const bool easy = option.intent == nap || option.intent == rest ||
+                              option.intent == sit || option.intent == askForBerry ||
+                              option.intent == chargeUp || option.intent == teleport;
+            EXPECT_EQ(option.score > 0, easy) << rawValue(option.intent);
+        }
+    }
+}
+
 TEST(Scores, MakeHalfASleepyCreatureNapAtNightOnly) {
     EXPECT_EQ(scoreOf({.energy = 0.475}, Intent::nap), 0);
     EXPECT_NEAR(scoreOf({.energy = 0.475, .night = true}, Intent::nap), 0.5, 1e-12);

@@ -132,7 +132,7 @@ TEST_F(PanelTest, AQuickPressCatchesAWalkingCreature) {
     showPanel();
     double x = 330;
     const auto walk = loop.every(0.05, [&] { moveCreature({x += 2.25, 330}); });
-    panel->hotAreaSource = [this] { return std::vector{creatureRect()}; };
+    panel->mouseAreas = [this] { return std::vector{creatureRect()}; };
     for (int attempt = 0; attempt < 5; ++attempt) {
         other->movePointer(1000, down(700));
         turnFor(attempt % 2 ? 0.3 : 1.4);  // the pointer was moving a moment ago, or was still

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "rules/Growth.h"
 #include "rules/Region.h"
-#include "rules/Roster.h"
 #include "sim/SimulatedComputer.h"
 
 namespace quibbits {

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <set>
 #include <vector>
 
@@ -9,24 +8,6 @@
 
 namespace quibbits {
 namespace {
-
-TEST(Natures, CoverEveryPairOfStatsOnceAndFiveAreNeutral) {
-    std::set<std::pair<int, int>> pairs;
-    std::set<std::string_view> names;
-    int neutral = 0;
-    for (const Nature& nature : Nature::all()) {
-        EXPECT_TRUE(names.insert(nature.name).second) << nature.name;
-        EXPECT_EQ(nature.up.has_value(), nature.down.has_value()) << nature.name;
-        if (nature.up) {
-            EXPECT_NE(nature.up, nature.down) << nature.name;
-            pairs.emplace(static_cast<int>(*nature.up), static_cast<int>(*nature.down));
-        } else {
-            ++neutral;
-        }
-    }
-    EXPECT_EQ(pairs.size(), 20u);
-    EXPECT_EQ(neutral, 5);
-}
 
 TEST(Natures, SayWhatTheyChange) {
     struct Row {

@@ -182,7 +182,7 @@ void XPanel::paintFrame() {
         ++stats_.repaints;
         lastFrame_ = now;
         restSoon();
-        if (hotAreaSource) updateInput();
+        if (mouseAreas) updateInput();
     }
     if (const auto wake = tree_.nextWake(now)) frameAt(std::max(*wake, lastFrame_ + frameInterval));
 }
@@ -219,7 +219,8 @@ void XPanel::restSoon() {
 // The mouse.
 
 void XPanel::setIgnoresMouse(bool ignores) {
-    if (ignores == hotArea_.ignores()) return;
+    // Where the areas that take the mouse are known, they alone do, and in time for a quick press.
+    if (mouseAreas || ignores == hotArea_.ignores()) return;
     hotArea_.setIgnores(ignores);
     updateInput();
 }
@@ -231,7 +232,7 @@ void XPanel::setHotArea(std::vector<Rect> rects) {
 
 void XPanel::updateInput() {
     auto& loop = connection_.loop();
-    if (hotAreaSource) hotArea_.setWanted(hotAreaSource(), loop.now());
+    if (mouseAreas) hotArea_.setWanted(mouseAreas(), loop.now());
     const Point pointer = pointer_.location() - Vector{frame_.x, frame_.y};
     const auto decision = hotArea_.decide(pointer, loop.now());
 

@@ -45,9 +45,6 @@ public:
     /// setIgnoresMouse, so that a quick click is caught. While a creature walks far from the
     /// pointer they may be left unset for the time being.
     void setHotArea(std::vector<Rect> rects);
-    /// Gives the hot area instead of setHotArea: asked after every painted frame and when the
-    /// pointer moves, so that keeping it up to date wakes nobody.
-    std::function<std::vector<Rect>()> hotAreaSource;
 
     PanelStats stats() const;
 
