@@ -27,12 +27,14 @@ install_packages() {
             apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# build_preset PRESET [TARGET...]: configures when needed and builds, quietly unless it fails.
+# build_preset PRESET OPTIONS [TARGET...]: configures with the options and builds, quietly unless it
+# fails.
 build_preset() {
-    local preset=$1 log
-    shift
+    local preset=$1 options=$2 log
+    shift 2
     log=$(mktemp)
-    if ! { cmake --preset "$preset" -S "$root" &&
+    # shellcheck disable=SC2086
+    if ! { cmake --preset "$preset" -S "$root" $options &&
            cmake --build "$root/build/$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then
         grep -E 'error|FAILED|CMake Error' -A 12 "$log" | head -80 >&2
         rm -f "$log"
@@ -40,3 +42,7 @@ build_preset() {
     fi
     rm -f "$log"
 }
+
+# What the tests and benchmarks are built with; a build that was begun without them gets them.
+with_tests="-DQUIBBITS_TESTS=ON -DQUIBBITS_BENCH=ON"
+without_tests="-DQUIBBITS_TESTS=OFF -DQUIBBITS_BENCH=OFF"
