@@ -2,14 +2,16 @@
 # the bottom. Sourced; expects $scratch and the list `started`.
 
 start_virtual_desktop() {
-    local size=$1 number=90
-    while [ -e "/tmp/.X11-unix/X$number" ] || [ -e "/tmp/.X$number-lock" ]; do
-        number=$((number + 1))
-    done
-    Xvfb ":$number" -screen 0 "${size}x24" +extension Composite +extension RANDR \
-        -nolisten tcp >"$scratch/xvfb.log" 2>&1 &
+    local size=$1
+    : >"$scratch/display"
+    Xvfb -displayfd 3 -screen 0 "${size}x24" +extension Composite +extension RANDR \
+        -nolisten tcp 3>"$scratch/display" 2>"$scratch/xvfb.log" &
     started+=($!)
-    export DISPLAY=:$number
+    for _ in $(seq 100); do
+        [ -s "$scratch/display" ] && break
+        sleep 0.1
+    done
+    export DISPLAY=:$(cat "$scratch/display")
     for _ in $(seq 100); do
         xdpyinfo >/dev/null 2>&1 && break
         sleep 0.1

@@ -179,6 +179,24 @@ public:
     /// Sits still; longer while the cursor holds its attention, for 30 seconds at most.
     void sit(Seconds seconds, Done done);
 
+    // Cursor ----------------------------------------------------------------------------------
+
+    /// The pointer moved somewhere: a sitting creature follows it with its eyes.
+    void watch(Point point);
+    /// The pointer rests on the creature: petting.
+    void cursorNearby(Point point);
+    /// Another application came to the front: a short look up.
+    void glance();
+
+    // Feeding ---------------------------------------------------------------------------------
+
+    bool likes(Item item) const;
+    bool dislikes(Item item) const;
+    /// An item is being dragged near the creature.
+    void itemNear(Point point);
+    /// An item was dropped on it: a berry to eat, or something for the species to use.
+    void received(Item item);
+
     // Handling --------------------------------------------------------------------------------
 
     virtual void pickedUp();
@@ -206,6 +224,10 @@ protected:
     virtual void didLevelUp() {}
     virtual void refreshMoves() {}
     virtual void petted() {}
+    /// Deals with an item that is no berry; true when it knew what to do with it.
+    virtual bool use(Item item);
+    /// The body was interrupted: cleans up what a routine of the species' own has left.
+    virtual void interrupted() {}
     virtual void chargerPlugged();
     virtual void celebrateHook();
     virtual bool startDemo(const std::string& word);
@@ -367,6 +389,22 @@ private:
     void finishJob();
     void greetBack(bool wasDozing);
 
+    // Cursor.
+    bool sitsQuietly() const;
+    void look(Gaze gaze);
+    void react(Point point);
+    void startle();
+    void shyAway(Point point);
+    void enjoyPetting(Point point);
+
+    // Feeding.
+    void eat(Item item, Done done);
+    void taste(Item item);
+    void lickUp(Item item, const Anim& licking, const Nibble& tongue, Done done);
+    void biteOff(Layer& food, int bite, double ahead, const Image& picture);
+    /// Holds the food that is being eaten, and takes the last one away.
+    void keepFood(LayerRef food);
+
     // Handling.
     void landed(double height);
     void landSoftly();
@@ -393,6 +431,13 @@ private:
     std::optional<int> seatedAt_;  // the body's token at the moment of sitting
     Date watchingUntil_ = Date::distantPast();
     Date eatingUntil_ = Date::distantPast();
+    std::optional<Date> approachedAt_;  // when the pointer came near; absent while it is away
+    bool settledIn_ = false;            // it has warmed to the pointer's present visit
+    Date lastNoticed_ = Date::distantPast();
+    Date lastGlance_ = Date::distantPast();
+    Point lastCursor_;
+    Date lastCursorAt_ = Date::distantPast();
+    LayerRef food_;
     bool hungerNotified_ = false;
     std::vector<Subscription> subscriptions_;
 };

@@ -73,6 +73,15 @@ void Companion::awaken() {
 
 void Companion::joinBody() {
     // The body is a part of the creature, so these may name it plainly.
+    pet_.onHover = [this](Point at) { cursorNearby(at); };
+    pet_.onCursor = [this](Point at) { watch(at); };
+    pet_.onItem = [this](Item item) { received(item); };
+    pet_.onItemNear = [this](Point at) { itemNear(at); };
+    pet_.onInterrupt = [this] {
+        keepFood(nullptr);
+        interrupted();
+    };
+    subscriptions_.push_back(computer().workspace.activated.subscribe([this] { glance(); }));
     pet_.onPickUp = [this] { pickedUp(); };
     pet_.onDrop = [this] { dropped(); };
     // The ground may change while the creature thinks; it looks down afterwards.
@@ -199,6 +208,10 @@ const VoiceTable& Companion::voice() const {
 
 std::string Companion::evolutionName(Stage to, const std::optional<std::string>&) const {
     return displayName(to);
+}
+
+bool Companion::use(Item) {
+    return false;
 }
 
 bool Companion::startDemo(const std::string&) {

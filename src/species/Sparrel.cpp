@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "rules/Region.h"
 #include "species/SheetNames.h"
 
 namespace quibbits {
@@ -137,6 +138,19 @@ void Sparrel::refreshMoves() {
 void Sparrel::petted() {
     if (!knows("Sweet Peck")) return;
     pet_.runLoop().after(0.5, pet_.lifetime().guard([this] { pet_.hearts(); }));
+}
+
+bool Sparrel::use(Item item) {
+    if (item != Item::stormPebble) return false;
+    if (!canEvolve()) {
+        feelIfShown(Face::surprised, {.seconds = 2.5});
+        return true;
+    }
+    const bool abroad = currentRegion(computer().defaults) == Region::coralis;
+    pendingEvolution = {Stage::thrummet,
+                        abroad ? std::optional(std::string(coralisForm)) : std::nullopt};
+    if (pet_.showMenu) pet_.showMenu();
+    return true;
 }
 
 std::vector<std::string> Sparrel::unlockedMoves() const {

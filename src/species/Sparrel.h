@@ -32,6 +32,7 @@ protected:
     bool absorbsCharge(double minutes) override;
     void refreshMoves() override;
     void petted() override;
+    bool use(Item item) override;
     void chargerPlugged() override;
     void celebrateHook() override;
     std::vector<std::string> unlockedMoves() const override;

@@ -89,6 +89,17 @@ std::optional<Item> Umbrool::evolveItem() const {
     return std::nullopt;
 }
 
+bool Umbrool::use(Item item) {
+    if (item != Item::tetherLoop) return false;
+    if (!canEvolve()) {
+        feelIfShown(Face::surprised, {.seconds = 2.5});
+        return true;
+    }
+    pendingEvolution = {Stage::umbrool, std::nullopt};
+    if (pet_.showMenu) pet_.showMenu();
+    return true;
+}
+
 std::vector<std::string> Umbrool::playful() const {
     std::vector<std::string> names;
     for (const char* name : {"Twirl", "Rotate", "Double", "Tumble", "TumbleBack", "Trip"}) {

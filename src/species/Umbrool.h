@@ -25,6 +25,7 @@ public:
     std::optional<Item> evolveItem() const override;
 
 protected:
+    bool use(Item item) override;
     std::vector<std::string> playful() const override;
 };
 

@@ -18,7 +18,7 @@ public:
     void strike() {
         SimulatedComputer& c = life_.computer;
         Companion& creature = life_.creature();
-        switch (chance_.index(14)) {
+        switch (chance_.index(17)) {
             case 0: c.setDock(chance_.coin() ? std::optional(dock()) : std::nullopt); break;
             case 1: c.setScreen({chance_.uniform(800, 2560), chance_.uniform(600, 1440)}, 1); break;
             case 2: scatterIcons(); break;
@@ -32,6 +32,9 @@ public:
             case 10: c.runLoop.shiftClock(chance_.uniform(-100, 40000)); break;
             case 11: openWindow(); break;
             case 12: c.defaults.set("overApps", chance_.coin()); break;
+            case 13: c.movePointer(life_.pet().frame().center()); break;
+            case 14: feed(); break;
+            case 15: c.bringToFront({.id = "other", .process = 9}); break;
             default: wander(); break;
         }
     }
@@ -48,6 +51,7 @@ public:
         c.setNetwork(true);
         c.setMusic("Paused");
         c.windows.windows.clear();
+        c.movePointer({0, 890});
         life_.advance(30);
     }
 
@@ -60,6 +64,15 @@ private:
             icons.push_back({"file", {chance_.uniform(0, 1300), chance_.uniform(20, 400), 64, 64}});
         }
         life_.computer.fileBrowser.icons = icons;
+    }
+
+    void feed() {
+        const Point at = life_.pet().frame().center();
+        life_.app->stage()->itemDragMoved(at + Vector{chance_.uniform(-300, 300), 0});
+        life_.advance(chance_.uniform(0, 2));
+        life_.computer.dropOnStage({.location = life_.pet().frame().center(),
+                                    .item = std::string(rawValue(chance_.pick(allItems)))});
+        life_.app->stage()->itemDragMoved(std::nullopt);
     }
 
     void wander() {
@@ -114,7 +127,7 @@ void expectAlive(LivingCreature& life, const std::string& when) {
 TEST(AWeekOfRandomEvents, LeavesEveryCreatureAliveWithOneHeartbeat) {
     const std::uint64_t fresh = std::random_device{}();
     std::cout << "fresh seed " << fresh << "\n";
-    for (const std::uint64_t seed : {std::uint64_t{1}, std::uint64_t{2}, std::uint64_t{3}, fresh}) {
+    for (const std::uint64_t seed : {std::uint64_t{1}, fresh}) {
         for (const char* stage : {"sparrel", "wispul"}) {
             const std::string store = stage == std::string("wispul") ? "umbrool" : "pet";
             LivingCreature life({.store = store, .stage = stage, .seed = seed});
