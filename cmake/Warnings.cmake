@@ -10,6 +10,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(quibbits_flags INTERFACE -Wno-restrict)
 endif()
 if(QUIBBITS_SANITIZE)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # What the sanitizers put in between confuses the flow analysis.
+    target_compile_options(quibbits_flags INTERFACE -Wno-maybe-uninitialized)
+  endif()
   target_compile_options(quibbits_flags INTERFACE
     -fsanitize=${QUIBBITS_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(quibbits_flags INTERFACE -fsanitize=${QUIBBITS_SANITIZE})
