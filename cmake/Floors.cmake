@@ -1,3 +1,11 @@
+# The standard headers that most files include, parsed once a target where the build asks for it.
+function(quibbits_precompile target)
+  if(QUIBBITS_PRECOMPILE)
+    target_precompile_headers(${target} PRIVATE
+      <algorithm> <functional> <map> <memory> <optional> <string> <variant> <vector>)
+  endif()
+endfunction()
+
 # The house: every folder under src/ is a target, and a target sees the headers of the folders it
 # links and no others. Headers are named from src/ ("layers/Layer.h"); each target exports an
 # include directory that holds one link, to its own folder, so an include that reaches up a floor
@@ -6,8 +14,8 @@
 #   quibbits_folder(layers FLOOR 1 USES platform)
 #
 # Every source in the folder belongs to it, save those after EXCEPT; with RECURSE also those of its
-# subfolders. FLOOR is the storey of the design; USES may name lower floors only. Folders without a FLOOR stand
-# beside the core and may use any of it.
+# subfolders. FLOOR is the storey of the design; USES may name lower floors only. Folders
+# without a FLOOR stand beside the core and may use any of it.
 function(quibbits_folder name)
   cmake_parse_arguments(ARG "RECURSE" "FLOOR" "USES;LINKS;EXCEPT" ${ARGN})
   string(REPLACE "/" "_" target "${name}")
@@ -30,6 +38,7 @@ function(quibbits_folder name)
     add_library(${target} STATIC ${sources})
     set(scope PUBLIC)
     target_link_libraries(${target} PRIVATE quibbits_flags)
+    quibbits_precompile(${target})
   else()
     add_library(${target} INTERFACE)
     set(scope INTERFACE)

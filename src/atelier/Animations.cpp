@@ -26,6 +26,14 @@ Pose stanceOf(Builds build, double phase) {
         pose.legLeft = -9;
         pose.legRight = 10;
     }
+    if ((build & (tall | dusk)) != 0) {
+        pose.legLeft = -16;
+        pose.legRight = 17;
+    }
+    if ((build & ball) != 0) {
+        pose.legLeft = -18;
+        pose.legRight = 18;
+    }
     if ((build & ghosts) != 0) pose.tailSway = 10 * std::sin(phase);
     if ((build & dusk) != 0) pose.armLeft = pose.armRight = 8;
     return pose;

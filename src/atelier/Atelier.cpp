@@ -115,7 +115,10 @@ bool writeDescriptions(const fs::path& folder, const Commission& work) {
 }  // namespace
 
 bool writePng(const fs::path& path, const Image& image) {
-    const auto bytes = encodePng({image.width, image.height}, image.argb);
+    return writeBytes(path, encodePng({image.width, image.height}, image.argb));
+}
+
+bool writeBytes(const fs::path& path, std::span<const std::byte> bytes) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     file.write(reinterpret_cast<const char*>(bytes.data()),
                static_cast<std::streamsize>(bytes.size()));

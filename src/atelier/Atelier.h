@@ -1,6 +1,7 @@
 // The whole set: draws forms and writes their sheets, descriptions and portraits into a folder.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <span>
 
@@ -14,5 +15,7 @@ namespace quibbits::atelier {
 bool writeSet(const std::filesystem::path& folder, std::span<const Form> chosen);
 
 bool writePng(const std::filesystem::path& path, const Image& image);
+/// Writes a whole file; an empty one counts as a failure.
+bool writeBytes(const std::filesystem::path& path, std::span<const std::byte> bytes);
 
 }  // namespace quibbits::atelier

@@ -206,6 +206,36 @@ void closePinholesAndDropSpecks(CellGrid& grid) {
     }
 }
 
+/// A single pixel on a straight edge of five or more: where a round shape just reaches into a row,
+/// its outline would stand off as a wart.
+bool isWart(const CellGrid& grid, int x, int y) {
+    if (grid.seen(x, y) == nullptr) return false;
+    Step towards;
+    int filled = 0;
+    for (const auto& step : neighbours) {
+        if (grid.seen(x + step.x, y + step.y) == nullptr) continue;
+        ++filled;
+        towards = step;
+    }
+    if (filled != 1) return false;
+    const auto* base = grid.seen(x + towards.x, y + towards.y);
+    return std::ranges::all_of(std::array{-2, -1, 1, 2}, [&](int along) {
+        const auto* edge =
+            grid.seen(x + towards.x + along * towards.y, y + towards.y + along * towards.x);
+        return edge != nullptr && edge->part == base->part;
+    });
+}
+
+void smoothWarts(CellGrid& grid) {
+    std::vector<Step> warts;
+    for (int y = 0; y < grid.height; ++y) {
+        for (int x = 0; x < grid.width; ++x) {
+            if (isWart(grid, x, y)) warts.push_back({x, y});
+        }
+    }
+    for (const auto& [x, y] : warts) grid.at(x, y) = {};
+}
+
 /// A pixel whose material stands alone among its neighbours takes the one most of them share.
 void joinLonelyMaterials(CellGrid& grid) {
     for (int y = 0; y < grid.height; ++y) {
@@ -302,6 +332,7 @@ CellGrid cast(const Model& model, const Canvas& canvas) {
         }
     }
     for (int pass = 0; pass < 2; ++pass) closePinholesAndDropSpecks(grid);
+    smoothWarts(grid);
     joinLonelyMaterials(grid);
     for (int pass = 0; pass < 2; ++pass) ToneSmoother(grid).run();
     return grid;

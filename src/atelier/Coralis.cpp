@@ -38,9 +38,11 @@ void shapeTail(Model& model, const Frame& hip, const Pose& pose) {
 void shapeAntler(Model& model, const Frame& head, Side side, const Pose& pose) {
     const double sign = sideSign(side);
     const Part part = either(side, Part::earLeft, Part::earRight);
-    const Frame antler = head.moved({4.2 * sign, 3.8, -1.2})
-                             .rolled(-sign * (30 + pose.earSpread))
-                             .pitched(-pose.ear - 26);
+    const auto [near, far] = pairCheat(head, side);
+    const Frame antler =
+        head.moved({4.2 * sign, 3.8 + 0.6 * near - 2.0 * far, -1.2 + 0.8 * near - 1.0 * far})
+            .rolled(-sign * (30 - 30 * near + pose.earSpread))
+            .pitched(-pose.ear - 26);
     model.chain(
         antler,
         {.points = {{0, -1, 0}, {0, 2, 0}, {0.8 * sign, 4.6, 0}, {0.4 * sign, 8.0, 0}},
@@ -59,12 +61,11 @@ void shapeDrops(Model& model, const Frame& root, const Pose& pose) {
     if (pose.footing == Footing::lying) return;
     for (int i = 0; i < 3; ++i) {
         const double angle = pose.phase / 3 + i * fullTurn / 3;
-        const double radius = 1.9 - 0.2 * i;
-        model.ellipsoid(
-            root,
-            {{12.5 * std::cos(angle), 12 + 1.5 * std::sin(angle * 2 + i), 12.5 * std::sin(angle)},
-             {radius, radius, radius}},
-            Material::fluff, Part::sprout);
+        const Frame place =
+            root.moved({11 * std::cos(angle), 6 + std::sin(angle * 2 + i), 11 * std::sin(angle)});
+        // Rigid and on a whole pixel: so small a ball would change its shape on its way.
+        model.ellipsoid(rigid(place).snapped(), {{}, {1.9, 1.9, 1.9}}, Material::fluff,
+                        Part::sprout);
     }
 }
 

@@ -49,7 +49,8 @@ double faceTurnFor(const Form& form, int direction, const Pose& pose) {
 
 Model modelOf(const Form& form, int direction, const Pose& pose) {
     Model model;
-    const Stage stage{rootFor(form, direction, pose), faceTurnFor(form, direction, pose)};
+    const Stage stage{rootFor(form, direction, pose), faceTurnFor(form, direction, pose),
+                      direction >= firstLeftward ? Side::right : Side::left};
     const Head head = form.shape(model, stage, pose);
     form.face(model, head, pose);
     const Frame foot = cameraFor(form, direction).moved({pose.x, pose.y, pose.z});

@@ -45,8 +45,7 @@ Stamp grin(Turn turn) {
         case Turn::facing:
             return {{"D...........D", "DSD.......DSD", ".DSSDDDDDSSD.", "..DSSSDSSSD..",
                      "...DDSSSDD...", ".....DDD....."}};
-        case Turn::halfway:
-            return {{"D........", "DSD.....D", ".DSSDDDSS", "..DSSDSSD", "...DDDDD."}};
+        case Turn::halfway: return {{"D.......D", "DSD...DSD", ".DSSSSSD.", "..DDDDD.."}};
         case Turn::aside: return {{"D....", "DSD..", ".DSSS", "..DDD"}};
     }
     return {};

@@ -44,10 +44,13 @@ void shapeMitten(Model& model, const Frame& head, Side side, const Pose& pose) {
     const double spread = side == Side::right ? pose.spreadRight : pose.spreadLeft;
     const Part part = either(side, Part::puffLeft, Part::puffRight);
     const double bob = 0.9 * std::sin(pose.phase + sign);
-    const Frame hand = head.moved({9.2 * sign, -3.2 + bob, 0.6})
-                           .pitched(-swing)
-                           .rolled(spread * 0.4 * sign)
-                           .moved({0, -1.5, 0.5});
+    const bool facesAway = head.axes.z.z < -0.2;
+    const auto [near, far] = facesAway ? PairCheat{} : pairCheat(head, side);
+    const Frame hand =
+        head.moved({9.2 * sign, -3.2 + bob - 0.8 * near + 2.4 * far, 0.6 - 1.6 * near + 5.6 * far})
+            .pitched(-swing)
+            .rolled(spread * 0.4 * sign)
+            .moved({0, -1.5, 0.5});
     model.ellipsoid(hand, {{0, 0, 0}, {2.0, 1.9, 1.9}}, Material::paw, part);
     model.ellipsoid(hand, {{-1.7 * sign, 1.0, 0.6}, {0.9, 1.1, 0.9}}, Material::paw, part);
     for (const double finger : {-1.4, 0.0, 1.4}) {
@@ -57,7 +60,7 @@ void shapeMitten(Model& model, const Frame& head, Side side, const Pose& pose) {
 
 /// Hangs out a little whenever the mouth is open; to the side it reaches far enough for a berry.
 void shapeTongue(Model& model, const Stage& stage, const Frame& head, const Pose& pose) {
-    if (pose.mouth == Mouth::flat || isStroke(pose.eyes)) {
+    if (pose.mouth == Mouth::flat || isStroke(pose.eyes) || head.axes.z.z < -0.3) {
         if (pose.tongue <= 0.05) return;
     }
     const double sideways = std::abs(stage.root.axes.z.x);
@@ -101,7 +104,7 @@ void face(Model& model, const Head& head, const Pose& pose) {
     for (const Side side : {Side::left, Side::right}) {
         const Spot eye =
             spotOn(head.frame, {{}, hoodRadii}, {29 * sideSign(side), 20},
-                   {.facing = 0.70, .halfway = 0.62, .hidden = isStroke(pose.eyes) ? 0.42 : 0.26});
+                   {.facing = 0.70, .halfway = 0.62, .hidden = isStroke(pose.eyes) ? 0.42 : 0.34});
         lay(model, eye, bellEye(pose.eyes, eye.turn, pictureSide(head.frame, side)));
     }
     const Spot mouth = spotOn(head.frame, {{}, hoodRadii}, {keptInView(head.frame, 34), -16},

@@ -30,7 +30,7 @@ void shapeFoot(Model& model, const Frame& root, Side side, const Pose& pose) {
     const Part part = either(side, Part::legLeft, Part::legRight);
     const Frame foot = root.moved({2.9 * sideSign(side), 1.3 + lift, 0.6})
                            .pitched(-swing * 0.3)
-                           .moved({0, 0, swing * 0.085});
+                           .moved({0, 0, swing * 0.1});
     model.ellipsoid(foot, {{0, 0, 0.6}, {1.9, 1.3, 2.5}}, Material::paw, part);
     model.chain(foot, {.points = {{0, 0.6, 0}, {0, 2.6, -0.4}}, .radii = {1.3, 1.5}}, part);
 }
@@ -38,8 +38,9 @@ void shapeFoot(Model& model, const Frame& root, Side side, const Pose& pose) {
 void shapeEar(Model& model, const Frame& head, Side side, const Pose& pose) {
     const double sign = sideSign(side);
     const Part part = either(side, Part::earLeft, Part::earRight);
-    const Frame ear = head.moved({4.0 * sign, 5.3, -0.4})
-                          .rolled(-sign * (28 + pose.earSpread))
+    const auto [near, far] = pairCheat(head, side);
+    const Frame ear = head.moved({4.0 * sign, 5.3 - 1.6 * far, -0.4 + 0.4 * near})
+                          .rolled(-sign * (28 - 30 * near + pose.earSpread))
                           .pitched(-pose.ear);
     model.ellipsoid(ear, {{0, 1.2, 0}, {2.1, 2.5, 1.6}}, Material::fur, part);
     model.ellipsoid(ear, {{0, 1.2, 1.1}, {1.1, 1.4, 0.8}}, Material::skin, part);
@@ -85,9 +86,10 @@ void shapeArm(Model& model, const Frame& head, Side side, const Pose& pose) {
 }
 
 Head shape(Model& model, const Stage& stage, const Pose& pose) {
-    const Frame head = stage.root.moved({0, 9.0 - 2.6 * pose.settled + pose.bodyY, 0})
-                           .pitched(pose.bodyPitch + pose.headPitch * 0.5 - lookingUp)
+    const Frame head = stage.root.moved({0, 9.8 - 2.6 * pose.settled + pose.bodyY, 0})
+                           .pitched(pose.bodyPitch)
                            .yawed(pose.headYaw + stage.faceTurn)
+                           .pitched(pose.headPitch * 0.5 - lookingUp)
                            .rolled(pose.bodyRoll + pose.headRoll)
                            .moved({0, pose.headY, pose.headZ})
                            .snapped();

@@ -131,7 +131,8 @@ Palette ghostPalette(const GhostCoat& coat, const Ramp& light) {
                    {'B', body.line},
                    {'m', body.deep},
                    {'P', body.deep},
-                   {'p', body.shade}});
+                   {'p', body.shade},
+                   {'V', coat.fog.shade}});
     return palette;
 }
 
@@ -224,7 +225,7 @@ Paints wispulPaints() {
 }
 
 Paints gloamerPaints() {
-    constexpr Ramp mittens{0x22356a, 0x4a6a9c, 0x6f98c4, 0xa6d0e8, 0xd4f2fc, 0xffffff};
+    constexpr Ramp mittens{0x22356a, 0x6288b8, 0x94bcdc, 0xc4e6f4, 0xecfaff, 0xffffff};
     return ghostPaints({.body = {0x1b2549, 0x304a7c, 0x42659c, 0x5e88bc, 0x8cb8de, 0xc4e6f8},
                         .paws = mittens,
                         .fog = mittens},
@@ -235,7 +236,7 @@ Paints gloamerPaints() {
 
 Paints umbroolPaints() {
     return ghostPaints({.body = {0x151a38, 0x27315e, 0x364682, 0x4d64a4, 0x7590c8, 0xa8c4ec},
-                        .paws = {0x1c2450, 0x43589a, 0x5f7cb8, 0x86a8da, 0xb4d0f0, 0xe0f0ff},
+                        .paws = {0x1c2450, 0x5470b0, 0x7c9cd4, 0xa8c8f0, 0xd4e8ff, 0xf4faff},
                         .fog = {0x27396a, 0x4a6a9c, 0x6f98c4, 0x9cc8e4, 0xd0f0fa, 0xffffff}},
                        {.body = {0x2c1030, 0x522450, 0x6e3464, 0x8e4c7c, 0xb47aa0, 0xdcb0cc},
                         .paws = roseMittens,

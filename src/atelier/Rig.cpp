@@ -71,6 +71,15 @@ void Model::chain(const Frame& frame, const Chain& chain, Part part) {
     }
 }
 
+double turnedToViewer(const Frame& frame, Side side) {
+    return normalised(frame.axes.x).z * sideSign(side);
+}
+
+PairCheat pairCheat(const Frame& frame, Side side) {
+    const double turned = turnedToViewer(frame, side);
+    return {.near = std::max(0.0, turned), .far = std::max(0.0, -turned)};
+}
+
 void leg(Model& model, const Frame& body, Side side, const LegShape& shape, const Pose& pose) {
     const bool right = side == Side::right;
     const double swing = right ? pose.legRight : pose.legLeft;
@@ -81,9 +90,10 @@ void leg(Model& model, const Frame& body, Side side, const LegShape& shape, cons
     const Frame hip =
         body.moved({shape.hip.x * sideSign(side), shape.hip.y - 1.6 * pose.settled, shape.hip.z})
             .pitched(-swing);
-    model.chain(hip,
-                {.points = {{0, 0, 0}, {0, ankle, 0}}, .radii = {shape.radius, shape.radius * 0.9}},
-                part);
+    // The shin ends where its round end does not reach below the sole.
+    const double end = shape.radius * 0.9;
+    const double shin = ankle + std::max(0.0, end - shape.foot.y + 0.3);
+    model.chain(hip, {.points = {{0, 0, 0}, {0, shin, 0}}, .radii = {shape.radius, end}}, part);
     model.ellipsoid(hip.moved({0, ankle, 0}).pitched(swing * 0.6),
                     {{0, 0, shape.foot.z * 0.35}, shape.foot}, shape.footMaterial, part);
 }

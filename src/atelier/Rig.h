@@ -42,6 +42,18 @@ constexpr Part either(Side side, Part left, Part right) {
     return side == Side::right ? right : left;
 }
 
+/// How a creature's flank is seen: 1 when it faces the viewer, -1 when it is turned away.
+double turnedToViewer(const Frame& frame, Side side);
+
+/// How far the pair's two sides part in a view from the side. Seen from above, the ear on the near
+/// flank would fold towards the viewer and the far one stand up like a horn: the near one rises and
+/// comes forward, the far one sinks behind it.
+struct PairCheat {
+    double near = 0;  // 0 to 1
+    double far = 0;   // 0 to 1
+};
+PairCheat pairCheat(const Frame& frame, Side side);
+
 /// Markings: the material at a point of an ellipsoid, given on the unit sphere.
 using Markings = std::function<Material(Vec3)>;
 

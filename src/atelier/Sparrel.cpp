@@ -13,8 +13,8 @@ constexpr Ellipsoid muzzle{{0, -2.7, 4.3}, {3.1, 2.3, 2.7}};
 constexpr Ellipsoid cheeks{{0, 0, 0}, {7.6, 6.5, 6.9}};
 
 constexpr LegShape legShape{
-    .hip = {2.6, 5.6, 0.0}, .length = 5.6, .radius = 1.7, .foot = {1.8, 1.2, 2.7}};
-constexpr ArmShape armShape{.shoulder = {3.4, 3.4, 1.5}, .length = 3.2, .upper = 1.2, .paw = 1.15};
+    .hip = {2.6, 6.2, 0.0}, .length = 6.2, .radius = 1.7, .foot = {1.8, 1.2, 2.7}};
+constexpr ArmShape armShape{.shoulder = {3.4, 3.4, 1.5}, .length = 3.9, .upper = 1.2, .paw = 1.3};
 
 Material bellyMarkings(Vec3 q) {
     if (q.z > 0.25 && std::abs(q.x) < 0.70 - 0.12 * q.y && q.y < 0.9) return Material::cream;
@@ -63,7 +63,7 @@ void shapeTail(Model& model, const Frame& hip, const Pose& pose) {
                              return t < 0.66 ? 4.0 : 31.0 + pose.tailTip;
                          }};
     model.chain(
-        hip.moved({0, -2.2, -3.0}).pitched(-pose.tailPitch),
+        hip.moved({0, -2.2, -3.8}).pitched(-pose.tailPitch),
         {.points = tailCurve(tail, pose),
          .radii = {1.4, 1.9, 2.7, 3.5, 4.1, 4.5, 4.6, 4.3, 3.6, 2.7, 1.6},
          .materialAlong =
@@ -78,9 +78,11 @@ void shapeTail(Model& model, const Frame& hip, const Pose& pose) {
 void shapeEar(Model& model, const Frame& head, Side side, const Pose& pose) {
     const double sign = sideSign(side);
     const Part part = either(side, Part::earLeft, Part::earRight);
-    const Frame ear = head.moved({4.2 * sign, 4.5, -0.8})
-                          .rolled(-sign * (22 + pose.earSpread))
-                          .pitched(-pose.ear - 8);
+    const auto [near, far] = pairCheat(head, side);
+    const Frame ear =
+        head.moved({4.2 * sign, 4.5 + 0.4 * near - 2.0 * far, -0.8 - 0.6 * near + 0.4 * far})
+            .rolled(-sign * (22 - 30 * near + pose.earSpread))
+            .pitched(-pose.ear - 8);
     // Round below, with a tuft standing up from it.
     model.chain(
         ear,
@@ -101,7 +103,7 @@ Frame headFrame(const Frame& hip, double faceTurn, const Pose& pose) {
 }
 
 Head shape(Model& model, const Stage& stage, const Pose& pose) {
-    const Frame hip = stage.root.moved({0, 6.2 - 2.6 * pose.settled + pose.bodyY, -0.2})
+    const Frame hip = stage.root.moved({0, 7.0 - 2.6 * pose.settled + pose.bodyY, -0.2})
                           .pitched(pose.bodyPitch)
                           .rolled(pose.bodyRoll);
     for (const Side side : {Side::left, Side::right}) {

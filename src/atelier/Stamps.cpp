@@ -31,7 +31,7 @@ Stamp furryEyeFacing(Eyes eyes) {
     switch (eyes) {
         case Eyes::open: return {{"KKK", "WKK", "KKK", ".I."}};
         case Eyes::wide: return {{"WKW", "KKK", "KKK", "WKW"}};
-        case Eyes::closed: return {{"...", "...", "K.K", ".K."}};
+        case Eyes::closed: return {{"....", "K..K", ".KK.", "...."}};
         case Eyes::happy: return {{"...", ".K.", "K.K", "..."}};
         case Eyes::half: return {{"...", "KKK", "WKI", ".K."}};
         case Eyes::angry: return {{"K..", "KKK", "WKI", ".KK"}};
@@ -138,7 +138,7 @@ Stamp furryMouth(Mouth mouth, Turn turn) {
 Stamp wispMouth(Mouth mouth, Turn turn, double tongue) {
     const bool facing = turn == Turn::facing;
     if (tongue > 0.05) return facing ? Stamp{{"MMMM", "MTTM"}} : Stamp{{"MM", "TT"}};
-    if (mouth == Mouth::smile) return facing ? Stamp{{"M..M", ".MMW"}} : Stamp{{"M.", "MW"}};
+    if (mouth == Mouth::smile) return facing ? Stamp{{"M..M", ".MMW"}} : Stamp{{"M..", ".MM"}};
     return furryMouth(mouth, turn);
 }
 

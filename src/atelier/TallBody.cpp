@@ -9,7 +9,7 @@ constexpr Vec3 headRadii{7.0, 6.0, 6.4};
 constexpr Ellipsoid muzzle{{0, -2.6, 4.7}, {3.4, 2.5, 3.5}};
 constexpr Ellipsoid cheeks{{0, 0, 0}, {7.4, 6.0, 6.6}};
 constexpr LegShape legShape{
-    .hip = {3.1, 6.4, 0.0}, .length = 6.4, .radius = 2.2, .foot = {2.1, 1.35, 2.8}};
+    .hip = {3.1, 7.2, 0.0}, .length = 7.2, .radius = 2.2, .foot = {2.1, 1.35, 2.8}};
 constexpr ArmShape armShape{.shoulder = {5.2, 6.4, 0.4}, .length = 6.2, .upper = 1.75, .paw = 2.0};
 
 Material bellyMarkings(Vec3 q) {
@@ -46,13 +46,15 @@ Stamp keenEye(Turn turn, Side side) {
 }  // namespace
 
 TallFrames shapeTallBody(Model& model, const Stage& stage, const Pose& pose) {
-    const Frame hip = stage.root.moved({0, 7.0 - 2.4 * pose.settled + pose.bodyY, -0.2})
+    const Frame hip = stage.root.moved({0, 8.0 - 2.4 * pose.settled + pose.bodyY, -0.2})
                           .pitched(pose.bodyPitch)
                           .rolled(pose.bodyRoll);
     Pose arms = pose;
     arms.spreadLeft += 4;
     arms.spreadRight += 4;
-    arms.bend += 12;
+    arms.armLeft += 12;
+    arms.armRight += 12;
+    arms.bend += 34;
     for (const Side side : {Side::left, Side::right}) {
         leg(model, stage.root, side, legShape, pose);
         arm(model, hip, side, armShape, arms);

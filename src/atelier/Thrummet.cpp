@@ -1,4 +1,6 @@
 // Thrummet: tall and keen, with a tail like a tuning fork whose prongs carry the charge.
+#include <algorithm>
+
 #include "atelier/TallBody.h"
 
 namespace quibbits::atelier {
@@ -6,15 +8,25 @@ namespace {
 
 /// The tail leans to one side as it rises, so that the head does not hide it from the front.
 constexpr double tailLean = 5.0;
+/// More of it when seen from behind, where the whole fork stands before the head.
+constexpr double tailLeanBehind = 5.5;
 
-std::vector<Vec3> forkStem(const Pose& pose) {
+/// How far it leans in this view. Seen from behind, it leans to where it is already heading in the
+/// picture.
+double leanOf(const Frame& hip) {
+    const double behind = std::max(0.0, -normalised(hip.axes.z).z);
+    const bool againstItself = behind > 0 && hip.axes.x.x * hip.axes.z.x > 0.1;
+    return (againstItself ? -1 : 1) * (tailLean + behind * tailLeanBehind);
+}
+
+std::vector<Vec3> forkStem(const Pose& pose, double lean) {
     const TailShape tail{.joints = 11, .segment = 1.95, .start = 106, .turn = [&pose](double t) {
                              return t < 0.5 ? -17.5 - pose.tailCurl * 0.3 : -1.0 + pose.tailTip;
                          }};
     auto points = tailCurve(tail, pose);
     for (std::size_t i = 0; i < points.size(); ++i) {
         const double share = static_cast<double>(i) / tail.joints;
-        points[i].x += share * share * tailLean;
+        points[i].x += share * share * lean;
     }
     return points;
 }
@@ -42,7 +54,7 @@ void shapeProngs(Model& model, const Frame& root, const std::vector<Vec3>& stem,
 
 void shapeTail(Model& model, const Frame& hip, const Pose& pose) {
     const Frame root = hip.moved({0, -2.4, -3.8}).pitched(-pose.tailPitch);
-    const auto stem = forkStem(pose);
+    const auto stem = forkStem(pose, leanOf(hip));
     model.chain(root,
                 {.points = stem,
                  .radii = {1.9, 2.3, 2.5, 2.6, 2.7},
@@ -59,9 +71,11 @@ void shapeTail(Model& model, const Frame& hip, const Pose& pose) {
 void shapeEar(Model& model, const Frame& head, Side side, const Pose& pose) {
     const double sign = sideSign(side);
     const Part part = either(side, Part::earLeft, Part::earRight);
-    const Frame ear = head.moved({4.2 * sign, 3.8, -1.2})
-                          .rolled(-sign * (30 + pose.earSpread))
-                          .pitched(-pose.ear - 26);
+    const auto [near, far] = pairCheat(head, side);
+    const Frame ear =
+        head.moved({4.2 * sign, 3.8 + 0.6 * near - 2.6 * far, -1.2 + 1.2 * near - 1.2 * far})
+            .rolled(-sign * (30 - 40 * near + pose.earSpread))
+            .pitched(-pose.ear - 26);
     model.chain(
         ear,
         {.points = {{0, -1, 0}, {0, 2, 0}, {0, 5, 0.3}, {0, 8.8, 1.0}},

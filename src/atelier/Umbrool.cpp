@@ -90,15 +90,20 @@ Head shape(Model& model, const Stage& stage, const Pose& pose) {
     return {.frame = head, .radii = headRadii, .eyeYaw = 29, .eyeRise = 12, .mouthRise = -22};
 }
 
+/// A head turned aside leaves the eyes and the grin less width: the eyes make way.
+constexpr int eyesRaised = 2;
+
 void face(Model& model, const Head& head, const Pose& pose) {
-    for (const Side side : {Side::left, Side::right}) {
-        const Spot eye =
-            spotOn(head.frame, {{}, headRadii}, {29 * sideSign(side), 20},
-                   {.facing = 0.70, .halfway = 0.60, .hidden = isStroke(pose.eyes) ? 0.42 : 0.26});
-        lay(model, eye, duskEye(pose.eyes, eye.turn, pictureSide(head.frame, side)));
-    }
     const Spot mouth = spotOn(head.frame, {{}, headRadii}, {keptInView(head.frame, 34), -14},
                               {.facing = 0.80, .halfway = 0.5, .hidden = 0.02});
+    const bool aside = mouth.turn != Turn::facing && mouth.quarters == 0;
+    for (const Side side : {Side::left, Side::right}) {
+        Spot eye =
+            spotOn(head.frame, {{}, headRadii}, {29 * sideSign(side), 20},
+                   {.facing = 0.70, .halfway = 0.60, .hidden = isStroke(pose.eyes) ? 0.42 : 0.26});
+        if (aside) eye.y += eyesRaised;
+        lay(model, eye, duskEye(pose.eyes, eye.turn, pictureSide(head.frame, side)));
+    }
     lay(model, mouth,
         duskMouth(pose.mouth, mouth.turn, mouth.leansRight ? Side::right : Side::left,
                   pose.tongue));

@@ -1,5 +1,6 @@
 // Wispul: a ball of fog with lantern eyes. Its crown curls over, its hem trails away, and small
 // puffs come loose from it and fade.
+#include <array>
 #include <cmath>
 
 #include "atelier/Form.h"
@@ -52,31 +53,38 @@ void shapeHem(Model& model, const Frame& head, const Pose& pose) {
         Part::head);
 }
 
-/// Puffs at both sides, like hands.
-void shapePuffs(Model& model, const Frame& head, const Pose& pose) {
+/// Two flippers of fog at the sides that trail backwards and flap in turn.
+void shapeFlippers(Model& model, const Frame& head, const Pose& pose) {
     for (const Side side : {Side::left, Side::right}) {
         const double sign = sideSign(side);
-        const double turn = pose.phase + sign * 1.3;
-        model.ellipsoid(head,
-                        {{(7.4 + 0.5 * std::cos(turn)) * sign, -3.0 + 0.9 * std::sin(turn), -0.8},
-                         {1.9, 2.0, 1.9}},
-                        Material::fluff, either(side, Part::puffLeft, Part::puffRight));
+        const double flap = std::sin(pose.phase + sign * 1.3);
+        if (pairCheat(head, side).far > 0.6) continue;  // only its tip would stick out
+        model.chain(head,
+                    {.points = {{6.4 * sign, -2.2, 0.8},
+                                {8.0 * sign, -3.0 + 0.5 * flap, -1.0},
+                                {8.6 * sign, -2.6 + 1.3 * flap, -3.4}},
+                     .radii = {1.9, 1.9, 0.9},
+                     .material = Material::fluff},
+                    either(side, Part::puffLeft, Part::puffRight));
     }
 }
 
-/// Two puffs that come loose behind, rise and shrink. One that lies down has none: they would lift
-/// it off the ground.
-void shapeLoosePuffs(Model& model, const Frame& head, const Pose& pose) {
-    if (pose.footing == Footing::lying) return;
-    for (const Side side : {Side::left, Side::right}) {
-        const double sign = sideSign(side);
-        const double turns = pose.phase / fullTurn + 0.25 * sign;
+/// Scraps of fog that come loose behind, rise and thin out. They have no outline: with one, they
+/// would look like bubbles.
+void shedFog(Model& model, const Frame& head, const Pose& pose) {
+    // One that lies down sheds none, nor does an enlarged one: scraps do not grow with it.
+    if (pose.footing == Footing::lying || length(head.axes.x) > 1.4) return;
+    static const std::array<Stamp, 4> scraps{Stamp{{".VVV.", "VVVVV", ".VVV."}},
+                                             Stamp{{".VV.", "VVVV", ".VV."}}, Stamp{{"VVV", ".VV"}},
+                                             Stamp{}};
+    for (int i = 0; i < 3; ++i) {
+        const double turns = pose.phase / fullTurn + i / 3.0;
         const double age = turns - std::floor(turns);
-        const double radius = 2.3 - 0.7 * age;
-        model.ellipsoid(head,
-                        {{(2.6 + 2.4 * age) * sign, -3.4 + 10.5 * age, -9.4 - 2.2 * age},
-                         {radius, radius, radius}},
-                        Material::fluff, Part::tail);
+        const Vec3 at = head.at({1.6 * (i - 1), -4.0 + 10.0 * age, -10.5 - 3.0 * age});
+        model.mote({.x = static_cast<int>(std::lround(at.x)) - 1,
+                    .y = static_cast<int>(std::lround(at.y)) + 1,
+                    .stamp = scraps[static_cast<std::size_t>(age * scraps.size())],
+                    .behind = true});
     }
 }
 
@@ -107,8 +115,8 @@ Head shape(Model& model, const Stage& stage, const Pose& pose) {
     model.ellipsoid(head, {{}, ballRadii}, Material::fur, Part::head, markings);
     shapeCrown(model, head, pose);
     shapeHem(model, head, pose);
-    shapePuffs(model, head, pose);
-    shapeLoosePuffs(model, head, pose);
+    shapeFlippers(model, head, pose);
+    shedFog(model, head, pose);
     shapeTongue(model, stage, head, pose);
     return {.frame = head, .radii = ballRadii, .eyeYaw = 30, .eyeRise = 8, .mouthRise = -24};
 }

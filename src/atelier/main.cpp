@@ -1,4 +1,5 @@
 // quibbits-atelier: draws every picture of the creatures.
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <span>
@@ -9,6 +10,8 @@
 #include "atelier/Animations.h"
 #include "atelier/Atelier.h"
 #include "atelier/Contact.h"
+#include "atelier/Icon.h"
+#include "atelier/Play.h"
 
 namespace {
 
@@ -24,6 +27,11 @@ constexpr std::string_view usage =
     "  quibbits-atelier --contact DIR [FORM ...]     writes one enlarged overview a form\n"
     "  quibbits-atelier --strip FORM ANIMATION --out FILE\n"
     "                                                writes one animation's side view, enlarged\n"
+    "  quibbits-atelier --play FORM ANIMATION --out FILE\n"
+    "                                                writes it as an animated PNG, at true speed\n"
+    "                                                and three times the size\n"
+    "  quibbits-atelier --icons DIR                  writes the program's icon in eight sizes and\n"
+    "                                                the one-coloured icon for trays in two\n"
     "  quibbits-atelier --help                       shows this text\n";
 
 void print(std::FILE* to, std::string_view text) {
@@ -73,19 +81,25 @@ int drawForms(std::span<const std::string> words) {
     return 0;
 }
 
-/// `--strip FORM ANIMATION --out FILE`.
-int drawStrip(std::span<const std::string> words) {
+/// `--strip FORM ANIMATION --out FILE` and `--play`, with the same words behind it.
+int showAnimation(std::span<const std::string> words) {
     if (words.size() != 5 || words[3] != "--out") {
-        return refuse("--strip needs a form, an animation and --out FILE");
+        return refuse(words[0] + " needs a form, an animation and --out FILE");
     }
     const auto* form = formNamed(words[1]);
     if (form == nullptr) return unknownForm(words[1]);
-    for (const auto& animation : animationsOf(form->build)) {
-        if (animation.name == words[2]) {
-            return report(writePng(words[4], strip(*form, animation)), words[4]);
-        }
-    }
-    return refuse(words[1] + " has no animation '" + words[2] + "'");
+    const auto animations = animationsOf(form->build);
+    const auto found = std::ranges::find(animations, words[2], &Animation::name);
+    if (found == animations.end()) return refuse(words[1] + " has no animation '" + words[2] + "'");
+    const bool written = words[0] == "--play" ? writeBytes(words[4], play(*form, *found))
+                                              : writePng(words[4], strip(*form, *found));
+    return report(written, words[4]);
+}
+
+/// `--icons DIR`.
+int drawIcons(std::span<const std::string> words) {
+    if (words.size() != 2) return refuse("--icons needs a folder");
+    return report(writeIcons(words[1]), words[1]);
 }
 
 }  // namespace
@@ -98,6 +112,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (words[0] == "--out" || words[0] == "--contact") return drawForms(words);
-    if (words[0] == "--strip") return drawStrip(words);
+    if (words[0] == "--strip" || words[0] == "--play") return showAnimation(words);
+    if (words[0] == "--icons") return drawIcons(words);
     return refuse("'" + words[0] + "' is not understood");
 }

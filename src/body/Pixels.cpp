@@ -66,13 +66,13 @@ constexpr Rows<7> boltRows{
 };
 
 constexpr Rows<7> questionRows{
-    ".kkk.",  //
-    "kUUUk",  //
-    "kUkUk",  //
-    ".kUUk",  //
-    ".kUk.",  //
-    "..k..",  //
-    ".kUk.",
+    ".UUU.",  //
+    "UU.UU",  //
+    "...UU",  //
+    "..UU.",  //
+    "..UU.",  //
+    ".....",  //
+    "..UU.",
 };
 
 constexpr Rows<6> exclaimRows{
@@ -85,22 +85,22 @@ constexpr Rows<6> exclaimRows{
 };
 
 constexpr Rows<6> zzzRows{
-    "nnnn...",  //
-    "..nn...",  //
-    ".nn....",  //
-    "nnnnbbb",  //
-    ".....b.",  //
-    "....bbb",
+    "bbbb...",  //
+    "..bb...",  //
+    ".bb....",  //
+    "bbbbLLL",  //
+    ".....L.",  //
+    "....LLL",
 };
 
 constexpr Rows<7> noteRows{
-    "..kkkk",  //
-    "..k..k",  //
-    "..kkkk",  //
-    "..k..k",  //
-    ".kk.kk",  //
-    "kUkkUk",  //
-    ".k..k.",
+    "...Q..",  //
+    "...QQ.",  //
+    "...Q.Q",  //
+    "...Q.Q",  //
+    ".QQQ..",  //
+    "QQQQ..",  //
+    ".QQ...",
 };
 
 constexpr Rows<9> fileRows{
@@ -160,12 +160,12 @@ constexpr Rows<8> hazzelRows{
 };
 
 constexpr Rows<8> myrrowRows{
-    "..vvHH..",  //
-    ".kkvHkk.",  //
-    "kGGkkGHk",  //
+    "...kvk..",  //
+    "..kGGk..",  //
+    "..kGGHk.",  //
+    ".kGlGGHk",  //
     "kGlGGGHk",  //
-    "kkGGGHkk",  //
-    "kGkkkkHk",  //
+    "kGGGGGHk",  //
     ".kGGHHk.",  //
     "..kkkk..",
 };
@@ -183,12 +183,12 @@ constexpr Rows<8> sourlingRows{
 
 constexpr Rows<8> stormPebbleRows{
     "..kkkk..",  //
-    ".kWTTWk.",  //
-    "kWTyTTWk",  //
-    "kTyyyTWk",  //
-    "kTTyyyWk",  //
-    "kWTTyTWk",  //
-    ".kWWWWk.",  //
+    ".kTTTyk.",  //
+    "kBTTyTWk",  //
+    "kTTyyTWk",  //
+    "kTyyyyWk",  //
+    "kTTyyTWk",  //
+    ".kTyTWk.",  //
     "..kkkk..",
 };
 
@@ -204,17 +204,17 @@ constexpr Rows<8> tetherLoopRows{
 };
 
 constexpr Rows<12> homeballRows{
-    "....kkkk....",  //
-    "..kkTTTTkk..",  //
-    ".kTTBTTTTWk.",  //
-    ".kTBBTTTTWk.",  //
-    "kTTTTTTTTWWk",  //
-    "kZNNkkkkNNZk",  //
-    "kkkkkNYkkkkk",  //
-    "kcccckkcccCk",  //
-    "kcccccccccCk",  //
-    ".kcccccccCk.",  //
-    "..kkCCCCkk..",  //
+    "....kNNk....",  //
+    "..kkLLLLkk..",  //
+    ".kLLLLLyLMk.",  //
+    ".kLILLylyMk.",  //
+    "kLIILLLyLMMk",  //
+    "kLLLLLLLLMMk",  //
+    "kNYYNNNNNZZk",  //
+    "kZNNNNNNNZZk",  //
+    "kTBTTTTTTTWk",  //
+    ".kTBTTTTWWk.",  //
+    "..kkTTWWkk..",  //
     "....kkkk....",
 };
 constexpr std::size_t homeballHalf = 6;
@@ -242,24 +242,24 @@ constexpr Rows<10> gloomOrbRows{
     "...DDDD...",  //
     ".DDEEEEDD.",  //
     ".DEFFFEED.",  //
-    "DEFIIFEEED",  //
-    "DEFIFFFEED",  //
-    "DEEFFEFEED",  //
-    "DEEEEFEEED",  //
-    ".DEEFEEED.",  //
+    "DEFIIFFEED",  //
+    "DEFIFEEFED",  //
+    "DEEFEFEFED",  //
+    "DEEEFFEFED",  //
+    ".DEEEEFED.",  //
     ".DDEEEEDD.",  //
     "...DDDD...",
 };
 
 constexpr Rows<8> salivaRows{
-    "...AA..AAAA.....",  //
-    ".AABBAABBBBAA...",  //
-    "ABBwBBBBBBBBBAA.",  //
-    "ABwwBBBBwBBBBBBA",  //
-    "ABBBBBBBBBBBBBBA",  //
-    ".ABBAABBBBBAABA.",  //
-    "..AA..ABBBA..A..",  //
-    ".......AAA......",
+    "......AA........",  //
+    "..AA.ABBAAA...A.",  //
+    ".ABBABBBBBBA.ABA",  //
+    ".ABwBBBBBBBBAABA",  //
+    "..ABwBBBBBwBBBA.",  //
+    ".ABBBBBBBBBBBA..",  //
+    "AB.ABBAABBAABA.A",  //
+    ".A..AA..AA..A...",
 };
 
 constexpr Rows<5> dripRows{

@@ -1,11 +1,11 @@
 #include "desktop/LinuxComputer.h"
 
 #include "desktop/NoFileBrowser.h"
-#include "desktop/NoNotifications.h"
 #include "desktop/files/DefaultsFile.h"
 #include "desktop/files/DiskFiles.h"
 #include "desktop/files/DiskResources.h"
-#include "desktop/session/SysMachine.h"
+#include "desktop/session/BusNotifications.h"
+#include "desktop/session/LinuxMachine.h"
 #include "desktop/x11/XDock.h"
 #include "desktop/x11/XPanels.h"
 #include "desktop/x11/XWindowList.h"
@@ -39,8 +39,11 @@ struct LinuxComputer::Parts {
                    [this](Job job) { loop->post(std::move(job)); }),
           resources(withUsersFirst(places.sheets)),
           files(DiskFiles::homeTrash()),
-          machine(places.system),
-          notifications(*loop) {
+          sessionBus(*loop, {.kind = session::Bus::Kind::session, .address = places.sessionBus}),
+          systemBus(*loop, {.kind = session::Bus::Kind::system, .address = places.systemBus}),
+          machine(*loop, {.session = sessionBus, .system = systemBus},
+                  {.system = places.system, .devices = places.devices}),
+          notifications(*loop, sessionBus) {
         connection->onEnd = [this] { loop->quit(); };
     }
 
@@ -58,8 +61,10 @@ struct LinuxComputer::Parts {
     DiskResources resources;
     TextRuler text;
     DiskFiles files;
-    SysMachine machine;
-    NoNotifications notifications;
+    session::Bus sessionBus;
+    session::Bus systemBus;
+    session::LinuxMachine machine;
+    session::BusNotifications notifications;
 };
 
 LinuxComputer::Result LinuxComputer::start(Places places) {

@@ -21,6 +21,9 @@ public:
         std::filesystem::path defaults;             // empty for the usual place
         std::vector<std::filesystem::path> sheets;  // searched after the user's own
         std::filesystem::path system = "/sys";      // where the machine tells of itself
+        std::filesystem::path devices = "/dev";     // where its cameras are
+        std::string sessionBus;                     // addresses, empty for the usual ones
+        std::string systemBus;
     };
     struct Result {
         std::unique_ptr<LinuxComputer> computer;

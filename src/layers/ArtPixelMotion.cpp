@@ -66,9 +66,16 @@ std::optional<ArtStep> artStep(const Appearance& model, const AnimationList& ani
         return std::nullopt;
     }
     const Point start = positionAt(model, animations, motion->begins);
-    const Vector way = positionAt(model, animations, instant) - start;
-    return ArtStep{instant, start + Vector{snapped(way.dx, grid), snapped(way.dy, grid)},
-                   motion->ends};
+    const auto placeAt = [&](Instant t) {
+        const Vector way = positionAt(model, animations, t) - start;
+        return start + Vector{snapped(way.dx, grid), snapped(way.dy, grid)};
+    };
+    const Point place = placeAt(instant);
+    const Instant before = instant - stepInterval;
+    const Instant longBefore = before - stepInterval;
+    const bool waits =
+        longBefore >= motion->begins && placeAt(before) == place && placeAt(longBefore) != place;
+    return ArtStep{instant, waits ? before : instant, place, motion->ends};
 }
 
 Instant nextArtStep(const Appearance& model, const AnimationList& animations, double grid,

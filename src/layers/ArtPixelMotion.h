@@ -11,14 +11,16 @@ namespace quibbits {
 
 /// Motion below this speed goes in steps; points a second.
 constexpr double steppingSpeed = 90;
-/// Steps of all bodies, and the frame changes of what steps, share instants this far apart.
+/// Steps of all bodies, and the frame changes of what steps, share instants this far apart. A frame
+/// that changes where a step leads nowhere waits for the next one, so that both cost one repaint.
 constexpr Seconds stepInterval = 1.0 / 20;
 
 /// Whether an animation of the value moves a layer in its parent.
 bool movesPosition(KeyPath path);
 
 struct ArtStep {
-    Instant instant = 0;  // of the step that shows; frames are read at it too
+    Instant instant = 0;  // of the step that shows
+    Instant frames = 0;   // at which frames are read
     Point position;
     Instant motionEnds = 0;
 };

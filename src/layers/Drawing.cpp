@@ -116,14 +116,15 @@ PixelRect particlesExtent(const Drawn& drawn) {
 
 Affine toParent(const Appearance& values, Point anchorPoint) {
     const auto& t = values.transform;
-    const double cosine = std::cos(t.rotation);
-    const double sine = std::sin(t.rotation);
+    const bool turned = t.rotation != 0;  // hardly a layer is
+    const double cosine = turned ? std::cos(t.rotation) : 1;
+    const double sine = turned ? std::sin(t.rotation) : 0;
     Affine map{cosine * t.scaleX, sine * t.scaleX, -sine * t.scaleY, cosine * t.scaleY, 0, 0};
     const Rect& b = values.bounds;
     const Point anchor{b.x + anchorPoint.x * b.width, b.y + anchorPoint.y * b.height};
-    const Point turned = map.apply(anchor);
-    map.tx = values.position.x + t.translation.dx - turned.x;
-    map.ty = values.position.y + t.translation.dy - turned.y;
+    const Point moved = map.apply(anchor);
+    map.tx = values.position.x + t.translation.dx - moved.x;
+    map.ty = values.position.y + t.translation.dy - moved.y;
     return map;
 }
 

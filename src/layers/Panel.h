@@ -60,10 +60,10 @@ public:
     /// Opens a menu with its upper left corner at the point, shifted to stay on the screen.
     virtual void popUp(Menu menu, Point at) = 0;
 
-    /// The parts of the panel that take the mouse, in its own coordinates. A backend that can confine
-    /// the mouse to them asks when the pointer or the picture has moved, and lets a quick press on
-    /// one in without waiting for setIgnoresMouse; the others take the mouse everywhere while they
-    /// do not ignore it.
+    /// The parts of the panel that take the mouse, in its own coordinates. A backend that can
+    /// confine the mouse to them asks when the pointer or the picture has moved, and lets a quick
+    /// press on one in without waiting for setIgnoresMouse; the others take the mouse everywhere
+    /// while they do not ignore it.
     std::function<std::vector<Rect>()> mouseAreas;
 
     // Events while the panel takes the mouse. Positions are read from Pointer.

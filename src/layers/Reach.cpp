@@ -76,6 +76,12 @@ Rect Reach::of(const Layer& layer) const {
             spread.y.width() + 2 * far};
 }
 
+Rect Reach::ofItself(const Layer& layer) const {
+    Appearance seen = Appearance::of(layer.model_);
+    if (layer.animations_) layer.animations_->apply(seen, {now_, now_});
+    return own(layer, seen);
+}
+
 Rect Reach::own(const Layer& layer, const Appearance& seen) const {
     const auto& shadow = seen.shadow;
     Rect box = seen.bounds.inset(-textOverhang);

@@ -12,6 +12,8 @@ public:
 
     /// A rectangle in the parent's coordinates around all places; rather too large than too small.
     Rect of(const Layer& layer) const;
+    /// A rectangle in the layer's own coordinates around what it may draw without its sublayers.
+    Rect ofItself(const Layer& layer) const;
 
 private:
     Rect own(const Layer& layer, const Appearance& seen) const;

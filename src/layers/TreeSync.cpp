@@ -82,7 +82,7 @@ Appearance TreeSync::present(const Layer& layer, Instant& frames) const {
     if (layer.model_.artPixel > 0) {
         step = artStep(model, *layer.animations_, state_.stepSize(layer.model_.artPixel), now_);
     }
-    if (step) frames = std::min(frames, step->instant);
+    if (step) frames = std::min(frames, step->frames);
     Appearance seen = model;
     layer.animations_->apply(seen, {now_, frames});
     if (step) seen.position = step->position;
@@ -152,6 +152,10 @@ void TreeSync::matchSublayers(Layer& layer, DrawnLayer& node) {
 
 /// Nothing of it is seen: what it last drew is painted over, and it begins anew when it returns.
 void TreeSync::collapse(DrawnLayer& node, bool active) {
+    if (node.isCollapsed && !node.isNew) {
+        node.isActive = active;
+        return;
+    }
     damage_.add(node.subtreeExtent);
     DrawnLayer fresh;
     fresh.id = node.id;

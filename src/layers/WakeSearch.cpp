@@ -17,6 +17,11 @@ bool isAny(KeyPath) {
     return true;
 }
 
+/// Whether a change of the value shows on the sublayers.
+bool changesBranch(KeyPath path) {
+    return movesThings(path) || path == KeyPath::opacity || path == KeyPath::cornerRadius;
+}
+
 }  // namespace
 
 Instant WakeSearch::run(const Layer& root) {
@@ -26,15 +31,17 @@ Instant WakeSearch::run(const Layer& root) {
 
 void WakeSearch::visit(const Layer& layer, const DrawnLayer& node, const Context& context) {
     if (!node.isActive || layer.model_.hidden) return;
-    if (node.isCollapsed) return visitAnimations(layer, context, isOpacity);
-
     const bool seen = !node.subtreeExtent.isEmpty();
     if (!seen) {
         const Rect reach = context.toDevice.apply(Reach(now_).of(layer));
         if (!PixelRect::around(reach).intersects(context.clip)) return;
     }
+    if (node.isCollapsed) return visitAnimations(layer, context, isOpacity);
     const Context inside = insideOf(layer, node, context);
-    visitAnimations(layer, inside, seen ? isAny : movesThings);
+    visitAnimations(layer, inside,
+                    mayDraw(layer, node) ? isAny
+                    : seen               ? changesBranch
+                                         : movesThings);
     visitEmission(layer, node, context);
     if (node.mask) {
         Context mask = inside;
@@ -44,6 +51,13 @@ void WakeSearch::visit(const Layer& layer, const DrawnLayer& node, const Context
     for (std::size_t i = 0; i < node.sublayers.size(); ++i) {
         visit(*layer.sublayers_[i], *node.sublayers[i], inside);
     }
+}
+
+/// Whether what the layer itself draws, now or after a change that moves nothing, is in sight.
+bool WakeSearch::mayDraw(const Layer& layer, const DrawnLayer& node) const {
+    if (!node.extent.isEmpty()) return true;
+    const Rect reach = node.exact.apply(Reach(now_).ofItself(layer));
+    return PixelRect::around(reach).intersects(node.clip);
 }
 
 /// What holds for a layer's sublayers and its own animations. The steps of a body are looked ahead
@@ -60,9 +74,9 @@ WakeSearch::Context WakeSearch::insideOf(const Layer& layer, const DrawnLayer& n
     const auto step = artStep(model, *layer.animations_, grid, now_);
     if (!step) return inside;
     wakeAt(nextArtStep(model, *layer.animations_, grid, *step));
-    inside.frames = std::min(inside.frames, step->instant);
+    inside.frames = std::min(inside.frames, step->frames);
     inside.motionEnds = std::min(step->motionEnds, inside.motionEnds.value_or(forever));
-    inside.body = &layer;
+    inside.body = inside.carrier = &layer;
     return inside;
 }
 
@@ -87,7 +101,15 @@ Instant WakeSearch::nextFrameOf(const RunningAnimation& running, const Playback&
                                 const Context& context) const {
     const Instant change = running.steadyUntil(part, std::max(context.frames, running.start));
     if (!context.motionEnds || change == forever) return change;
-    return std::min(stepAtOrAfter(change), std::max(change, *context.motionEnds));
+    constexpr Seconds clockError = 1e-6;
+    Instant shown = stepAtOrAfter(std::max(change, now_ + clockError));
+    const auto step =
+        artStep(Appearance::of(context.carrier->model_), *context.carrier->animations_,
+                state_.stepSize(context.carrier->model_.artPixel), shown);
+    if (step && step->frames + clockError < change) {
+        shown = stepAtOrAfter(shown + stepInterval / 2);
+    }
+    return std::min(shown, std::max(change, *context.motionEnds));
 }
 
 void WakeSearch::visitEmission(const Layer& layer, const DrawnLayer& node, const Context& context) {

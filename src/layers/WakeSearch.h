@@ -20,10 +20,12 @@ private:
         PixelRect clip;
         Instant frames = 0;                 // the instant at which discrete animations are read
         std::optional<Instant> motionEnds;  // while a body goes in steps
-        const Layer* body = nullptr;        // the one that does
+        const Layer* body = nullptr;        // the layer itself, if it is one that does
+        const Layer* carrier = nullptr;     // the innermost one that carries it
     };
 
     void visit(const Layer& layer, const DrawnLayer& node, const Context& context);
+    bool mayDraw(const Layer& layer, const DrawnLayer& node) const;
     void visitAnimations(const Layer& layer, const Context& context, bool (*counts)(KeyPath));
     Instant nextFrameOf(const RunningAnimation& running, const Playback& part,
                         const Context& context) const;

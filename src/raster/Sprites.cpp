@@ -44,6 +44,19 @@ void enlarge(std::array<Argb, pieceWidth>& line, const Image& image, const Sprit
     }
 }
 
+/// The stretch of a line outside which nothing is drawn: a sprite is much air.
+struct Inked {
+    int first = 0;
+    int count = 0;
+};
+
+Inked inkedPart(const Argb* line, int count) {
+    int first = 0;
+    while (first < count && line[first] == 0) ++first;
+    while (count > first && line[count - 1] == 0) --count;
+    return {first, count - first};
+}
+
 void drawEnlarged(const Canvas& canvas, const Image& image, const SpritePlacement& place,
                   std::uint32_t share) {
     const PixelRect part = canvas.area.intersected(place.target);
@@ -52,15 +65,17 @@ void drawEnlarged(const Canvas& canvas, const Image& image, const SpritePlacemen
     for (int x = part.x; x < part.x + part.width; x += pieceWidth) {
         const int count = std::min(pieceWidth, part.x + part.width - x);
         int drawn = -1;
+        Inked inked;
         for (int y = part.y; y < part.y + part.height; ++y) {
             const int row = (y - place.target.y) / factor;
             if (row != drawn) {
                 const int sourceY =
                     place.source.y + sourceIndex(row, place.source.height, place.flipped);
                 enlarge(line, image, place, sourceY, x - place.target.x, count);
+                inked = inkedPart(line.data(), count);
                 drawn = row;
             }
-            drawRow(canvas.row(y) + x, line.data(), count, share);
+            drawRow(canvas.row(y) + x + inked.first, line.data() + inked.first, inked.count, share);
         }
     }
 }

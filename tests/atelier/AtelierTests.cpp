@@ -11,6 +11,8 @@
 #include <string>
 
 #include "atelier/Atelier.h"
+#include "atelier/Icon.h"
+#include "atelier/Play.h"
 #include "atelier/Portrait.h"
 #include "codecs/Png.h"
 
@@ -266,6 +268,89 @@ TEST(Tongues, ReachTheBerry) {
             }
         }
         EXPECT_NEAR(farthest, x, 2) << form;
+    }
+}
+
+/// The parts of an animated PNG that tell its time: every frame's share of a second, added up.
+double secondsOf(std::span<const std::byte> file) {
+    const auto number = [&](std::size_t at, int bytes) {
+        unsigned value = 0;
+        for (int i = 0; i < bytes; ++i) {
+            value = value << 8 | std::to_integer<unsigned>(file[at + static_cast<std::size_t>(i)]);
+        }
+        return value;
+    };
+    double seconds = 0;
+    for (std::size_t at = 8; at + 12 <= file.size(); at += 12 + number(at, 4)) {
+        const bool timing = number(at + 4, 4) == 0x6663544c;  // fcTL
+        if (timing) seconds += static_cast<double>(number(at + 28, 2)) / number(at + 30, 2);
+    }
+    return seconds;
+}
+
+TEST(Playing, TakesAsLongAsTheAnimationAndIsThreeTimesItsSize) {
+    auto& studio = studioOf("mizzle");
+    for (const std::string_view name : {"Nod", "Sleep"}) {
+        const auto& played = animation(studio.animations, name);
+        int ticks = 0;
+        for (const int each : played.ticks) ticks += each;
+        const auto file = play(studio.form, played);
+        EXPECT_NEAR(secondsOf(file), ticks / 60.0, 0.001) << name;
+        const CellBox box = boxAround(studio.fromAllSides(name));
+        EXPECT_EQ(pngInfo(file), (PngInfo{box.width() * 3, box.height * 3})) << name;
+    }
+}
+
+TEST(Icons, LookTheSameEnlargedAndHaveEyesThatAreLitFromOneSide) {
+    for (const int size : iconSizes) {
+        const Image image = icon(size);
+        ASSERT_EQ(image.argb.size(), static_cast<std::size_t>(size * size));
+        EXPECT_EQ(image.argb.front(), 0U) << "a corner of " << size;
+        EXPECT_LE(std::set(image.argb.begin(), image.argb.end()).size(), 18U) << size;
+        // Every glint in the lower half, where the eyes are, has more of its eye on its right.
+        const auto darkFrom = [&](int at, int step) {
+            int count = 0;
+            while (image.argb[static_cast<std::size_t>(at += step)] == 0xff2b1830) ++count;
+            return count;
+        };
+        int glints = 0;
+        for (int at = size * size / 2; at < size * size; ++at) {
+            if (image.argb[static_cast<std::size_t>(at)] != 0xffffffff) continue;
+            if (image.argb[static_cast<std::size_t>(at - 1)] == 0xffffffff) continue;
+            int last = at;
+            while (image.argb[static_cast<std::size_t>(last + 1)] == 0xffffffff) ++last;
+            EXPECT_LE(darkFrom(at, -1), darkFrom(last, 1)) << size;
+            EXPECT_GT(darkFrom(last, 1), 0) << size;
+            ++glints;
+        }
+        EXPECT_GE(glints, 2) << size;
+    }
+    const Image small = icon(32);
+    const Image large = icon(128);
+    for (int y = 0; y < 128; ++y) {
+        for (int x = 0; x < 128; ++x) {
+            ASSERT_EQ(large.argb[static_cast<std::size_t>(y * 128 + x)],
+                      small.argb[static_cast<std::size_t>(y / 4 * 32 + x / 4)]);
+        }
+    }
+}
+
+TEST(Icons, ForTraysHaveOneColourAndEyesToSeeThrough) {
+    for (const int size : symbolicSizes) {
+        const Image image = symbolicIcon(size);
+        const std::set colours(image.argb.begin(), image.argb.end());
+        EXPECT_EQ(colours.size(), 2U);
+        EXPECT_TRUE(colours.contains(0U));
+        // A hole is clear with the colour somewhere on both sides of it.
+        int holes = 0;
+        for (int y = size / 2; y < size * 3 / 4; ++y) {
+            const auto* row = image.argb.data() + static_cast<std::ptrdiff_t>(y) * size;
+            const auto* first = std::find_if(row, row + size, [](auto c) { return c != 0; });
+            const auto* last = row + size;
+            while (last > first && *(last - 1) == 0) --last;
+            holes += static_cast<int>(std::count(first, last, 0U));
+        }
+        EXPECT_GE(holes, 8) << size;
     }
 }
 

@@ -7,7 +7,6 @@
 #include "codecs/Png.h"
 #include "desktop/files/DiskFiles.h"
 #include "desktop/files/DiskResources.h"
-#include "desktop/session/SysMachine.h"
 
 namespace quibbits {
 namespace {
@@ -146,30 +145,6 @@ TEST_F(ResourcesTest, OnlyPlainNamesAreLookedUp) {
         EXPECT_FALSE(resources.xml(name)) << name;
     }
     EXPECT_FALSE(resources.imageRows("a", -1, 2));
-}
-
-TEST(SysMachine, BatteriesOfTheMachineAreToldAndThoseOfAMouseAreNot) {
-    TemporaryFolder sys;
-    const SysMachine machine(sys.path());
-    EXPECT_TRUE(machine.powerSources().empty());
-    const auto supply = [&](const std::string& name, const std::string& file,
-                            const std::string& text) {
-        write(sys.path() / "class/power_supply" / name / file, text + "\n");
-    };
-    supply("BAT1", "type", "Battery");
-    supply("BAT1", "capacity", "37");
-    supply("BAT1", "status", "Discharging");
-    supply("hidpp_0", "type", "Battery");
-    supply("hidpp_0", "scope", "Device");
-    supply("BAT0", "type", "Battery");
-    supply("BAT0", "status", "Full");
-    using Sources = std::vector<PowerSource>;
-    EXPECT_EQ(machine.powerSources(),
-              (Sources{{std::nullopt, 100, "AC Power"}, {37, 100, "Battery Power"}}));
-    supply("AC", "type", "Mains");
-    supply("AC", "online", "1");
-    supply("BAT1", "status", "Unknown");
-    EXPECT_EQ(machine.powerSources()[1].state, "AC Power");
 }
 
 }  // namespace

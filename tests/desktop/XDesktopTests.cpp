@@ -173,8 +173,10 @@ TEST_F(XDesktop, ApplicationsComeGoAndTakeTheFront) {
 
 TEST_F(XDesktop, TheEndOfTheDisplayEndsTheProgramWithEverythingSaved) {
     TemporaryFolder folder;
-    auto [computer, failure] = LinuxComputer::start(
-        {.display = desktop->display(), .defaults = folder / "defaults.json", .sheets = {}});
+    auto [computer, failure] = LinuxComputer::start({.display = desktop->display(),
+                                                     .defaults = folder / "defaults.json",
+                                                     .sheets = {},
+                                                     .sessionBus = "unix:path=/nonexistent"});
     ASSERT_TRUE(computer) << failure;
     Random random(1);
     const Computer parts = computer->computer(random);

@@ -240,6 +240,46 @@ TEST_F(Trees, WhatIsOutOfSightWakesNobody) {
     EXPECT_FALSE(wakes()) << "cut away by what holds it";
 }
 
+TEST_F(Trees, AnAnimationOutOfSightWakesNobodyWhateverItChanges) {
+    const Animation blink{.motion = BasicMotion{.from = 0.0, .to = 1.0},
+                          .timing = {.duration = 1, .repeatCount = forever, .autoreverses = true}};
+    const Animation widen{.keyPath = KeyPath::bounds,
+                          .motion = BasicMotion{.from = Rect{0, 0, 5, 5}, .to = Rect{0, 0, 20, 20}},
+                          .timing = {.duration = 1, .repeatCount = forever}};
+    const auto wakes = [&] {
+        frame();
+        return wait().has_value();
+    };
+    const auto layer = sprite({-100, 50});
+    for (const auto& animation : {blink, widen, flicker({first, second}, 0.2)}) {
+        layer->removeAllAnimations();
+        layer->add(animation, "a");
+        EXPECT_FALSE(wakes()) << "beside the surface";
+    }
+    layer->add(walk({-100, 50}, {-50, 50}, 1), "walk");
+    EXPECT_FALSE(wakes()) << "it walks, and does not come in";
+
+    const auto child = sprite({150, 0});
+    layer->addSublayer(child);
+    layer->removeAllAnimations();
+    layer->add(flicker({first, second}, 0.2), "frames");
+    EXPECT_FALSE(wakes()) << "only what it carries is in sight";
+    layer->add(walk({-100, 50}, {-90, 50}, 1), "walk");
+    EXPECT_TRUE(wakes()) << "it carries that along";
+    layer->removeAllAnimations();
+}
+
+TEST_F(Trees, WhatIsStillTransparentWakesForItsFirstColour) {
+    const auto layer = engine.makeLayer({.bounds = {0, 0, 10, 10}, .position = {50, 50}});
+    tree.root().addSublayer(layer);
+    layer->add({.keyPath = KeyPath::backgroundColor,
+                .motion = BasicMotion{.from = Color{0, 0, 0, 0}, .to = Color::black()},
+                .timing = {.duration = 1}},
+               "colour");
+    frame();
+    EXPECT_TRUE(wait());
+}
+
 TEST_F(Trees, TellOfAChangeOnceUntilTheNextFrame) {
     const auto layer = sprite({50, 50});
     frame();

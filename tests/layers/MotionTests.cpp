@@ -129,6 +129,27 @@ TEST_F(Bodies, ChangeFramesAtTheirOwnInstantsWhileTheyStand) {
     EXPECT_NEAR(tree.nextWake(loop.now()).value(), start + 0.15, 1e-9) << "with the next step";
 }
 
+TEST_F(Bodies, RepaintNoMoreOftenThanTheyStepWhileTheyStroll) {
+    walk(450, 45);
+    const Tally tally = watch(9.99);
+    EXPECT_LE(tally.wakes, 152);
+    EXPECT_LE(tally.paints, 152);
+}
+
+TEST_F(Bodies, ChangeFramesInTimeWhileTheyHardlyMove) {
+    walk(4, 1);
+    std::vector<Instant> changes;
+    const Instant start = loop.now();
+    while (loop.now() < start + 3.9) {
+        if (!tree.nextFrame(loop.now()).empty()) changes.push_back(loop.now());
+        loop.runUntil(tree.nextWake(loop.now()).value());
+    }
+    for (std::size_t i = 1; i < changes.size(); ++i) {
+        EXPECT_LT(changes[i] - changes[i - 1], 0.13 + 2 * 0.05 + 1e-6) << i;
+    }
+    EXPECT_GT(changes.size(), 25u);
+}
+
 class Emitters : public testing::Test {
 protected:
     ManualRunLoop loop;

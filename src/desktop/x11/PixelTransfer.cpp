@@ -12,7 +12,7 @@
 namespace quibbits::x11 {
 namespace {
 
-constexpr std::size_t smallest = std::size_t{256} << 10;
+constexpr std::size_t smallest = std::size_t{512} << 10;
 constexpr std::size_t largest = std::size_t{2} << 20;
 constexpr std::size_t bandsInRing = 4;
 constexpr int smallBandsBeforeShrinking = 10;

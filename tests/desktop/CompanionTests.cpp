@@ -1,0 +1,369 @@
+// The program itself on a virtual desktop, as its user has it: what is seen, what a mouse can do
+// and how it ends. With the focus mode on, a Sparrel sleeps on the floor, a third of the screen's
+// width from the left.
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <random>
+#include <thread>
+#include <utility>
+
+#include "TemporaryFolder.h"
+#include "XTest.h"
+#include "body/Sheets.h"
+#include "codecs/Json.h"
+#include "desktop/files/DiskResources.h"
+
+extern char** environ;
+
+namespace quibbits {
+namespace {
+
+constexpr int screenWidth = 1280;
+constexpr int screenHeight = 800;
+constexpr double artScale = 3;  // points per sheet pixel
+constexpr double rim = 6;       // points at the sprite's edges that let the mouse through
+
+constexpr const char* sleepingSparrel =
+    R"({"pet.stage": "sparrel", "focus.on": true, "chatter": false, "faces": false})";
+
+/// The program as a child of the test.
+class Program {
+public:
+    Program(const std::string& display, const std::filesystem::path& folder) {
+        const auto run = folder / "run";
+        std::filesystem::create_directories(run);
+        std::filesystem::permissions(run, std::filesystem::perms::owner_all);
+        std::vector<std::string> values{"DISPLAY=" + display, "HOME=" + (folder / "home").native(),
+                                        "XDG_CONFIG_HOME=" + (folder / "config").native(),
+                                        "XDG_DATA_HOME=" + (folder / "data").native(),
+                                        "XDG_RUNTIME_DIR=" + run.native()};
+        for (char** each = environ; *each; ++each) {
+            const std::string_view value(*each);
+            const auto name = value.substr(0, value.find('='));
+            if (name != "DISPLAY" && name != "HOME" && name != "WAYLAND_DISPLAY" &&
+                !name.starts_with("XDG_") && !name.starts_with("DBUS_")) {
+                values.emplace_back(value);
+            }
+        }
+        std::vector<char*> environment;
+        for (auto& value : values) environment.push_back(value.data());
+        environment.push_back(nullptr);
+
+        std::string path = std::string(QUIBBITS_BIN_DIR) + "/quibbits";
+        char* words[] = {path.data(), nullptr};
+        posix_spawnattr_t attributes;
+        posix_spawnattr_init(&attributes);
+        sigset_t none;
+        sigemptyset(&none);
+        posix_spawnattr_setsigmask(&attributes, &none);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+        if (posix_spawn(&process_, path.c_str(), nullptr, &attributes, words, environment.data())) {
+            process_ = 0;
+        }
+        posix_spawnattr_destroy(&attributes);
+    }
+    ~Program() {
+        signal(SIGKILL);
+        if (process_ > 0) waitpid(process_, nullptr, 0);
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    void signal(int number) const {
+        if (process_ > 0) kill(process_, number);
+    }
+    /// How it ended, as waitpid tells; nothing while it runs.
+    std::optional<int> ending() {
+        if (process_ > 0 && waitpid(process_, &status_, WNOHANG) == process_) process_ = -1;
+        return process_ < 0 ? std::optional(status_) : std::nullopt;
+    }
+
+private:
+    pid_t process_ = 0;
+    int status_ = 0;
+};
+
+/// The whole screen as the user sees it, 0xRRGGBB.
+struct Picture {
+    std::vector<std::uint32_t> pixels;
+
+    std::uint32_t at(int x, int y) const {
+        return pixels[static_cast<std::size_t>(y) * screenWidth + static_cast<std::size_t>(x)];
+    }
+    /// The smallest rectangle around all that differs, in pixels from the top.
+    PixelRect difference(const Picture& other) const {
+        PixelRect all;
+        for (int y = 0; y < screenHeight; ++y) {
+            for (int x = 0; x < screenWidth; ++x) {
+                if (at(x, y) != other.at(x, y)) all = all.united({x, y, 1, 1});
+            }
+        }
+        return all;
+    }
+    int differing(const Picture& other, const PixelRect& within) const {
+        int count = 0;
+        const auto part = within.intersected({0, 0, screenWidth, screenHeight});
+        for (int y = part.y; y < part.y + part.height; ++y) {
+            for (int x = part.x; x < part.x + part.width; ++x) count += at(x, y) != other.at(x, y);
+        }
+        return count;
+    }
+};
+
+struct CompanionTest : XTest {
+    enum class Compositor { present, absent };
+
+    /// A desktop with a window over most of it, and what it looks like without the program.
+    void prepare(Compositor compositor = Compositor::present) {
+        desktop->startWindowManager();
+        if (compositor == Compositor::present) desktop->startCompositor();
+        other->open({.x = 10, .y = 10, .width = 1200, .height = 780, .color = 0x808890});
+        shows(100, 100, 0x808890);
+        other->takenClicks();
+        empty = look();
+        // A compositor takes its time to paint the first picture.
+        eventually([&] {
+            turnFor(0.4);
+            return std::exchange(empty, look()).difference(empty).isEmpty();
+        });
+    }
+    void start(const std::string& defaults) {
+        write(defaultsFile(), defaults);
+        program = std::make_unique<Program>(desktop->display(), folder.path());
+    }
+    std::filesystem::path defaultsFile() const { return folder / "config/quibbits/defaults.json"; }
+
+    Picture look() {
+        auto* xcb = other->xcb();
+        auto* image =
+            xcb_get_image_reply(xcb,
+                                xcb_get_image(xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, other->root(), 0, 0,
+                                              screenWidth, screenHeight, ~0u),
+                                nullptr);
+        Picture picture{std::vector<std::uint32_t>(std::size_t{screenWidth} * screenHeight)};
+        if (image) {
+            std::memcpy(picture.pixels.data(), xcb_get_image_data(image),
+                        picture.pixels.size() * sizeof(std::uint32_t));
+        }
+        std::free(image);
+        for (auto& pixel : picture.pixels) pixel &= 0xffffff;
+        return picture;
+    }
+    bool panelIsThere() {
+        for (const auto window : other->numbers(other->root(), "_NET_CLIENT_LIST")) {
+            if (!other->numbers(window, "XdndAware").empty()) return true;
+        }
+        return false;
+    }
+    bool appears() {
+        return eventually([&] { return !look().difference(empty).isEmpty(); }, 5);
+    }
+    std::optional<int> ending(Seconds within) {
+        std::optional<int> status;
+        eventually([&] { return (status = program->ending()).has_value(); }, within);
+        return status;
+    }
+
+    /// The sleeping creature's sprite on the stage, from the floor up.
+    static Rect sleeper() {
+        const DiskResources resources({QUIBBITS_SHEETS_DIR});
+        const Anim sleep = Sheets(resources, "sparrel", {}).sleep;
+        const double width = sleep.frameSize.width * artScale;
+        const double height = sleep.frameSize.height * artScale;
+        return {screenWidth / 3.0 - width / 2, sleep.feet * artScale - height / 2, width, height};
+    }
+    static PixelRect onScreen(const Rect& r) {
+        return PixelRect::around({r.x, screenHeight - r.maxY(), r.width, r.height});
+    }
+    static int down(double y) { return screenHeight - static_cast<int>(y); }
+
+    TemporaryFolder folder;
+    Picture empty;
+    std::unique_ptr<Program> program;
+};
+
+TEST_F(CompanionTest, ASleeperIsSeenOnTheFloorAndNothingElseChanges) {
+    prepare();
+    start(sleepingSparrel);
+    ASSERT_TRUE(appears());
+    turnFor(1);
+    const auto seen = look().difference(empty);
+    const auto frame = onScreen(sleeper());
+    EXPECT_EQ(seen.united(frame), frame)
+        << seen.x << ' ' << seen.y << ' ' << seen.width << ' ' << seen.height;
+    EXPECT_EQ(seen.y + seen.height, screenHeight) << "its feet are on the floor";
+    EXPECT_GT(seen.width, 60);
+}
+
+TEST_F(CompanionTest, WithoutACompositorNothingTurnsBlackAroundTheCreature) {
+    prepare(Compositor::absent);
+    start(sleepingSparrel);
+    ASSERT_TRUE(appears());
+    turnFor(1);
+    const auto seen = look().difference(empty);
+    const auto frame = onScreen(sleeper());
+    EXPECT_EQ(seen.united(frame), frame);
+    EXPECT_GT(seen.width, 60);
+}
+
+TEST_F(CompanionTest, TwoEggsShowNothing) {
+    prepare();
+    start("{}");
+    ASSERT_TRUE(eventually([&] { return panelIsThere(); }, 5));
+    turnFor(1);
+    EXPECT_FALSE(program->ending());
+    const auto seen = look().difference(empty);
+    EXPECT_TRUE(seen.isEmpty()) << seen.x << ' ' << seen.y << ' ' << seen.width << ' '
+                                << seen.height;
+}
+
+TEST_F(CompanionTest, AQuickPressCatchesTheCreatureWhichIsCarriedAndFalls) {
+    prepare();
+    start(sleepingSparrel);
+    ASSERT_TRUE(appears());
+    const Rect at = sleeper();
+    const int x = static_cast<int>(at.midX());
+    const int y = down(at.midY());
+    other->movePointer(x + 600, y);
+    turnFor(1.5);
+    other->movePointer(x, y);
+    turnFor(0.1);
+    other->press();
+    turnFor(0.3);
+    const PixelRect old = onScreen(at);
+    struct Place {
+        int x, y;
+        PixelRect around() const { return {x - 60, y - 60, 120, 120}; }
+    };
+    constexpr Place last{800, 300};
+    for (const Place& place : {Place{600, 400}, last}) {
+        other->movePointer(place.x, place.y);
+        EXPECT_TRUE(eventually([&] {
+            const auto now = look();
+            return now.differing(empty, place.around()) > 500 && now.differing(empty, old) == 0;
+        })) << "carried to "
+            << place.x << ", " << place.y;
+    }
+    other->release();
+    EXPECT_TRUE(eventually([&] {
+        const auto now = look();
+        return now.differing(empty, last.around()) == 0 &&
+               now.differing(empty, {740, screenHeight - 90, 120, 90}) > 500;
+    })) << "let go, it falls to the floor";
+    EXPECT_EQ(other->takenClicks(), 0) << "the window below was clicked";
+}
+
+TEST_F(CompanionTest, AClickAPointBesideTheCreatureReachesTheWindowBelow) {
+    prepare();
+    start(sleepingSparrel);
+    ASSERT_TRUE(appears());
+    turnFor(0.5);
+    const Rect area = sleeper().inset(rim);
+    struct Case {
+        const char* place;
+        double x, y;
+        bool caught;
+    };
+    for (const auto& [place, x, y, caught] : {
+             Case{"left of it", area.minX() - 1, area.midY(), false},
+             Case{"its left edge", area.minX() + 1, area.midY(), true},
+             Case{"its right edge", area.maxX() - 1, area.midY(), true},
+             Case{"right of it", area.maxX() + 1, area.midY(), false},
+             Case{"above it", area.midX(), area.maxY() + 2, false},
+         }) {
+        other->movePointer(static_cast<int>(x), down(y));
+        turnFor(0.15);
+        other->press();
+        other->release();
+        turnFor(0.15);
+        EXPECT_EQ(other->takenClicks(), caught ? 0 : 2) << place;
+        if (caught) turnFor(4);  // it lies down again
+    }
+}
+
+TEST_F(CompanionTest, TheSignalToEndEndsItWithSuccess) {
+    prepare();
+    start(sleepingSparrel);
+    ASSERT_TRUE(appears());
+    program->signal(SIGTERM);
+    const auto status = ending(3);
+    ASSERT_TRUE(status) << "it hangs";
+    EXPECT_TRUE(WIFEXITED(*status));
+    EXPECT_EQ(WEXITSTATUS(*status), 0);
+    EXPECT_TRUE(eventually([&] { return look().difference(empty).isEmpty(); }));
+}
+
+TEST_F(CompanionTest, TheEndOfTheDisplayEndsItWithSuccess) {
+    prepare();
+    start(sleepingSparrel);
+    ASSERT_TRUE(appears());
+    desktop->endServer();
+    const auto status = ending(3);
+    ASSERT_TRUE(status) << "it hangs";
+    EXPECT_TRUE(WIFEXITED(*status));
+    EXPECT_EQ(WEXITSTATUS(*status), 0);
+}
+
+TEST_F(CompanionTest, WithBrokenDefaultsItStartsAnewAndTheFirstSaveSetsThemAside) {
+    prepare();
+    const std::string broken = R"({"pet.stage": "spar)";
+    start(broken);
+    ASSERT_TRUE(eventually([&] { return panelIsThere(); }, 5));
+    turnFor(0.5);
+    EXPECT_FALSE(program->ending());
+    const std::string save = "XDG_CONFIG_HOME='" + (folder / "config").native() + "' '" +
+                             QUIBBITS_BIN_DIR "/quibbits-defaults' write pet.stage sparrel";
+    EXPECT_EQ(std::system(save.c_str()), 0);
+    EXPECT_EQ(contents(defaultsFile().native() + ".broken-1"), broken);
+    program->signal(SIGTERM);
+    EXPECT_EQ(ending(3), 0);
+    program = std::make_unique<Program>(desktop->display(), folder.path());
+    EXPECT_TRUE(appears()) << "what was saved since is not read";
+}
+
+/// Killed at any moment of a hundred starts, while it thinks and saves.
+TEST_F(CompanionTest, AKillAtAnyMomentLeavesWhatWasSaved) {
+    prepare();
+    write(defaultsFile(), R"({"mine": "kept", "pet.stage": "sparrel", "pet.exp": 5000})");
+    const auto seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 chance(seed);
+    double exp = 5000;
+    int saves = 0;
+    for (int i = 0; i < 100; ++i) {
+        const std::string before = contents(defaultsFile());
+        struct stat was {};
+        stat(defaultsFile().c_str(), &was);
+        {
+            const Program killed(desktop->display(), folder.path());
+            const auto wait = std::uniform_int_distribution(0, 250'000)(chance);
+            std::this_thread::sleep_for(std::chrono::microseconds(wait));
+        }
+        struct stat is {};
+        stat(defaultsFile().c_str(), &is);
+        saves += was.st_ino != is.st_ino || was.st_mtim.tv_nsec != is.st_mtim.tv_nsec;
+        const auto read = Json::parse(contents(defaultsFile()));
+        ASSERT_TRUE(read.value) << i << ": " << contents(defaultsFile());
+        const auto* stage = read.value->find("pet.stage");
+        const auto* mine = read.value->find("mine");
+        const auto* experience = read.value->find("pet.exp");
+        ASSERT_TRUE(stage && mine && experience) << i << ": " << contents(defaultsFile());
+        EXPECT_EQ(*stage, Json("sparrel")) << i;
+        EXPECT_EQ(*mine, Json("kept")) << i;
+        EXPECT_GE(experience->number().value_or(0), exp) << i;
+        exp = experience->number().value_or(exp);
+    }
+    EXPECT_GT(saves, 10) << "too few of the starts came as far as saving";
+}
+
+}  // namespace
+}  // namespace quibbits
