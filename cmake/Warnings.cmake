@@ -12,7 +12,7 @@ endif()
 if(QUIBBITS_SANITIZE)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # What the sanitizers put in between confuses the flow analysis.
-    target_compile_options(quibbits_flags INTERFACE -Wno-maybe-uninitialized -Wno-array-bounds)
+    target_compile_options(quibbits_flags INTERFACE -Wno-maybe-uninitialized -Wno-array-bounds -Wno-stringop-overflow)
   endif()
   target_compile_options(quibbits_flags INTERFACE
     -fsanitize=${QUIBBITS_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -27,8 +27,9 @@ start_virtual_desktop() {
 rounded = 6
 border_width = 0
 background_color = #20283a 90
-panel_items = TC
+panel_items = TSC
 panel_size = 56% 44
+panel_padding = 12 0 12
 panel_position = bottom center horizontal
 panel_background_id = 1
 panel_layer = top
@@ -38,6 +39,8 @@ task_text = 1
 task_maximum_size = 160 36
 time1_format = %H:%M
 time1_font = Sans 11
+systray_padding = 8 4 4
+systray_icon_size = 24
 clock_font_color = #e8eef4 100
 TINT
     tint2 -c "$scratch/tint2rc" >/dev/null 2>&1 &

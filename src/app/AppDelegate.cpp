@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "settings/model/Setting.h"
 #include "species/Sparrel.h"
@@ -32,10 +33,11 @@ void AppDelegate::applicationDidFinishLaunching() {
         stage->add(party_[i]->pet(), screen->frame.width * share);
     }
     joinSenses();
-
-    const Vector origin{screen->frame.x, screen->frame.y};
+    joinEffects(*screen);
+    buildDial();
     for (const auto& creature : party_) {
-        creature->cursor = [this, origin] { return computer_.pointer.location() - origin; };
+        creature->cursor = [this] { return toStage(computer_.pointer.location()); };
+        creature->ballStart = [this] { return ballStart(); };
         if (onCreature) onCreature(*creature);
     }
     for (const auto& creature : party_) creature->start();
@@ -50,6 +52,9 @@ void AppDelegate::registerNotifications() {
          {.identifier = "zap",
           .actions = {{.identifier = "zap", .title = "Delete", .destructive = true},
                       {.identifier = "keep", .title = "Keep"}}}});
+    computer_.notifications.onResponse = lifetime_.guard([this](const NotificationResponse& given) {
+        computer_.runLoop.post(lifetime_.guard([this, given] { answered(given); }));
+    });
 }
 
 void AppDelegate::buildParty() {
@@ -83,6 +88,9 @@ void AppDelegate::joinSenses() {
     senses_->onBreakTime = [this] {
         if (Companion* free = firstFree()) free->suggestBreak();
     };
+    senses_->onCamera = [this](bool on) {
+        for (const auto& creature : party_) creature->cameraChanged(on);
+    };
     senses_->onHeat = [this] {
         for (const auto& creature : party_) creature->heatChanged();
     };
@@ -91,14 +99,58 @@ void AppDelegate::joinSenses() {
     };
 }
 
+void AppDelegate::joinEffects(const Screen& screen) {
+    const double artPixel = party_.front()->pet().scale();
+    ballFX_ = std::make_unique<BallFX>(panels_, computer_.random, screen.frame, artPixel);
+    for (const auto& creature : party_) creature->fx = ballFX_.get();
+    stageOrigin_ = {screen.frame.x, screen.frame.y};
+    subscriptions_.push_back(computer_.screens.changed.subscribe([this] {
+        const auto now = computer_.screens.main();
+        if (!now) return;
+        ballFX_->setFrame(now->frame);
+        stageOrigin_ = {now->frame.x, now->frame.y};
+    }));
+}
+
+void AppDelegate::answered(const NotificationResponse& response) {
+    if (response.action == "zap") return zapOffered(response.paths);
+    const bool yes = response.action == "evolve";
+    if (!yes && response.action != "later") return;
+    const std::string store = response.pet.empty() ? "pet" : response.pet;
+    const auto named = std::ranges::find_if(
+        party_, [&](const auto& creature) { return creature->store() == store; });
+    if (named != party_.end()) (*named)->answerEvolution(yes);
+}
+
+void AppDelegate::zapOffered(const std::vector<std::string>& paths) {
+    constexpr std::size_t shown = 3;  // with an attack each; the rest goes at once
+    std::vector<std::string> there;
+    std::ranges::copy_if(paths, std::back_inserter(there),
+                         [this](const std::string& path) { return computer_.files.exists(path); });
+    Companion* creature = firstFree();
+    if (!creature && !party_.empty()) creature = party_.front().get();
+    const auto rest = there.begin() + static_cast<std::ptrdiff_t>(std::min(shown, there.size()));
+    if (creature) creature->strike({there.begin(), rest}, {});
+    for (auto path = rest; path != there.end(); ++path) computer_.files.moveToTrash(*path);
+}
+
 Companion* AppDelegate::firstFree() const {
     const auto found =
         std::ranges::find_if(party_, [](const auto& creature) { return creature->isFree(); });
     return found == party_.end() ? nullptr : found->get();
 }
 
-void AppDelegate::hear(const std::string& word) {
-    for (const auto& creature : party_) creature->hook(word);
+void AppDelegate::open(const std::vector<std::string>& addresses) {
+    constexpr std::string_view scheme = "quibbits:";
+    for (std::string_view rest : addresses) {
+        if (!rest.starts_with(scheme)) continue;
+        rest.remove_prefix(scheme.size());
+        // What stands where a web address has its host.
+        std::string word;
+        if (rest.starts_with("//")) word = rest.substr(2, rest.find_first_of("/?#", 2) - 2);
+        if (word.empty()) word = "hello";
+        for (const auto& creature : party_) creature->hook(word);
+    }
 }
 
 void AppDelegate::applicationWillTerminate() {

@@ -9,8 +9,11 @@
 #include "aware/Power.h"
 #include "aware/Senses.h"
 #include "creature/Companion.h"
+#include "dial/PartyDial.h"
+#include "effects/BallFX.h"
 #include "layers/Panel.h"
 #include "platform/Computer.h"
+#include "platform/Lifetime.h"
 #include "stage/StageWindow.h"
 
 namespace quibbits {
@@ -28,14 +31,23 @@ public:
     /// Creatures save as they go; only a hidden pointer must be shown again.
     void applicationWillTerminate();
 
-    /// A word from an address, for every creature in turn.
-    void hear(const std::string& word);
+    /// Addresses such as quibbits://celebrate, in turn. Every creature hears the word of each; one
+    /// without a word is a greeting, and one of another scheme is nothing.
+    void open(const std::vector<std::string>& addresses);
 
     // Empty until the launch is done.
     StageWindow* stage() const { return stage_.get(); }
     const std::vector<std::unique_ptr<Companion>>& party() const { return party_; }
     Power* power() const { return power_.get(); }
     Senses* senses() const { return senses_.get(); }
+    BallFX* ballFX() const { return ballFX_.get(); }
+    PartyDial* dial() const { return dial_.get(); }
+
+    /// The user wants the settings; set before the launch. Left empty, there are none to show, and
+    /// the menu's line cannot be chosen.
+    std::function<void()> onSettings;
+    /// The user wants the program to end: whoever runs the loop ends it.
+    std::function<void()> onTerminate;
 
     /// For a record of what happens: called with every creature before it starts.
     std::function<void(Companion&)> onCreature;
@@ -45,7 +57,20 @@ private:
     void buildParty();
     void chooseWhoIsOut();
     void joinSenses();
+    void joinEffects(const Screen& screen);
+    /// The user has answered a notification.
+    void answered(const NotificationResponse& response);
+    void zapOffered(const std::vector<std::string>& paths);
     Companion* firstFree() const;
+
+    // The party dial (Dial.cpp).
+    void buildDial();
+    PartyMember partyMember(Companion& creature);
+    /// Where balls fly from and to, on the stage.
+    Point ballStart() const;
+    Point toStage(Point global) const { return global - stageOrigin_; }
+    /// Recalls the creature, or sends it out after whoever else is out has gone in.
+    void toggleFromDial(Companion& creature, Point at);
 
     const Computer computer_;
     Panels& panels_;
@@ -54,6 +79,11 @@ private:
     std::unique_ptr<Senses> senses_;
     std::vector<std::unique_ptr<Companion>> party_;  // Sparrel, Umbrool
     std::unique_ptr<StageWindow> stage_;
+    std::unique_ptr<BallFX> ballFX_;
+    std::vector<Subscription> subscriptions_;
+    std::unique_ptr<PartyDial> dial_;
+    Vector stageOrigin_;
+    Lifetime lifetime_;
 };
 
 }  // namespace quibbits

@@ -31,8 +31,8 @@ Pose stanceOf(Builds build, double phase) {
         pose.legRight = 17;
     }
     if ((build & ball) != 0) {
-        pose.legLeft = -18;
-        pose.legRight = 18;
+        pose.legLeft = -22;
+        pose.legRight = 22;
     }
     if ((build & ghosts) != 0) pose.tailSway = 10 * std::sin(phase);
     if ((build & dusk) != 0) pose.armLeft = pose.armRight = 8;

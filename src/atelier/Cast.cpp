@@ -219,10 +219,11 @@ bool isWart(const CellGrid& grid, int x, int y) {
     }
     if (filled != 1) return false;
     const auto* base = grid.seen(x + towards.x, y + towards.y);
+    const bool hangs = towards.y < 0;  // whatever it lies on would stand on its point
     return std::ranges::all_of(std::array{-2, -1, 1, 2}, [&](int along) {
         const auto* edge =
             grid.seen(x + towards.x + along * towards.y, y + towards.y + along * towards.x);
-        return edge != nullptr && edge->part == base->part;
+        return edge != nullptr && (hangs || edge->part == base->part);
     });
 }
 

@@ -13,7 +13,7 @@ constexpr std::uint32_t grass = 0xff8fb08a;
 constexpr std::uint32_t light = 0xfff6f6f4;
 constexpr std::uint32_t dark = 0xff1c1e26;
 
-/// An image that grows downwards row by row, each row enlarged on its own ground.
+/// An image that grows downwards row by row, each row on its own ground.
 class Board {
 public:
     explicit Board(int width) : width_{width} {}
@@ -31,15 +31,7 @@ public:
         }
     }
 
-    [[nodiscard]] Image enlarged() const {
-        Image image{width_ * enlargement, height_ * enlargement, {}};
-        for (int y = 0; y < image.height; ++y) {
-            for (int x = 0; x < image.width; ++x) {
-                image.argb.push_back(argb_[index(x / enlargement, y / enlargement)]);
-            }
-        }
-        return image;
-    }
+    [[nodiscard]] Image image() const { return {width_, height_, argb_}; }
 
 private:
     [[nodiscard]] std::size_t index(int x, int y) const {
@@ -111,7 +103,7 @@ Image contactSheet(const Form& form) {
     for (const auto& row : rows) width = std::max(width, widthOf(row.cells));
     Board board(width);
     for (const auto& row : rows) board.add(row.cells, row.ground);
-    return board.enlarged();
+    return enlarged(board.image(), enlargement);
 }
 
 Image strip(const Form& form, const Animation& animation) {
@@ -120,7 +112,7 @@ Image strip(const Form& form, const Animation& animation) {
     Board board(widthOf(cells));
     board.add(cells, light);
     board.add(cells, dark);
-    return board.enlarged();
+    return enlarged(board.image(), enlargement);
 }
 
 }  // namespace quibbits::atelier

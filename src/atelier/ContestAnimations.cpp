@@ -29,6 +29,7 @@ Animation charge() {
                        {legLeft, {8}},
                        {legRight, {-8}},
                        {tailPitch, {0, 0, -10}},
+                       {tailPitch, {0, 0, 4}, tall},
                        {tailPuff, {1, 1, 1.12, 1.17, 1.12, 1.17, 1.12, 1.17, 1.12, 1.17}},
                        {tailSway, {0, 0, -6, 6, -6, 6, -6, 6, -6, 6}},
                        {ear, {6, 6, -12}},
@@ -49,7 +50,8 @@ Animation shock() {
                        {ear, {-10, -24, -10, -24, -10, -24, -10, 16}},
                        {earSpread, {14}},
                        {tailPuff, {1.05, 1.22, 1.05, 1.22, 1.05, 1.22, 1.05, 1}},
-                       {tailPitch, {-12}}},
+                       {tailPitch, {-12}},
+                       {tailPitch, {4}, tall}},
             .eyes = {wide, wide, wide, wide, wide, wide, wide, dizzy},
             .mouths = {Mouth::wavy},
             .effects = {spark, spark, spark, spark, spark, spark, spark, no}};
@@ -97,7 +99,7 @@ Animation attack() {
 Animation swing() {
     return {.name = "Swing",
             .ticks = {5, 4, 2, 2, 4, 5},
-            .tracks = {{yaw, {20, 34, 0, -40, -50, -16}},
+            .tracks = {{yaw, {-6, -2, -22, -46, -50, -16}},
                        {arms, {40, 60, 90, 90, 60, 20}},
                        {spreadLeft, {60, 80, 60, 10, 0, 14}},
                        {spreadRight, {20}},

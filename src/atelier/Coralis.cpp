@@ -1,5 +1,5 @@
-// Thrummet of the coral kind: it swims through the air, with antlers of coral, a tail that rolls up
-// like a sea horse's, and three drops that circle it.
+// Thrummet of the coral kind: it swims through the air, with antlers of coral and a tail that rolls
+// up like a sea horse's and sheds drops of water.
 #include <cmath>
 
 #include "atelier/TallBody.h"
@@ -9,6 +9,7 @@ namespace {
 
 /// It does not stand: its legs trail, one lower than the other.
 Pose swimming(Pose pose) {
+    if (pose.footing == Footing::lying) return pose;
     pose.legLeft -= 23;
     pose.legRight -= 11;
     pose.liftLeft += 0.6;
@@ -16,14 +17,14 @@ Pose swimming(Pose pose) {
     return pose;
 }
 
-void shapeTail(Model& model, const Frame& hip, const Pose& pose) {
+void shapeTail(Model& model, const Frame& hip, double turn, const Pose& pose) {
     const TailShape tail{.joints = 16, .segment = 1.75, .start = 118, .turn = [&pose](double t) {
                              if (t < 0.16) return -4.0;
                              if (t < 0.5) return -22.0 - pose.tailCurl * 0.3;
                              return t < 0.64 ? 2.0 : 46.0 + pose.tailTip;
                          }};
     model.chain(
-        hip.moved({0, -2.4, -3.8}).pitched(-pose.tailPitch),
+        hip.moved({0, -2.4, -3.8}).yawed(turn).pitched(-pose.tailPitch),
         {.points = tailCurve(tail, pose),
          .radii = {1.8, 2.4, 3.0, 3.4, 3.2, 2.4, 1.4},
          .materialAlong =
@@ -56,24 +57,29 @@ void shapeAntler(Model& model, const Frame& head, Side side, const Pose& pose) {
                 part);
 }
 
-/// Drops on one slow ring: evenly apart and large, small ones are noise.
-void shapeDrops(Model& model, const Frame& root, const Pose& pose) {
-    if (pose.footing == Footing::lying) return;
-    for (int i = 0; i < 3; ++i) {
-        const double angle = pose.phase / 3 + i * fullTurn / 3;
+/// Drops that come off its tail one after the other, rise and shrink: clear of the body, over which
+/// they would be noise.
+void shapeDrops(Model& model, const Frame& root, double turn, const Pose& pose) {
+    // From the front and from behind the head stands where they rise.
+    const bool fromTheSide = std::abs(normalised(root.axes.z).x) > 0.6;
+    if (pose.footing == Footing::lying || !fromTheSide) return;
+    for (int i = 0; i < 2; ++i) {
+        const double turns = pose.phase / fullTurn + i / 2.0;
+        const double age = turns - std::floor(turns);
         const Frame place =
-            root.moved({11 * std::cos(angle), 6 + std::sin(angle * 2 + i), 11 * std::sin(angle)});
+            root.yawed(turn).moved({0, 21 + 14 * age, -15 + 1.5 * std::cos(age * fullTurn)});
         // Rigid and on a whole pixel: so small a ball would change its shape on its way.
-        model.ellipsoid(rigid(place).snapped(), {{}, {1.9, 1.9, 1.9}}, Material::fluff,
+        const double radius = age < 0.6 ? 1.9 : 1.4;
+        model.ellipsoid(rigid(place).snapped(), {{}, {radius, radius, radius}}, Material::fluff,
                         Part::sprout);
     }
 }
 
 Head shape(Model& model, const Stage& stage, const Pose& pose) {
     const auto [hip, head] = shapeTallBody(model, stage, swimming(pose));
-    shapeTail(model, hip, pose);
+    shapeTail(model, hip, stage.tailTurn, pose);
     for (const Side side : {Side::left, Side::right}) shapeAntler(model, head, side, pose);
-    shapeDrops(model, stage.root, pose);
+    shapeDrops(model, stage.root, stage.tailTurn, pose);
     return tallHead(head);
 }
 

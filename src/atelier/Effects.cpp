@@ -35,14 +35,14 @@ void addSparks(Model& model, const Form& form, const Frame& foot, int step) {
         model.mote({.x = rounded(foot.origin.x + radius * std::cos(angle) - 2),
                     .y = rounded(foot.origin.y + form.middle + radius * 0.85 * std::sin(angle) + 2),
                     .stamp = stamps[static_cast<std::size_t>((i * 3 + step * 2) % 5)],
-                    .behind = ghost ? i % 3 == 0 : i != 4});
+                    .behind = ghost || i != 4});
     }
 }
 
 /// A star where the blow lands: full in the first frame, falling apart in the second.
 void addImpact(Model& model, const Form& form, const Frame& foot, const Pose& pose) {
     const Stamp whole{
-        {"...e...", ".e.E.e.", "..EEE..", "eEEWEEe", "..EEE..", ".e.E.e.", "...e..."}};
+        {"...e...", ".e.e.e.", "..eEe..", "eeEWEee", "..eEe..", ".e.e.e.", "...e..."}};
     const Stamp fading{{".E...E.", "..e.e..", "...E...", "..e.e..", ".E...E."}};
     const Vec3 ahead = foot.axes.z;
     model.mote({.x = rounded(foot.origin.x + ahead.x * form.reach * 0.95 - 3),

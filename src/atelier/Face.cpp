@@ -71,6 +71,32 @@ Side pictureSide(const Frame& head, Side side) {
     return sideSign(side) * head.axes.x.x < 0 ? Side::left : Side::right;
 }
 
+Frame headUpon(const Frame& hip, const Neck& neck, double faceTurn, const Pose& pose) {
+    return steadied(hip.moved(neck.root)
+                        .pitched(pose.headPitch)
+                        .yawed(pose.headYaw + faceTurn)
+                        .rolled(pose.headRoll)
+                        .moved(neck.toHead)
+                        .moved({0, pose.headY, pose.headZ}),
+                    pose);
+}
+
+void layFurryFace(Model& model, const Frame& head, const FurryFace& face, const Pose& pose) {
+    const double hidden = isStroke(pose.eyes) ? face.strokeHidden : face.eyeHidden;
+    for (const Side side : {Side::left, Side::right}) {
+        const double sign = sideSign(side);
+        const Spot eye = spotOn(head, {{}, face.skull}, {face.eye.yaw * sign, face.eye.rise},
+                                {.facing = face.eyeFacing, .hidden = hidden});
+        lay(model, eye, face.eyes(pose.eyes, eye.turn, pictureSide(head, side)));
+        lay(model,
+            spotOn(head, face.cheeks, {face.blush.yaw * sign, face.blush.rise}, {.hidden = 0.32}),
+            {{"RR"}});
+    }
+    lay(model, spotOn(head, face.muzzle, {0, face.noseRise}, {.hidden = 0.03}), {{"N"}});
+    const Spot mouth = spotOn(head, face.muzzle, {0, face.mouthRise}, {.hidden = 0.12});
+    lay(model, mouth, furryMouth(pose.mouth, mouth.turn));
+}
+
 double keptInView(const Frame& head, double limit) {
     const Vec3 forward = head.axes.z;
     if (forward.z < 0) return 0;

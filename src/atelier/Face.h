@@ -57,6 +57,30 @@ Frame rigid(const Frame& frame);
 /// it. The frame is on whole pixels.
 Frame steadied(const Frame& head, const Pose& pose);
 
+/// Where a neck stands on a body, and the head's middle upon it.
+struct Neck {
+    Vec3 root;
+    Vec3 toHead;
+};
+Frame headUpon(const Frame& hip, const Neck& neck, double faceTurn, const Pose& pose);
+
+/// The features of a furry face: eyes on the skull, a blush on the cheeks, a nose and a mouth on
+/// the middle line of the muzzle.
+struct FurryFace {
+    Vec3 skull;  // radii
+    Ellipsoid cheeks;
+    Ellipsoid muzzle;
+    Anchor eye;  // of the right one, as is the blush
+    Anchor blush;
+    double noseRise = 0;
+    double mouthRise = 0;
+    double eyeFacing = 0.72;  // from here on an eye is seen in full
+    double eyeHidden = 0.22;  // and up to here not at all
+    double strokeHidden = 0.32;
+    Stamp (*eyes)(Eyes, Turn, Side) = furryEye;
+};
+void layFurryFace(Model& model, const Frame& head, const FurryFace& face, const Pose& pose);
+
 /// The yaw that keeps a feature of the middle line within `limit` degrees of the viewer: a mouth
 /// that would be cut by the outline slides back instead.
 double keptInView(const Frame& head, double limit);

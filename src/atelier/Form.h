@@ -48,12 +48,17 @@ struct Stage {
     Frame root;              // at the foot point, y up
     double faceTurn = 0;     // how far the head is turned towards the viewer, in degrees
     Side lean = Side::left;  // the creature's side to which its cap hangs over
+    double tailTurn = 0;     // how far a tail swings out of its head's way, in degrees
 };
 
 struct Form {
     std::string_view name;
     Builds build = ball;
     double cameraTilt = 24;  // how far the viewer looks down, in degrees
+
+    /// The two views from the side are turned towards the viewer by this much, in degrees: a true
+    /// profile would hide one leg and one arm behind the other.
+    double sideTurn = 18;
 
     /// In the directions that show a profile, heads are turned towards the viewer by this much, so
     /// that the face can be read.
@@ -73,9 +78,8 @@ struct Form {
     void (*face)(Model&, const Head&, const Pose&) = nullptr;
 };
 
-/// Head turns for heads with a muzzle, which tells the direction by itself, and without one.
-constexpr std::array<double, directionCount> muzzleTurn{0, -10, -28, -6, 0, 6, 28, 10};
-constexpr std::array<double, directionCount> roundTurn{0, -13, -34, -10, 0, 10, 34, 13};
+/// Head turns for heads with a muzzle, which tells the direction by itself.
+constexpr std::array<double, directionCount> muzzleTurn{0, -10, -34, -6, 0, 6, 34, 10};
 
 Form mizzle();
 Form sparrel();

@@ -10,9 +10,19 @@ namespace {
 
 /// From this direction on, creatures face the left of the picture.
 constexpr int firstLeftward = 5;
+constexpr int facingLeft = 6;
+
+constexpr double betweenDirections = 360.0 / directionCount;
+
+/// How far a view from the side is turned towards the viewer.
+double sideTurnFor(const Form& form, int direction) {
+    return direction == facingRight ? -form.sideTurn : direction == facingLeft ? form.sideTurn : 0;
+}
 
 Frame cameraFor(const Form& form, int direction) {
-    return Frame{}.pitched(form.cameraTilt).yawed(direction * 45.0);
+    return Frame{}
+        .pitched(form.cameraTilt)
+        .yawed(direction * betweenDirections + sideTurnFor(form, direction));
 }
 
 /// Turns a frame in the plane of the picture, about a point above the foot point.
@@ -39,18 +49,25 @@ Frame rootFor(const Form& form, int direction, const Pose& pose) {
         .scaled({widening, pose.squash, widening});
 }
 
-/// A creature that spins about itself shows its real sides; otherwise its head keeps the viewer in
-/// sight.
+/// How far the head is turned towards the viewer. A creature that spins about itself has it turned
+/// as the directions it passes do.
 double faceTurnFor(const Form& form, int direction, const Pose& pose) {
-    if (pose.pitch != 0 || pose.yaw != 0) return 0;
-    const double turn = form.headTurn[static_cast<std::size_t>(direction)];
+    const double steps = direction + pose.yaw / betweenDirections;
+    const double from = std::floor(steps);
+    const auto turnAt = [&](int step) {
+        const int wrapped = (step % directionCount + directionCount) % directionCount;
+        return form.headTurn[static_cast<std::size_t>(wrapped)];
+    };
+    const int step = static_cast<int>(from);
+    const double turn = turnAt(step) + (turnAt(step + 1) - turnAt(step)) * (steps - from);
     return turn > 0 ? turn + pose.face : turn < 0 ? turn - pose.face : 0;
 }
 
 Model modelOf(const Form& form, int direction, const Pose& pose) {
     Model model;
     const Stage stage{rootFor(form, direction, pose), faceTurnFor(form, direction, pose),
-                      direction >= firstLeftward ? Side::right : Side::left};
+                      direction >= firstLeftward ? Side::right : Side::left,
+                      -sideTurnFor(form, direction)};
     const Head head = form.shape(model, stage, pose);
     form.face(model, head, pose);
     const Frame foot = cameraFor(form, direction).moved({pose.x, pose.y, pose.z});
@@ -76,7 +93,7 @@ void bury(Drawing& drawing) {
 }
 
 bool seenFromTheSide(int direction) {
-    return direction == 2 || direction == 6;
+    return direction == facingRight || direction == facingLeft;
 }
 
 /// Seen from the front, a foot that swings towards the viewer lies lower in the picture. So only

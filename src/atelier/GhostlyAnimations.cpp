@@ -38,16 +38,17 @@ Animation headOut() {
             .builds = ghosts};
 }
 
+// Leans back as in a deck chair, with the face up.
 Animation laying() {
     return {.name = "Laying",
             .ticks = {40, 12, 40, 12},
-            .tracks = {{tilt, {70}},
+            .tracks = {{tilt, {42}, dusk},
+                       {tilt, {24}, wisp | bell},
                        {pivot, {4.5}},
                        {squash, {1, 0.98, 0.96, 0.98}},
-                       {face, {14}},
                        {arms, {14}},
-                       {legLeft, {14}},
-                       {legRight, {-8}},
+                       {legLeft, {34}},
+                       {legRight, {12}},
                        {tailPitch, {-12}},
                        {tailCurl, {-8}},
                        {ear, {16}}},
@@ -58,12 +59,15 @@ Animation laying() {
             .builds = ghosts};
 }
 
+// The deep sleep: leaning back with legs, a puddle of itself without.
 Animation eventSleep() {
     return {.name = "EventSleep",
             .ticks = {44, 16, 44, 16},
-            .tracks = {{tilt, {78}},
+            .tracks = {{tilt, {42}, dusk},
                        {pivot, {4.5}},
-                       {squash, {1, 0.97, 0.94, 0.97}},
+                       {squash, {0.92, 0.90, 0.87, 0.90}, dusk},
+                       {squash, {0.82, 0.79, 0.75, 0.79}, wisp | bell},
+                       {settled, {0.6}, wisp | bell},
                        {face, {14}},
                        {arms, {30}},
                        {spreads, {-6}},
@@ -73,7 +77,7 @@ Animation eventSleep() {
                        {tailCurl, {-8}},
                        {ear, {24}}},
             .eyes = {closed},
-            .mouths = {Mouth::flat, Mouth::flat, Mouth::round, Mouth::flat},
+            .mouths = {Mouth::flat},
             .lyingFrom = 0,
             .builds = ghosts};
 }
@@ -94,7 +98,8 @@ Animation sink() {
 Animation lick() {
     return {.name = "Lick",
             .ticks = {6, 4, 4, 6, 4, 4, 6},
-            .tracks = {{joint::tongue, {0.08, 0.45, 0.85, 1, 1, 0.5, 0.1}},
+            .tracks = {{face, {-24}},
+                       {joint::tongue, {0.08, 0.45, 0.85, 1, 1, 0.5, 0.1}},
                        {bodyPitch, {-8, 2, 8, 10, 8, 4, 0}},
                        {headPitch, {0, 0, 0, -6, -6, 0}},
                        {z, {-1, 1, 2, 3, 3, 2, 0}},

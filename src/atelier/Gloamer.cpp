@@ -47,7 +47,7 @@ void shapeMitten(Model& model, const Frame& head, Side side, const Pose& pose) {
     const bool facesAway = head.axes.z.z < -0.2;
     const auto [near, far] = facesAway ? PairCheat{} : pairCheat(head, side);
     const Frame hand =
-        head.moved({9.2 * sign, -3.2 + bob - 0.8 * near + 2.4 * far, 0.6 - 1.6 * near + 5.6 * far})
+        head.moved({9.2 * sign, -3.2 + bob - 0.8 * near - 3.0 * far, 0.6 - 1.6 * near + 5.6 * far})
             .pitched(-swing)
             .rolled(spread * 0.4 * sign)
             .moved({0, -1.5, 0.5});

@@ -47,7 +47,8 @@ Animation leapForth() {
         .mouths = {Mouth::flat, Mouth::open, Mouth::open, Mouth::open, Mouth::open, Mouth::flat}};
 }
 
-// Stands proud with an arm raised: the near one, but for long arms, which would hide the face.
+// Stands proud: round forms with both arms up, the others with the far one held out
+// below the face.
 Animation pose() {
     return {.name = "Pose",
             .ticks = {6, 6, 30, 8},
@@ -55,9 +56,14 @@ Animation pose() {
                        {squash, {0.92, 1.05, 1.02, 1}},
                        {arms, {50, 112, 120, 60}},
                        {spreads, {20, 44, 50, 24}},
-                       {armLeft, {60, 120, 150, 60}, squirrel},
-                       {armRight, {50, 80, 86, 50}, squirrel},
-                       {spreadRight, {10, 6, 6, 10}, squirrel},
+                       {armLeft, {30, 6, 0, 10}, tall | swimmer | dusk},
+                       {spreadLeft, {20, 44, 50, 24}, tall | swimmer | dusk},
+                       {armRight, {40, 58, 64, 46}, tall | swimmer | dusk},
+                       {spreadRight, {20, 10, 4, 10}, tall | swimmer | dusk},
+                       {armLeft, {30, 20, 14, 14}, squirrel},
+                       {spreadLeft, {10, 30, 40, 20}, squirrel},
+                       {armRight, {50, 76, 82, 50}, squirrel},
+                       {spreadRight, {10, 6, 0, 10}, squirrel},
                        {bodyPitch, {4, -6, -8, -3}},
                        {headPitch, {2, -5, -6, -2}},
                        {headRoll, {-2, -5, -6, -2}},
@@ -102,6 +108,7 @@ Animation tumble() {
                        {squash, {0.96}},
                        {legs, {70}},
                        {arms, {50}},
+                       {settled, {1}, tall | swimmer},
                        {tailPitch, {-20}},
                        {tailCurl, {20}}},
             .eyes = {happy},

@@ -30,8 +30,8 @@ void shapeFoot(Model& model, const Frame& root, Side side, const Pose& pose) {
     const Part part = either(side, Part::legLeft, Part::legRight);
     const Frame foot = root.moved({2.9 * sideSign(side), 1.3 + lift, 0.6})
                            .pitched(-swing * 0.3)
-                           .moved({0, 0, swing * 0.1});
-    model.ellipsoid(foot, {{0, 0, 0.6}, {1.9, 1.3, 2.5}}, Material::paw, part);
+                           .moved({0, 0, swing * 0.12});
+    model.ellipsoid(foot, {{0, 0, 0.6}, {2.1, 1.45, 2.8}}, Material::paw, part);
     model.chain(foot, {.points = {{0, 0.6, 0}, {0, 2.6, -0.4}}, .radii = {1.3, 1.5}}, part);
 }
 
@@ -42,8 +42,8 @@ void shapeEar(Model& model, const Frame& head, Side side, const Pose& pose) {
     const Frame ear = head.moved({4.0 * sign, 5.3 - 1.6 * far, -0.4 + 0.4 * near})
                           .rolled(-sign * (28 - 30 * near + pose.earSpread))
                           .pitched(-pose.ear);
-    model.ellipsoid(ear, {{0, 1.2, 0}, {2.1, 2.5, 1.6}}, Material::fur, part);
-    model.ellipsoid(ear, {{0, 1.2, 1.1}, {1.1, 1.4, 0.8}}, Material::skin, part);
+    model.ellipsoid(ear, {{0, 1.6, 0}, {2.1, 3.0, 1.6}}, Material::fur, part);
+    model.ellipsoid(ear, {{0, 1.6, 1.1}, {1.1, 1.8, 0.8}}, Material::skin, part);
 }
 
 void shapeSprout(Model& model, const Frame& head, const Pose& pose) {
@@ -59,18 +59,19 @@ void shapeSprout(Model& model, const Frame& head, const Pose& pose) {
     model.ellipsoid(bulb, {{}, {1.9, 1.9, 1.9}}, Material::glow, Part::bulb);
 }
 
-void shapeTail(Model& model, const Frame& root, const Pose& pose) {
+void shapeTail(Model& model, const Frame& root, double turn, const Pose& pose) {
     const double sway = pose.tailSway * 0.03;
-    model.chain(
-        root.moved({0, 5.2 - 1.2 * pose.settled + pose.bodyY, -5.6}).pitched(pose.tailPitch),
-        {.points = {{0, 0, 0}, {sway, 1.4, -1.8}, {sway * 2, 4.0, -1.8}},
-         .radii = {1.6, 2.2, 2.2},
-         .materialAlong =
-             [](double t) {
-                 return t > 0.75 ? Material::glow : t > 0.5 ? Material::paw : Material::fur;
-             },
-         .puff = pose.tailPuff},
-        Part::tail);
+    model.chain(root.yawed(turn)
+                    .moved({0, 5.2 - 1.2 * pose.settled + pose.bodyY, -6.0})
+                    .pitched(pose.tailPitch),
+                {.points = {{0, 0, 0}, {sway, 1.4, -2.4}, {sway * 2, 4.4, -3.2}},
+                 .radii = {1.5, 2.2, 2.3},
+                 .materialAlong =
+                     [](double t) {
+                         return t > 0.75 ? Material::glow : t > 0.5 ? Material::paw : Material::fur;
+                     },
+                 .puff = pose.tailPuff},
+                Part::tail);
 }
 
 /// Stubs that show only while they are raised.
@@ -103,7 +104,7 @@ Head shape(Model& model, const Stage& stage, const Pose& pose) {
                         Part::head);
     }
     shapeSprout(model, head, pose);
-    shapeTail(model, stage.root, pose);
+    shapeTail(model, stage.root, stage.tailTurn, pose);
     return {.frame = head,
             .radii = ballRadii,
             .eyeYaw = 30,
@@ -113,16 +114,18 @@ Head shape(Model& model, const Stage& stage, const Pose& pose) {
 }
 
 void face(Model& model, const Head& head, const Pose& pose) {
-    for (const Side side : {Side::left, Side::right}) {
-        const double sign = sideSign(side);
-        const Spot eye = spotOn(head.frame, {{}, ballRadii}, {29 * sign, 8},
-                                {.hidden = isStroke(pose.eyes) ? 0.42 : 0.36});
-        lay(model, eye, furryEye(pose.eyes, eye.turn, pictureSide(head.frame, side)));
-        lay(model, spotOn(head.frame, cheeks, {52 * sign, -12}, {.hidden = 0.30}), {{"RR"}});
-    }
-    lay(model, spotOn(head.frame, muzzle, {0, 42}, {.hidden = 0.02}), {{"N"}});
-    const Spot mouth = spotOn(head.frame, muzzle, {0, 8}, {.hidden = 0.12});
-    lay(model, mouth, furryMouth(pose.mouth, mouth.turn));
+    layFurryFace(model, head.frame,
+                 {.skull = ballRadii,
+                  .cheeks = cheeks,
+                  .muzzle = muzzle,
+                  .eye = {29, 8},
+                  .blush = {52, -12},
+                  .noseRise = 42,
+                  .mouthRise = 8,
+                  .eyeFacing = 0.70,
+                  .eyeHidden = 0.30,
+                  .strokeHidden = 0.34},
+                 pose);
 }
 
 }  // namespace
@@ -130,7 +133,7 @@ void face(Model& model, const Head& head, const Pose& pose) {
 Form mizzle() {
     return {.name = "mizzle",
             .build = ball,
-            .headTurn = {0, -12, -36, -8, 0, 8, 36, 12},
+            .headTurn = {0, -12, -40, -8, 0, 8, 40, 12},
             .middle = 8,
             .reach = 11,
             .framing = {.headY = 27},

@@ -235,10 +235,10 @@ Paints gloamerPaints() {
 }
 
 Paints umbroolPaints() {
-    return ghostPaints({.body = {0x151a38, 0x27315e, 0x364682, 0x4d64a4, 0x7590c8, 0xa8c4ec},
+    return ghostPaints({.body = {0x161c40, 0x2b3768, 0x3e5090, 0x566fb4, 0x809cd4, 0xb4d0f4},
                         .paws = {0x1c2450, 0x5470b0, 0x7c9cd4, 0xa8c8f0, 0xd4e8ff, 0xf4faff},
                         .fog = {0x27396a, 0x4a6a9c, 0x6f98c4, 0x9cc8e4, 0xd0f0fa, 0xffffff}},
-                       {.body = {0x2c1030, 0x522450, 0x6e3464, 0x8e4c7c, 0xb47aa0, 0xdcb0cc},
+                       {.body = {0x2c1030, 0x582856, 0x783a6e, 0x9c588a, 0xc28aae, 0xe4bcd4},
                         .paws = roseMittens,
                         .fog = roseFog});
 }

@@ -1,5 +1,7 @@
 #include "atelier/Play.h"
 
+#include <algorithm>
+
 #include "atelier/Sheet.h"
 #include "codecs/AnimatedPng.h"
 
@@ -11,19 +13,9 @@ constexpr int ticksPerSecond = 60;
 constexpr std::uint32_t backdrop = 0xffa9b8a4;
 
 /// The picture on the backdrop, as large as it is shown.
-std::vector<std::uint32_t> shown(const Image& image) {
-    const int width = image.width * enlargement;
-    const int height = image.height * enlargement;
-    std::vector<std::uint32_t> pixels;
-    pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            const int at = y / enlargement * image.width + x / enlargement;
-            const auto colour = image.argb[static_cast<std::size_t>(at)];
-            pixels.push_back(colour != 0 ? colour : backdrop);
-        }
-    }
-    return pixels;
+std::vector<std::uint32_t> shown(Image image) {
+    std::ranges::replace(image.argb, 0U, backdrop);
+    return enlarged(image, enlargement).argb;
 }
 
 }  // namespace

@@ -80,6 +80,13 @@ PairCheat pairCheat(const Frame& frame, Side side) {
     return {.near = std::max(0.0, turned), .far = std::max(0.0, -turned)};
 }
 
+Frame hipFrame(const Frame& root, Vec3 standing, double drop, const Pose& pose) {
+    return root.moved(standing)
+        .moved({0, pose.bodyY - drop * pose.settled, 0})
+        .pitched(pose.bodyPitch)
+        .rolled(pose.bodyRoll);
+}
+
 void leg(Model& model, const Frame& body, Side side, const LegShape& shape, const Pose& pose) {
     const bool right = side == Side::right;
     const double swing = right ? pose.legRight : pose.legLeft;

@@ -117,6 +117,10 @@ private:
     std::vector<Mote> motes_;
 };
 
+/// A body's frame upon its hips, which lie at `standing` above the foot point and `drop` lower once
+/// it has settled down.
+Frame hipFrame(const Frame& root, Vec3 standing, double drop, const Pose& pose);
+
 struct LegShape {
     Vec3 hip;  // of the right leg
     double length = 0;

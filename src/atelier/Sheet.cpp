@@ -42,6 +42,19 @@ CellBox united(const CellBox& a, const CellBox& b) {
     return evened({.reach = std::max(a.reach, b.reach), .top = top, .height = bottom - top});
 }
 
+Image enlarged(const Image& image, int factor) {
+    Image large{image.width * factor, image.height * factor, {}};
+    large.argb.reserve(static_cast<std::size_t>(large.width) *
+                       static_cast<std::size_t>(large.height));
+    for (int y = 0; y < large.height; ++y) {
+        for (int x = 0; x < large.width; ++x) {
+            const int at = y / factor * image.width + x / factor;
+            large.argb.push_back(image.argb[static_cast<std::size_t>(at)]);
+        }
+    }
+    return large;
+}
+
 Image cut(const Drawing& drawing, const CellBox& box, const Palette& palette) {
     Image image{box.width(), box.height, {}};
     for (int y = box.top; y < box.top + box.height; ++y) {

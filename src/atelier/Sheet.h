@@ -34,6 +34,9 @@ struct Image {
     std::vector<std::uint32_t> argb;
 };
 
+/// The same picture with every pixel repeated to a square.
+Image enlarged(const Image& image, int factor);
+
 /// One cell by itself.
 Image cut(const Drawing& drawing, const CellBox& box, const Palette& palette);
 

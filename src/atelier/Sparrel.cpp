@@ -12,9 +12,10 @@ constexpr Vec3 headRadii{7.4, 6.5, 6.7};
 constexpr Ellipsoid muzzle{{0, -2.7, 4.3}, {3.1, 2.3, 2.7}};
 constexpr Ellipsoid cheeks{{0, 0, 0}, {7.6, 6.5, 6.9}};
 
+constexpr Neck neck{.root = {0, 4.7, 0.9}, .toHead = {0, 5.0, 0.7}};
 constexpr LegShape legShape{
     .hip = {2.6, 6.2, 0.0}, .length = 6.2, .radius = 1.7, .foot = {1.8, 1.2, 2.7}};
-constexpr ArmShape armShape{.shoulder = {3.4, 3.4, 1.5}, .length = 3.9, .upper = 1.2, .paw = 1.3};
+constexpr ArmShape armShape{.shoulder = {3.4, 3.4, 1.5}, .length = 4.8, .upper = 1.25, .paw = 1.4};
 
 Material bellyMarkings(Vec3 q) {
     if (q.z > 0.25 && std::abs(q.x) < 0.70 - 0.12 * q.y && q.y < 0.9) return Material::cream;
@@ -55,17 +56,19 @@ void shapeHaunch(Model& model, const Frame& root, Side side, const Pose& pose) {
                     either(side, Part::legLeft, Part::legRight));
 }
 
-void shapeTail(Model& model, const Frame& hip, const Pose& pose) {
+void shapeTail(Model& model, const Frame& hip, const Stage& stage, Pose pose) {
+    // Laid around a sleeper, it comes forward on the flank that is seen.
+    if (stage.lean == Side::right && pose.settled > 0) pose.tailSway *= -1;
     // Out from the rump, up along the back, and over backwards at the top.
-    const TailShape tail{.joints = 15, .segment = 1.85, .start = 108, .turn = [&pose](double t) {
-                             if (t < 0.13) return -6.0;
-                             if (t < 0.47) return -23.0 - pose.tailCurl * 0.5;
-                             return t < 0.66 ? 4.0 : 31.0 + pose.tailTip;
+    const TailShape tail{.joints = 18, .segment = 1.85, .start = 108, .turn = [&pose](double t) {
+                             if (t < 0.16) return -4.0;
+                             if (t < 0.44) return -19.5 - pose.tailCurl * 0.5;
+                             return t < 0.68 ? 4.0 : 29.0 + pose.tailTip;
                          }};
     model.chain(
-        hip.moved({0, -2.2, -3.8}).pitched(-pose.tailPitch),
+        hip.moved({0, -2.2, -3.8}).yawed(stage.tailTurn).pitched(-pose.tailPitch),
         {.points = tailCurve(tail, pose),
-         .radii = {1.4, 1.9, 2.7, 3.5, 4.1, 4.5, 4.6, 4.3, 3.6, 2.7, 1.6},
+         .radii = {1.4, 1.8, 2.4, 3.1, 3.7, 4.1, 4.4, 4.4, 3.9, 2.9, 1.6},
          .materialAlong =
              [](double t) {
                  return t > 0.88 ? Material::glow : t > 0.70 ? Material::paw : Material::fluff;
@@ -94,27 +97,17 @@ void shapeEar(Model& model, const Frame& head, Side side, const Pose& pose) {
     model.ellipsoid(ear, {{0, 0.9, 1.0}, {1.35, 1.8, 0.8}}, Material::skin, part);
 }
 
-Frame headFrame(const Frame& hip, double faceTurn, const Pose& pose) {
-    return hip.moved({0, 4.7, 0.9})
-        .pitched(pose.headPitch)
-        .yawed(pose.headYaw + faceTurn)
-        .rolled(pose.headRoll)
-        .moved({0, 5.0 + pose.headY, 0.7 + pose.headZ});
-}
-
 Head shape(Model& model, const Stage& stage, const Pose& pose) {
-    const Frame hip = stage.root.moved({0, 7.0 - 2.6 * pose.settled + pose.bodyY, -0.2})
-                          .pitched(pose.bodyPitch)
-                          .rolled(pose.bodyRoll);
+    const Frame hip = hipFrame(stage.root, {0, 7.0, -0.2}, 2.6, pose);
     for (const Side side : {Side::left, Side::right}) {
         leg(model, stage.root, side, legShape, pose);
         shapeHaunch(model, stage.root, side, pose);
         arm(model, hip, side, armShape, pose);
     }
     shapeTrunk(model, hip);
-    shapeTail(model, hip, pose);
+    shapeTail(model, hip, stage, pose);
 
-    const Frame head = steadied(headFrame(hip, stage.faceTurn, pose), pose);
+    const Frame head = headUpon(hip, neck, stage.faceTurn, pose);
     model.ellipsoid(head, {{}, headRadii}, Material::fur, Part::head, headMarkings);
     model.ellipsoid(head, muzzle, Material::cream, Part::head);
     for (const Side side : {Side::left, Side::right}) {
@@ -131,16 +124,15 @@ Head shape(Model& model, const Stage& stage, const Pose& pose) {
 }
 
 void face(Model& model, const Head& head, const Pose& pose) {
-    for (const Side side : {Side::left, Side::right}) {
-        const double sign = sideSign(side);
-        const Spot eye = spotOn(head.frame, {{}, headRadii}, {30 * sign, 9},
-                                {.facing = 0.72, .hidden = isStroke(pose.eyes) ? 0.42 : 0.22});
-        lay(model, eye, furryEye(pose.eyes, eye.turn, pictureSide(head.frame, side)));
-        lay(model, spotOn(head.frame, cheeks, {54 * sign, -20}, {.hidden = 0.30}), {{"RR"}});
-    }
-    lay(model, spotOn(head.frame, muzzle, {0, 44}, {.hidden = 0.02}), {{"N"}});
-    const Spot mouth = spotOn(head.frame, muzzle, {0, 14}, {.hidden = 0.12});
-    lay(model, mouth, furryMouth(pose.mouth, mouth.turn));
+    layFurryFace(model, head.frame,
+                 {.skull = headRadii,
+                  .cheeks = cheeks,
+                  .muzzle = muzzle,
+                  .eye = {30, 9},
+                  .blush = {54, -20},
+                  .noseRise = 44,
+                  .mouthRise = 14},
+                 pose);
 }
 
 }  // namespace

@@ -45,12 +45,12 @@ Stamp furryEyeAside(Eyes eyes) {
     switch (eyes) {
         case Eyes::open: return {{"KK", "WK", "KK", "KI"}};
         case Eyes::wide: return {{"KW", "KK", "KK", "KW"}};
-        case Eyes::closed: return {{"...", "...", "KKK", "..."}};
+        case Eyes::closed: return {{"..", "..", "KK", ".."}};
         case Eyes::happy: return {{"..", "KK", "..", ".."}};
         case Eyes::half:
         case Eyes::angry: return {{"..", "KK", "WK", "KK"}};
-        case Eyes::hurt: return {{"..", "K.", ".K", "K."}};
-        case Eyes::dizzy: return {{"..", "KK", "KK", ".."}};
+        case Eyes::hurt:
+        case Eyes::dizzy: return {{"..", "K.", ".K", "K."}};
     }
     return {};
 }

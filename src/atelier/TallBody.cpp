@@ -8,6 +8,7 @@ namespace {
 constexpr Vec3 headRadii{7.0, 6.0, 6.4};
 constexpr Ellipsoid muzzle{{0, -2.6, 4.7}, {3.4, 2.5, 3.5}};
 constexpr Ellipsoid cheeks{{0, 0, 0}, {7.4, 6.0, 6.6}};
+constexpr Neck neck{.root = {0, 7.2, 0.5}, .toHead = {0, 5.0, 1.0}};
 constexpr LegShape legShape{
     .hip = {3.1, 7.2, 0.0}, .length = 7.2, .radius = 2.2, .foot = {2.1, 1.35, 2.8}};
 constexpr ArmShape armShape{.shoulder = {5.2, 6.4, 0.4}, .length = 6.2, .upper = 1.75, .paw = 2.0};
@@ -37,8 +38,9 @@ void shapeTrunk(Model& model, const Frame& hip) {
     model.ellipsoid(hip, {{0, 3.2, 3.4}, {2.2, 2.4, 1.6}}, Material::cream, Part::chest);
 }
 
-Stamp keenEye(Turn turn, Side side) {
-    if (turn != Turn::facing) return furryEye(Eyes::open, turn, side);
+/// Open eyes with a corner cut off towards the brow.
+Stamp keenEye(Eyes eyes, Turn turn, Side side) {
+    if (eyes != Eyes::open || turn != Turn::facing) return furryEye(eyes, turn, side);
     return side == Side::left ? Stamp{{"KK.", "WKK", "KKK", ".IK"}}
                               : Stamp{{".KK", "WKK", "KKK", "KI."}};
 }
@@ -46,9 +48,7 @@ Stamp keenEye(Turn turn, Side side) {
 }  // namespace
 
 TallFrames shapeTallBody(Model& model, const Stage& stage, const Pose& pose) {
-    const Frame hip = stage.root.moved({0, 8.0 - 2.4 * pose.settled + pose.bodyY, -0.2})
-                          .pitched(pose.bodyPitch)
-                          .rolled(pose.bodyRoll);
+    const Frame hip = hipFrame(stage.root, {0, 8.0, -0.2}, 2.4, pose);
     Pose arms = pose;
     arms.spreadLeft += 4;
     arms.spreadRight += 4;
@@ -61,12 +61,7 @@ TallFrames shapeTallBody(Model& model, const Stage& stage, const Pose& pose) {
     }
     shapeTrunk(model, hip);
 
-    const Frame head = steadied(hip.moved({0, 7.2, 0.5})
-                                    .pitched(pose.headPitch)
-                                    .yawed(pose.headYaw + stage.faceTurn)
-                                    .rolled(pose.headRoll)
-                                    .moved({0, 5.0 + pose.headY, 1.0 + pose.headZ}),
-                                pose);
+    const Frame head = headUpon(hip, neck, stage.faceTurn, pose);
     model.ellipsoid(head, {{}, headRadii}, Material::fur, Part::head, crownMarkings);
     model.ellipsoid(head, muzzle, Material::cream, Part::head);
     for (const Side side : {Side::left, Side::right}) {
@@ -86,18 +81,16 @@ Head tallHead(const Frame& frame) {
 }
 
 void layTallFace(Model& model, const Head& head, const Pose& pose, Brow brow) {
-    for (const Side side : {Side::left, Side::right}) {
-        const double sign = sideSign(side);
-        const Spot eye = spotOn(head.frame, {{}, headRadii}, {31 * sign, 6},
-                                {.facing = 0.72, .hidden = isStroke(pose.eyes) ? 0.42 : 0.22});
-        const Side seen = pictureSide(head.frame, side);
-        const bool keen = brow == Brow::keen && pose.eyes == Eyes::open;
-        lay(model, eye, keen ? keenEye(eye.turn, seen) : furryEye(pose.eyes, eye.turn, seen));
-        lay(model, spotOn(head.frame, cheeks, {56 * sign, -18}, {.hidden = 0.34}), {{"RR"}});
-    }
-    lay(model, spotOn(head.frame, muzzle, {0, 46}, {.hidden = 0.05}), {{"N"}});
-    const Spot mouth = spotOn(head.frame, muzzle, {0, 12}, {.hidden = 0.12});
-    lay(model, mouth, furryMouth(pose.mouth, mouth.turn));
+    layFurryFace(model, head.frame,
+                 {.skull = headRadii,
+                  .cheeks = cheeks,
+                  .muzzle = muzzle,
+                  .eye = {31, 6},
+                  .blush = {56, -18},
+                  .noseRise = 46,
+                  .mouthRise = 12,
+                  .eyes = brow == Brow::keen ? keenEye : furryEye},
+                 pose);
 }
 
 }  // namespace quibbits::atelier

@@ -52,8 +52,8 @@ void shapeProngs(Model& model, const Frame& root, const std::vector<Vec3>& stem,
     }
 }
 
-void shapeTail(Model& model, const Frame& hip, const Pose& pose) {
-    const Frame root = hip.moved({0, -2.4, -3.8}).pitched(-pose.tailPitch);
+void shapeTail(Model& model, const Frame& hip, double turn, const Pose& pose) {
+    const Frame root = hip.moved({0, -2.4, -3.8}).yawed(turn).pitched(-pose.tailPitch);
     const auto stem = forkStem(pose, leanOf(hip));
     model.chain(root,
                 {.points = stem,
@@ -88,7 +88,7 @@ void shapeEar(Model& model, const Frame& head, Side side, const Pose& pose) {
 
 Head shape(Model& model, const Stage& stage, const Pose& pose) {
     const auto [hip, head] = shapeTallBody(model, stage, pose);
-    shapeTail(model, hip, pose);
+    shapeTail(model, hip, stage.tailTurn, pose);
     for (const Side side : {Side::left, Side::right}) shapeEar(model, head, side, pose);
     return tallHead(head);
 }

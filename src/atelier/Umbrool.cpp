@@ -9,6 +9,7 @@ namespace {
 
 constexpr Vec3 headRadii{8.6, 6.6, 7.2};
 constexpr Ellipsoid belly{{0, -0.2, 0}, {7.0, 5.2, 6.0}};
+constexpr Neck neck{.root = {0, 3.6, 0.2}, .toHead = {0, 5.2, 0.6}};
 constexpr LegShape legShape{
     .hip = {3.4, 4.4, 0.6}, .length = 4.4, .radius = 2.2, .foot = {2.3, 1.5, 3.2}};
 constexpr ArmShape armShape{.shoulder = {5.8, 3.6, 0.8}, .length = 6.6, .upper = 1.5, .paw = 1.8};
@@ -40,11 +41,11 @@ void shapeCap(Model& model, const Frame& head, Side lean, const Pose& pose) {
                 {.points = {{0, -1.5, 0},
                             {0, 1.6, -0.8},
                             {1.0 * sign + drift, 4.0, -2.8},
-                            {3.2 * sign + drift, 4.2, -5.4},
-                            {5.0 * sign + drift, 1.6, -7.0}},
+                            {3.4 * sign + drift, 4.6, -6.4},
+                            {5.4 * sign + drift, 2.4, -9.0}},
                  .radii = {5.0, 3.6, 2.6, 1.9, 1.2}},
                 Part::head);
-    model.ellipsoid(cap, {{6.0 * sign + drift, -0.8, -7.6}, {2.2, 2.2, 2.2}}, Material::glow,
+    model.ellipsoid(cap, {{6.6 * sign + drift, -0.2, -9.8}, {2.3, 2.3, 2.3}}, Material::glow,
                     Part::bulb);
 }
 
@@ -62,9 +63,7 @@ void shapeTongue(Model& model, const Frame& head, const Pose& pose) {
 }
 
 Head shape(Model& model, const Stage& stage, const Pose& pose) {
-    const Frame hip = stage.root.moved({0, 7.6 - 2.6 * pose.settled + pose.bodyY, 0})
-                          .pitched(pose.bodyPitch)
-                          .rolled(pose.bodyRoll);
+    const Frame hip = hipFrame(stage.root, {0, 7.6, 0}, 2.6, pose);
     for (const Side side : {Side::left, Side::right}) {
         leg(model, stage.root, side, legShape, pose);
         shapeArm(model, hip, side, pose);
@@ -77,12 +76,7 @@ Head shape(Model& model, const Stage& stage, const Pose& pose) {
                                   : Stamp{{".s", "sS", "sS", ".s"}},
         Part::body);
 
-    const Frame head = steadied(hip.moved({0, 3.6, 0.2})
-                                    .pitched(pose.headPitch)
-                                    .yawed(pose.headYaw + stage.faceTurn)
-                                    .rolled(pose.headRoll)
-                                    .moved({0, 5.2 + pose.headY, 0.6 + pose.headZ}),
-                                pose);
+    const Frame head = headUpon(hip, neck, stage.faceTurn, pose);
     model.ellipsoid(head, {{}, headRadii}, Material::fur, Part::head);
     for (const Side side : {Side::left, Side::right}) shapeCheek(model, head, side);
     shapeCap(model, head, stage.lean, pose);

@@ -1,5 +1,6 @@
 // Wispul: a ball of fog with lantern eyes. Its crown curls over, its hem trails away, and small
 // puffs come loose from it and fade.
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -15,16 +16,22 @@ Material markings(Vec3 q) {
     return q.z > 0 && q.y < -0.62 ? Material::fluff : Material::fur;
 }
 
-void shapeCrown(Model& model, const Frame& head, const Pose& pose) {
+/// It curls over to where its curl is seen: sideways from the front, backwards from the side.
+void shapeCrown(Model& model, const Stage& stage, const Frame& head, const Pose& pose) {
     const double drift = std::sin(pose.phase) * 0.7;
+    const double backwards = std::min(1.0, std::abs(normalised(stage.root.axes.z).x));
+    const double sideways = std::sqrt(1 - backwards * backwards);
+    const auto at = [&](double over, double up) {
+        return Vec3{sideways * over, up, -backwards * over};
+    };
     model.chain(
-        head.moved({0, 4.2, -0.6}).pitched(-pose.tailPitch).rolled(pose.tailSway * 0.5),
-        {.points = {{0, -1, 0},
-                    {-0.8, 2.0, -0.4},
-                    {-0.6 + drift, 4.6, -1.2},
-                    {1.4 + drift, 6.4, -1.4},
-                    {3.4 + drift * 0.5, 5.6, -1.2}},
-         .radii = {4.6, 3.2, 2.2, 1.7, 1.0},
+        head.yawed(stage.tailTurn - stage.faceTurn)
+            .moved({0, 4.2, -0.6})
+            .pitched(-pose.tailPitch)
+            .rolled(pose.tailSway * 0.5),
+        {.points = {at(0, -1), at(-0.8, 2.2), at(-0.4 + drift, 5.0), at(2.2 + drift, 6.8),
+                    at(4.8 + drift * 0.5, 5.4)},
+         .radii = {4.6, 3.1, 2.1, 1.6, 1.1},
          .materialAlong = [](double t) { return t > 0.62 ? Material::fluff : Material::fur; },
          .puff = pose.tailPuff},
         Part::head);
@@ -71,16 +78,17 @@ void shapeFlippers(Model& model, const Frame& head, const Pose& pose) {
 
 /// Scraps of fog that come loose behind, rise and thin out. They have no outline: with one, they
 /// would look like bubbles.
-void shedFog(Model& model, const Frame& head, const Pose& pose) {
+void shedFog(Model& model, const Stage& stage, const Frame& head, const Pose& pose) {
     // One that lies down sheds none, nor does an enlarged one: scraps do not grow with it.
     if (pose.footing == Footing::lying || length(head.axes.x) > 1.4) return;
-    static const std::array<Stamp, 4> scraps{Stamp{{".VVV.", "VVVVV", ".VVV."}},
-                                             Stamp{{".VV.", "VVVV", ".VV."}}, Stamp{{"VVV", ".VV"}},
-                                             Stamp{}};
-    for (int i = 0; i < 3; ++i) {
-        const double turns = pose.phase / fullTurn + i / 3.0;
+    static const std::array<Stamp, 5> scraps{
+        Stamp{{".VVV.", "VVVVV", "VVVVV", ".VVV."}}, Stamp{{".VV.", "VVVV", "VVVV", ".VV."}},
+        Stamp{{".VV.", "VVVV", ".VV."}}, Stamp{{"VV", "VV"}}, Stamp{}};
+    const Frame behind = head.yawed(stage.tailTurn - stage.faceTurn);
+    for (int i = 0; i < 2; ++i) {
+        const double turns = pose.phase / fullTurn + i / 2.0;
         const double age = turns - std::floor(turns);
-        const Vec3 at = head.at({1.6 * (i - 1), -4.0 + 10.0 * age, -10.5 - 3.0 * age});
+        const Vec3 at = behind.at({0, -5.0 + 13.0 * age, -12.0 - 2.5 * std::sin(age * 3)});
         model.mote({.x = static_cast<int>(std::lround(at.x)) - 1,
                     .y = static_cast<int>(std::lround(at.y)) + 1,
                     .stamp = scraps[static_cast<std::size_t>(age * scraps.size())],
@@ -113,10 +121,10 @@ Head shape(Model& model, const Stage& stage, const Pose& pose) {
                            .moved({0, pose.headY, pose.headZ})
                            .snapped();
     model.ellipsoid(head, {{}, ballRadii}, Material::fur, Part::head, markings);
-    shapeCrown(model, head, pose);
+    shapeCrown(model, stage, head, pose);
     shapeHem(model, head, pose);
     shapeFlippers(model, head, pose);
-    shedFog(model, head, pose);
+    shedFog(model, stage, head, pose);
     shapeTongue(model, stage, head, pose);
     return {.frame = head, .radii = ballRadii, .eyeYaw = 30, .eyeRise = 8, .mouthRise = -24};
 }
@@ -148,7 +156,7 @@ Form wispul() {
     return {.name = "wispul",
             .build = wisp,
             .cameraTilt = 16,
-            .headTurn = roundTurn,
+            .headTurn = {0, -13, -42, -10, 0, 10, 42, 13},
             .middle = 9,
             .reach = 12,
             .faceStyle = FaceStyle::lantern,

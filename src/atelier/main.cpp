@@ -11,6 +11,7 @@
 #include "atelier/Atelier.h"
 #include "atelier/Contact.h"
 #include "atelier/Icon.h"
+#include "atelier/LineUp.h"
 #include "atelier/Play.h"
 
 namespace {
@@ -32,6 +33,7 @@ constexpr std::string_view usage =
     "                                                and three times the size\n"
     "  quibbits-atelier --icons DIR                  writes the program's icon in eight sizes and\n"
     "                                                the one-coloured icon for trays in two\n"
+    "  quibbits-atelier --line-up FILE [shiny]       writes all forms in a row, enlarged\n"
     "  quibbits-atelier --help                       shows this text\n";
 
 void print(std::FILE* to, std::string_view text) {
@@ -102,6 +104,13 @@ int drawIcons(std::span<const std::string> words) {
     return report(writeIcons(words[1]), words[1]);
 }
 
+/// `--line-up FILE [shiny]`.
+int drawLineUp(std::span<const std::string> words) {
+    const bool shiny = words.size() == 3 && words[2] == "shiny";
+    if (words.size() != (shiny ? 3 : 2)) return refuse("--line-up needs a file");
+    return report(writePng(words[1], lineUp(shiny ? Coat::shiny : Coat::plain)), words[1]);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -114,5 +123,6 @@ int main(int argc, char** argv) {
     if (words[0] == "--out" || words[0] == "--contact") return drawForms(words);
     if (words[0] == "--strip" || words[0] == "--play") return showAnimation(words);
     if (words[0] == "--icons") return drawIcons(words);
+    if (words[0] == "--line-up") return drawLineUp(words);
     return refuse("'" + words[0] + "' is not understood");
 }

@@ -79,6 +79,7 @@ void Pet::jump(Point to, const Anim& hop, const Anim& leap, Done done) {
 }
 
 void Pet::move(Point to, Motion motion, Done done) {
+    glideSpeech(keepSpeechInSight(to));
     KeyframeMotion frames{.values = {position(), to}, .path = std::move(motion.path)};
     const Transaction still(engine_, Transaction::withoutActions());
     node_->setPosition(to);
@@ -114,6 +115,14 @@ double Pet::fall(Falling how, Done done) {
     return height;
 }
 
+Point Pet::inFront(Vector artPixels) const {
+    const Point here = position();
+    const double side = (facingRight ? artPixels.dx : -artPixels.dx) * scale_;
+    const Range screen{walkArea.lo - sideMargin, walkArea.hi + sideMargin};
+    const double x = screen.contains(here.x + side) ? here.x + side : here.x - side;
+    return {x, here.y + artPixels.dy * scale_};
+}
+
 void Pet::drag(Point to) {
     if (lastDrag_) {
         const Vector step = to - *lastDrag_;
@@ -125,6 +134,7 @@ void Pet::drag(Point to) {
     lastDrag_ = to;
     const Transaction still(engine_, Transaction::withoutActions());
     node_->setPosition(to);
+    keepSpeechInSight(to);
 }
 
 void Pet::forgetSwings() {

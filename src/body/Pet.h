@@ -8,6 +8,7 @@
 // whoever asks where the body is reads what is presented.
 
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -45,8 +46,10 @@ public:
 
     // The world, as the stage tells it.
     std::vector<Ground> ground;  // base rows first, then desktop icons
+    bool iconsKnown = true;      // false until the desktop's icons have been read
     Range walkArea;              // where the foot point may go, sideMargin inside the screen
     double ceiling = 0;          // highest y that a flying creature may use
+    double skyline = std::numeric_limits<double>::infinity();  // y where the screen ends
     std::function<std::optional<Rect>()> frontWindow = [] { return std::nullopt; };
     std::function<std::vector<Ground>()> openSpots = [] { return std::vector<Ground>{}; };
     std::function<bool(Point)> isVisible = [](Point) { return true; };
@@ -93,6 +96,8 @@ public:
     void interrupt();
     /// Changes with every interruption.
     int token() const { return token_; }
+    /// A spot so many art pixels in front of the foot point, or behind it where the screen ends.
+    Point inFront(Vector artPixels) const;
     /// Turns the sprite, without moving it.
     void face(bool right);
     void faceTowards(Point point);
@@ -183,6 +188,7 @@ public:
         std::optional<std::string> speaker = std::nullopt;
         Image thought = {};  // a small picture beside the portrait
         Seconds seconds = 2.5;
+        double tall = 0;  // art pixels of the figure; the bubble stands above it
     };
     /// The portrait bubble, with a speech panel when there is a caption. A newer one replaces it.
     void showFace(const Expression& expression);
@@ -191,13 +197,24 @@ public:
     RunLoop& runLoop() const { return engine_.runLoop(); }
 
 private:
+    /// Where the parts of a bubble belong, relative to the foot point, and how far they stand from
+    /// there because the screen ends.
+    struct Speech {
+        Rect bounds;
+        Vector shift;
+    };
     struct Spoken {
         Rect panel;
         Seconds typing = 0;
     };
     std::optional<Spoken> showDialog(const Expression& expression, int turn);
-    /// How far something about the foot point must move to the side to be on the screen.
-    double shiftIntoSight(double left, double right) const;
+    /// How far the bubble must move to be on the screen at both ends of the body's way: to the
+    /// side, and beneath the feet where there is no room above the head.
+    Vector shiftIntoSight(Rect bubble, Point from, Point to) const;
+    /// Moves the bubble so that it is on the screen while the body goes there, and tells how far.
+    Vector keepSpeechInSight(Point to);
+    /// Shows a bubble that has been moved gliding to its place.
+    void glideSpeech(Vector moved);
     void typeOut(const StyledText& whole, std::size_t prefix, Seconds step, int turn);
     void showThought(const Image& image, Point at);
     void buildLayers();
@@ -216,6 +233,7 @@ private:
     LayerRef caption_;
     LayerRef thought_;
     int bubbleTurn_ = 0;
+    Speech speech_;  // without bounds while nothing is shown
 
     int token_ = 0;
     int swings_ = 0;

@@ -13,7 +13,8 @@ constexpr Color panelBlue{0.29, 0.58, 0.97, 1.0};
 constexpr Color panelNavy{0.05, 0.08, 0.2, 0.94};
 constexpr Color speakerCyan{0.3, 0.85, 1.0, 1.0};
 
-constexpr double headHeight = 26;  // art pixels from the foot point to above the head
+constexpr double headHeight = 26;  // art pixels from the foot point to above most heads
+constexpr double aboveHead = 1;    // art pixels between a taller creature and its bubble
 constexpr double fontSize = 12;
 constexpr Size widestText{230, 300};
 constexpr double thoughtSize = 30;
@@ -32,6 +33,11 @@ StyledText beginning(const StyledText& whole, std::size_t count) {
     return part;
 }
 
+/// Where bubbles begin, in art pixels above the foot point.
+double lowestBubble(const Pet::Expression& e) {
+    return std::max(headHeight, e.tall + aboveHead);
+}
+
 }  // namespace
 
 void Pet::showFace(const Expression& e) {
@@ -40,7 +46,7 @@ void Pet::showFace(const Expression& e) {
     const auto spoken = showDialog(e, turn);
 
     const Transaction still(engine_, Transaction::withoutActions());
-    Point at{shiftIntoSight(-side / 2, side / 2), side / 2 + headHeight * scale_};
+    Point at{0, side / 2 + lowestBubble(e) * scale_};
     if (spoken) at = {spoken->panel.minX() + side / 2, spoken->panel.maxY() + side / 2 + 2};
     bubble_->change([&](LayerProperties& l) {
         l.content = Picture{e.image, Filter::nearest};
@@ -60,6 +66,11 @@ void Pet::showFace(const Expression& e) {
         l.borderColor = Color::white(0.9);
     });
     showThought(e.thought, {at.x + side / 2 - 2, at.y + side / 2 - 2});
+    speech_ = {};
+    for (const auto& layer : {bubble_, dialog_, thought_}) {
+        if (layer->model().opacity > 0) speech_.bounds = speech_.bounds.united(layer->frame());
+    }
+    keepSpeechInSight(node_->model().position);
 
     SpringMotion pop{.from = 0.3, .to = 1.0, .damping = 11};
     const Seconds settled = pop.settlingDuration();
@@ -71,6 +82,7 @@ void Pet::showFace(const Expression& e) {
     const Seconds shown = e.seconds + (spoken ? spoken->typing : 0);
     runLoop().after(shown, lifetime_.guard([this, turn] {
         if (bubbleTurn_ != turn) return;
+        speech_ = {};
         for (const auto& layer : {bubble_, thought_, dialog_}) layer->setOpacity(0);
     }));
 }
@@ -90,9 +102,7 @@ std::optional<Pet::Spoken> Pet::showDialog(const Expression& e, int turn) {
     const double tw = std::ceil(measured.width);
     const double th = std::ceil(measured.height);
     const double width = tw + 28;
-    Rect panel{-width / 2, headHeight * scale_ + 6, width, th + 26};
-    const double shift = shiftIntoSight(panel.minX(), panel.maxX());
-    panel.x += shift;
+    const Rect panel{-width / 2, lowestBubble(e) * scale_ + 6, width, th + 26};
 
     dialog_->setFrame(panel);
     dialog_->change([&](LayerProperties& l) {
@@ -111,8 +121,7 @@ std::optional<Pet::Spoken> Pet::showDialog(const Expression& e, int turn) {
     caption_->setFrame({14, 14, tw + 2, th + 2});
     caption_->setContent(
         Text{.text = {.fontSize = fontSize, .weight = FontWeight::semibold}, .wrapped = true});
-    const Range underPanel{10, width - 22};  // the arrow stays over the head as far as it can
-    dialogArrow_->setFrame({underPanel.clamp(width / 2 - 6 - shift), 2, 12, 10});
+    dialogArrow_->setFrame({width / 2 - 6, 2, 12, 10});
     dialogArrow_->setContent(Text{.text = {.runs = {{"▼", Color::white()}}, .fontSize = 7},
                                   .alignment = TextAlignment::center});
     dialogArrow_->add({.keyPath = KeyPath::opacity,
@@ -128,12 +137,53 @@ std::optional<Pet::Spoken> Pet::showDialog(const Expression& e, int turn) {
     return Spoken{panel, step * static_cast<double>(letters)};
 }
 
-double Pet::shiftIntoSight(double left, double right) const {
-    constexpr double margin = 4;  // points kept free at the screen's sides
-    const double x = position().x;
-    const Range screen{walkArea.lo - sideMargin + margin, walkArea.hi + sideMargin - margin};
-    if (screen.width() < right - left) return 0;
-    return std::max(screen.lo - (x + left), 0.0) + std::min(screen.hi - (x + right), 0.0);
+Vector Pet::shiftIntoSight(Rect bubble, Point from, Point to) const {
+    constexpr double margin = 4;      // points kept free at the screen's edges
+    constexpr double underFeet = 10;  // points between the feet and a bubble beneath them
+    Vector shift;
+    const Range across{walkArea.lo - sideMargin + margin, walkArea.hi + sideMargin - margin};
+    if (across.width() >= bubble.width) {
+        const auto right = [&](double x) { return std::max(across.lo - x - bubble.minX(), 0.0); };
+        const auto left = [&](double x) { return std::min(across.hi - x - bubble.maxX(), 0.0); };
+        const double in = right(std::min(from.x, to.x));
+        const double back = left(std::max(from.x, to.x));
+        const bool wholeWay = in == 0 || back == 0;
+        shift.dx = wholeWay ? in + back : right(to.x) + left(to.x);
+    }
+    const double y = std::min(from.y, to.y);
+    const double over = y + bubble.maxY() - (skyline - margin);
+    if (over <= 0) return shift;
+    const double beneath = bubble.maxY() + underFeet;
+    shift.dy = y + bubble.minY() - beneath >= margin ? -beneath : -over;
+    return shift;
+}
+
+Vector Pet::keepSpeechInSight(Point to) {
+    if (speech_.bounds.isEmpty()) return {};
+    const Vector shift = shiftIntoSight(speech_.bounds, position(), to);
+    const Vector by = shift - speech_.shift;
+    if (by == Vector{}) return {};
+    speech_.shift = shift;
+    const Transaction still(engine_, Transaction::withoutActions());
+    for (const auto& layer : {bubble_, dialog_, thought_}) {
+        layer->setPosition(layer->model().position + by);
+    }
+    const double width = dialog_->model().bounds.width;
+    const Range underPanel{10, width - 22};  // the arrow stays over the head as far as it can
+    dialogArrow_->setFrame({underPanel.clamp(width / 2 - 6 - shift.dx), 2, 12, 10});
+    return by;
+}
+
+void Pet::glideSpeech(Vector moved) {
+    if (std::abs(moved.dx) < 1) return;
+    for (const auto& layer : {bubble_, dialog_, thought_}) {
+        layer->add({.keyPath = KeyPath::positionX,
+                    .motion = BasicMotion{.from = -moved.dx, .to = 0.0},
+                    .curve = TimingFunction::easeInEaseOut(),
+                    .timing = {.duration = 0.3},
+                    .additive = true},
+                   "shift");
+    }
 }
 
 void Pet::typeOut(const StyledText& whole, std::size_t prefix, Seconds step, int turn) {

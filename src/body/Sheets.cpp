@@ -82,12 +82,14 @@ Anim Anim::fromStrip(Image strip, const std::vector<int>& ticks, std::optional<d
         step = std::gcd(step, static_cast<std::int64_t>(tick));
         total += tick;
     }
-    step = std::max({step, std::int64_t{1}, total / mostFrames});
+    const std::int64_t coarsest = (total + mostFrames - 1) / mostFrames;
+    step = std::max({step, std::int64_t{1}, coarsest});
 
     for (std::size_t i = 0; i < ticks.size() && anim.frames.size() < mostFrames; ++i) {
         const Rect frame{static_cast<double>(i) * share, 0, share, 1};
-        const auto times = std::max<std::int64_t>(ticks[i] / step, 1);
-        anim.frames.insert(anim.frames.end(), static_cast<std::size_t>(times), frame);
+        const auto times = static_cast<std::size_t>(std::max<std::int64_t>(ticks[i] / step, 1));
+        const std::size_t room = mostFrames - anim.frames.size();
+        anim.frames.insert(anim.frames.end(), std::min(times, room), frame);
     }
     anim.duration = static_cast<double>(total) / 60.0;
     anim.frameSize = {static_cast<double>(strip.width() / count),

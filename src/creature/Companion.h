@@ -24,6 +24,7 @@
 #include "brain/Brain.h"
 #include "creature/Life.h"
 #include "creature/Voice.h"
+#include "effects/BallFX.h"
 #include "party/PetStats.h"
 #include "platform/Computer.h"
 #include "rules/Growth.h"
@@ -49,6 +50,9 @@ struct Nibble {
     Point mouth;       // art pixels from the foot point, facing right
     Seconds bite = 0;  // into the animation
 };
+
+/// Where files are seen on the stage, by their paths.
+using FilePoints = std::map<std::string, Point>;
 
 /// A bubble that a creature has shown, for whoever keeps a record.
 struct Utterance {
@@ -126,6 +130,7 @@ public:
 
     std::function<Point()> ballStart = [] { return Point{}; };  // where a thrown ball starts
     std::function<Point()> cursor = [] { return Point{}; };     // the pointer, on the stage
+    BallFX* fx = nullptr;  // without it nobody goes into a ball or comes out
 
     // For records only; nothing depends on them.
     std::function<void(const Companion&, const Mind&)> onDecision;
@@ -202,8 +207,32 @@ public:
     virtual void pickedUp();
     virtual void dropped();
 
+    // Ball, hatching and evolution (all of it with `ballBusy` set from the first step to the last)
+
+    /// Sends the creature into its ball or lets it out; an egg hatches. `from` is where a thrown
+    /// ball starts, on the stage.
+    void toggleBall(Point from);
+    /// Back to the egg. Nothing while it is held or busy.
+    void restart();
+    /// Where a creature that is called comes to stand.
+    Point summonSpot() const;
+    /// The user's answer to an evolution on offer.
+    void answerEvolution(bool yes);
+    /// Becomes another form, or puts the offer back while that cannot be shown.
+    void evolve(const Evolution& evolution);
+
     // World events ----------------------------------------------------------------------------
 
+    /// What the creature's own menu holds; none while there is nothing to choose.
+    std::optional<Menu> menu();
+    void cameraChanged(bool on);
+    /// Destroys files with a show, if it may and can; else they go to the Trash at once.
+    void strike(const std::vector<std::string>& paths, const FilePoints& points);
+    /// Destroys files that the user gave it, if it may and can; else they stay.
+    void zap(const std::vector<std::string>& paths);
+    /// Asks in a notification whether files shall go.
+    void offerZap(const std::vector<std::string>& paths, const std::string& title,
+                  const std::string& why);
     void powerChanged();
     void userLeft();
     void userReturned();
@@ -222,6 +251,8 @@ protected:
     // Overridden by species where they do more.
     virtual bool absorbsCharge(double minutes);
     virtual void didLevelUp() {}
+    /// Moves the files to the Trash.
+    virtual void attack(const std::vector<std::string>& paths, const FilePoints& points);
     virtual void refreshMoves() {}
     virtual void petted() {}
     /// Deals with an item that is no berry; true when it knew what to do with it.
@@ -230,7 +261,9 @@ protected:
     virtual void interrupted() {}
     virtual void chargerPlugged();
     virtual void celebrateHook();
+    /// Starts a scene of the species' own; false when life goes on as usual.
     virtual bool startDemo(const std::string& word);
+    /// Adds what only the species knows to what is weighed.
     virtual void fill(Mind& mind);
     virtual void fly(Done next) { sit(3, std::move(next)); }
     virtual void phase(Done next) { sit(3, std::move(next)); }
@@ -239,6 +272,8 @@ protected:
     virtual void clone(Done next) { sit(3, std::move(next)); }
     virtual void shadowGag(Done next) { sit(3, std::move(next)); }
     virtual void prank(Done next) { sit(3, std::move(next)); }
+
+    void nearlyReach(int aim);
 
     // Steps, for routines.
     Step going(const Walk& walk);
@@ -287,6 +322,11 @@ protected:
     /// Says a line for the moment, or only shows the face, as the settings allow.
     void speak(const Speech& speech);
 
+    /// Where a file is seen: as told, else where its icon lies on the desktop.
+    std::optional<Point> placeOf(const std::string& path, const FilePoints& points) const;
+    /// Moves a file to the Trash at the height of an attack, for a reward.
+    void destroy(const std::string& path);
+
     // Play ------------------------------------------------------------------------------------
 
     virtual std::vector<std::string> playful() const;
@@ -303,12 +343,18 @@ protected:
     void surfLaps(const std::vector<Ground>& spots, Done done);
     void arriveByTeleport(Done done);
     void tumble(Done done);
+    void victoryLap(Done done);
     /// A move that the user wants to see now.
     void perform(const std::string& name);
 
     // Feeding ---------------------------------------------------------------------------------
 
     virtual void askForBerry(std::optional<Point> target, Done done);
+
+    // Ball, hatching and evolution ------------------------------------------------------------
+
+    /// Offers an evolution once; `askNow` opens the creature's menu instead of telling the user.
+    void offerEvolution(const Evolution& evolution, bool askNow);
 
     // World events ----------------------------------------------------------------------------
 
@@ -326,6 +372,7 @@ protected:
 
     Pet pet_;
     LayerRef chargeSparks_;
+    LayerRef light_;  // the white shape of an evolving body
 
 private:
     // State and saving.
@@ -380,12 +427,28 @@ private:
     /// Whether a route leads from where the creature stands to the middle of each of the files.
     std::vector<bool> canReach(const std::vector<Ground>& files) const;
 
+    // Ball, hatching and evolution.
+    void goIn();
+    void comeOut(Point from);
+    void comeOutRoutine(Done done);
+    void hatch(Point from);
+    void rollAnew();
+    void introduceItself();
+    void becomeFree();
+    Step flicker(const Sheets& before, const Sheets& after);
+    void transform(const Evolution& evolution, const Sheets& sheets);
+    const Move* moveToAnnounce(const MoveNames& knewBefore) const;
+    void withdrawOffer();
+
     // World events.
+    bool canAttack() const;
     void groundChanged();
+    void standUp();
     /// A dozing creature whose reaction has ended goes on sleeping.
     void sleepOn();
     void wakeUp(Done then);
     void collapse();
+    void comeRound();
     void finishJob();
     void greetBack(bool wasDozing);
 
@@ -404,6 +467,20 @@ private:
     void biteOff(Layer& food, int bite, double ahead, const Image& picture);
     /// Holds the food that is being eaten, and takes the last one away.
     void keepFood(LayerRef food);
+
+    // Demos.
+    void runDemo(const std::string& word);
+    void playScene(std::vector<Step> steps);
+    void dockDemo();
+    void filesDemo();
+    void dropDemo();
+    void dropAgain(Point spot);
+    void breakDemo();
+    void feedDemo();
+    void eatDemo();
+    void levelUpDemo();
+    void playDemo();
+    void playOn();
 
     // Handling.
     void landed(double height);

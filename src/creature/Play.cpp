@@ -15,6 +15,8 @@ constexpr double surfRadius = 300;
 constexpr double headHeight = 40;    // art pixels
 constexpr double tumbleWay = 16;     // art pixels
 constexpr double tumbleMargin = 10;  // points
+constexpr double lapWay = 90;        // points
+constexpr double lapMargin = 20;     // points
 
 }  // namespace
 
@@ -75,6 +77,21 @@ void Companion::perform(const std::string& name) {
     if (!isOut || ballBusy || held) return;
     dozing = false;
     stop([this, name] { run({move(name), sitting(1.5)}, [this] { think(); }); });
+}
+
+void Companion::victoryLap(Done done) {
+    speak({.moment = Moment::deleted, .face = Face::joyous, .thought = Pixels::bolt()});
+    pet_.sparks(16, 0.4);
+    const Point start = pet_.position();
+    const auto under = pet_.surfaceIndex(start);
+    const Range span = under ? pet_.ground[*under].span : Range{start.x, start.x};
+    const Range room{span.lo + lapMargin, span.hi - lapMargin};
+    const double x = room.clamp(start.x + (pet_.facingRight ? lapWay : -lapWay));
+    const auto running = [this](Point to) {
+        return going({.to = to, .speed = 140, .animSpeed = 1.6});
+    };
+    run({playing(a().pose), running({x, start.y}), running(start), playing(a().pose)},
+        std::move(done));
 }
 
 void Companion::startChargeSparks(double rate) {

@@ -18,7 +18,8 @@ void Companion::feel(Face face, const Bubble& bubble) {
                    .caption = bubble.caption,
                    .speaker = bubble.speaker,
                    .thought = bubble.thought,
-                   .seconds = bubble.seconds});
+                   .seconds = bubble.seconds,
+                   .tall = a().idle.height});
     if (onUtterance) onUtterance(*this, {face, bubble.caption, bubble.speaker, bubble.seconds});
 }
 

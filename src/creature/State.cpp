@@ -82,6 +82,8 @@ void Companion::joinBody() {
         interrupted();
     };
     subscriptions_.push_back(computer().workspace.activated.subscribe([this] { glance(); }));
+    pet_.onMenu = [this] { return menu(); };
+    pet_.onZap = [this](const std::vector<std::string>& paths) { zap(paths); };
     pet_.onPickUp = [this] { pickedUp(); };
     pet_.onDrop = [this] { dropped(); };
     // The ground may change while the creature thinks; it looks down afterwards.
@@ -105,8 +107,7 @@ void Companion::start() {
     lastMood_ = mood();
     if (stage == Stage::egg || !isOut) return;
     const std::string word = computer().defaults.string("QuibDemo").value_or("");
-    if (startDemo(word)) return;
-    think();
+    if (!startDemo(word)) runDemo(word);
 }
 
 void Companion::save() {

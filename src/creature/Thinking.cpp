@@ -49,8 +49,12 @@ void Companion::think() {
     if (focusQuiet) return quietDown();
     greetTheDay();
     stopChargeSparks();
+    if (!pet_.surfaceIndex(pet_.position())) standUp();  // the ground changed while it was busy
     if (pet_.isAirborne()) {
-        pet_.fall(falling(), [this] { think(); });
+        pet_.fall(falling(), [this] {
+            pet_.sprite().removeAnimation("bob");
+            think();
+        });
         return save();
     }
     const Mood present = mood();
@@ -194,8 +198,8 @@ void Companion::sniff(const Surroundings& seen, Done done) {
 void Companion::stop(Done then) {
     pet_.interrupt();
     stopChargeSparks();
+    pet_.sprite().removeAnimation("bob");  // even where a hover has only just begun
     if (!pet_.isAirborne()) return then();
-    pet_.sprite().removeAnimation("bob");
     pet_.fall(falling(), std::move(then));
 }
 

@@ -175,6 +175,7 @@ std::vector<bool> Companion::canReach(const std::vector<Ground>& files) const {
 }
 
 std::optional<Ground> Companion::noticeNewFiles(const std::vector<Ground>& tiles) {
+    if (!pet_.iconsKnown) return std::nullopt;
     std::vector<Ground> fresh;
     std::set<std::string> keys;
     for (const Ground& icon : pet_.ground) {

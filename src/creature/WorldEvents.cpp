@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <utility>
 
+#include "body/Pixels.h"
 #include "creature/Companion.h"
 
 namespace quibbits {
@@ -86,11 +88,18 @@ void Companion::groundChanged() {
 
     const bool asleep = dozing || isFainted;  // with no chain to break off
     if (!lost && !asleep) return stop([this] { think(); });
+    if (!asleep) pet_.interrupt();
+    standUp();
+    if (!asleep) think();
+}
+
+/// Puts it on its feet where it is, or as near to that as it can stand.
+void Companion::standUp() {
+    const Point here = pet_.position();
     const double x = pet_.walkArea.clamp(here.x);
     const auto below = pet_.surfaceIndex({x, here.y});
-    if (!asleep) pet_.interrupt();
+    pet_.sprite().removeAnimation("bob");
     pet_.drag({x, below ? pet_.ground[*below].y : pet_.floorY(x)});
-    if (!asleep) think();
 }
 
 void Companion::powerChanged() {
@@ -196,13 +205,12 @@ void Companion::greetTheDay() {
 
 void Companion::hook(const std::string& word) {
     if (word == "focus" || word == "unfocus") {
-        focusQuiet = word == "focus";
+        const bool wasQuiet = std::exchange(focusQuiet, word == "focus");
         computer().defaults.set("focus.on", focusQuiet);
-        if (!focusQuiet)
-            userReturned();
-        else if (isOut && !ballBusy && !held)
-            quietDown();
-        return;
+        if (focusQuiet && isOut && !ballBusy && !held) quietDown();
+        if (focusQuiet) return;
+        if (dozing) return userReturned();
+        if (wasQuiet) comeRound();  // power may have come back while nobody listened
     }
     if (!isOut || ballBusy || held || focusQuiet) return;
     const bool wasDozing = std::exchange(dozing, false);
@@ -221,11 +229,14 @@ void Companion::collapse() {
         speak({.moment = Moment::failed, .face = Face::pain});
         pet_.play(a().faint, 1);
     });
-    pet_.runLoop().after(failureLasts, pet_.lifetime().guard([this] {
-        if (!isFainted || mood() == Mood::fainted) return;
-        if (!held && !ballBusy) return recover();
-        isFainted = false;
-    }));
+    pet_.runLoop().after(failureLasts, pet_.lifetime().guard([this] { comeRound(); }));
+}
+
+/// Gets up from a faint unless its mood keeps it down.
+void Companion::comeRound() {
+    if (!isFainted || mood() == Mood::fainted) return;
+    if (isOut && !held && !ballBusy) return recover();
+    isFainted = false;
 }
 
 void Companion::finishJob() {
@@ -250,6 +261,74 @@ void Companion::celebrateHook() {
         pet_.hearts();
         run({playing(a().pose)}, [this] { think(); });
     });
+}
+
+void Companion::cameraChanged(bool on) {
+    if (!isOn(Setting::hideOnCamera) || held || ballBusy) return;
+    if (on && isOut) {
+        hiddenForCall = true;
+        dozing = false;
+        toggleBall(ballStart());
+    } else if (!on && hiddenForCall && !isOut) {
+        hiddenForCall = false;
+        toggleBall(ballStart());
+    }
+}
+
+std::optional<Menu> Companion::menu() {
+    if (!pendingEvolution) return std::nullopt;
+    const auto item = [this](std::string title, std::function<void()> run) {
+        return MenuItem{std::move(title), pet_.lifetime().guard(std::move(run))};
+    };
+    const Evolution offer = *pendingEvolution;
+    return Menu{{item("Evolve into " + evolutionName(offer.to, offer.form),
+                      [this, offer] {
+                          if (pendingEvolution != offer) return;  // answered elsewhere
+                          withdrawOffer();
+                          evolve(offer);
+                      }),
+                 item("Not Now", [this] { answerEvolution(false); })}};
+}
+
+bool Companion::canAttack() const {
+    return isOn(Setting::thunderbolt) && isFree() && !isFainted && fx;
+}
+
+void Companion::strike(const std::vector<std::string>& paths, const FilePoints& points) {
+    if (canAttack()) return attack(paths, points);
+    Companion::attack(paths, points);
+}
+
+void Companion::zap(const std::vector<std::string>& paths) {
+    if (canAttack()) attack(paths, {});
+}
+
+void Companion::attack(const std::vector<std::string>& paths, const FilePoints&) {
+    for (const std::string& path : paths) computer().files.moveToTrash(path);
+}
+
+std::optional<Point> Companion::placeOf(const std::string& path, const FilePoints& points) const {
+    const auto told = points.find(path);
+    return told != points.end() ? std::optional(told->second) : pet_.iconCenter(path);
+}
+
+void Companion::destroy(const std::string& path) {
+    if (computer().files.moveToTrash(path))
+        gainEXP(0.1);
+    else
+        feelIfShown(Face::sigh, {.seconds = 2.5});
+}
+
+void Companion::offerZap(const std::vector<std::string>& paths, const std::string& title,
+                         const std::string& why) {
+    if (paths.empty()) return;
+    if (isFree() && !isFainted) {
+        feelIfShown(Face::surprised, {.thought = Pixels::file(), .seconds = 2.5});
+    }
+    const std::string offer =
+        paths.size() == 1 ? paths.front() : "batch-" + std::to_string(now().secondsSince1970);
+    notify(
+        {.title = title, .body = why, .suffix = "zap-" + offer, .category = "zap", .paths = paths});
 }
 
 void Companion::notify(const Notice& notice) {

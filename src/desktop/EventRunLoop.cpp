@@ -54,7 +54,20 @@ EventRunLoop::EventRunLoop()
     bellWatch_ = watch(bell_.get(), [this] { drain(bell_.get()); });
 }
 
-EventRunLoop::~EventRunLoop() = default;
+EventRunLoop::~EventRunLoop() {
+    dropJobs();
+}
+
+void EventRunLoop::dropJobs() {
+    takePosted();
+    while (!pending_.empty()) {
+        {
+            const auto node = pending_.extract(pending_.begin());
+            orders_.erase(node.mapped().id);
+        }
+        takePosted();
+    }
+}
 
 Instant EventRunLoop::now() const {
     return clockTime(CLOCK_MONOTONIC);

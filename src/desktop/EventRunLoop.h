@@ -47,6 +47,9 @@ public:
     void turn(Seconds longestWait);
     /// Ends run after the job at hand. Safe from any thread.
     void quit();
+    /// Drops all that is pending. What a job holds may cancel or add others at its end. For the end
+    /// of the program, while what the jobs hold is still there.
+    void dropJobs();
     /// Makes SIGTERM, SIGINT and SIGHUP end run as quit does. They stay blocked in this process,
     /// so a child process must unblock them.
     void quitOnSignals();

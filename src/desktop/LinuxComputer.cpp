@@ -1,11 +1,16 @@
 #include "desktop/LinuxComputer.h"
 
-#include "desktop/NoFileBrowser.h"
+#include <cstdio>
+
 #include "desktop/files/DefaultsFile.h"
 #include "desktop/files/DiskFiles.h"
 #include "desktop/files/DiskResources.h"
 #include "desktop/session/BusNotifications.h"
+#include "desktop/session/DesktopIcons.h"
 #include "desktop/session/LinuxMachine.h"
+#include "desktop/session/PortalAppearance.h"
+#include "desktop/session/TrayIcon.h"
+#include "desktop/x11/SystemTray.h"
 #include "desktop/x11/XDock.h"
 #include "desktop/x11/XPanels.h"
 #include "desktop/x11/XWindowList.h"
@@ -43,8 +48,38 @@ struct LinuxComputer::Parts {
           systemBus(*loop, {.kind = session::Bus::Kind::system, .address = places.systemBus}),
           machine(*loop, {.session = sessionBus, .system = systemBus},
                   {.system = places.system, .devices = places.devices}),
-          notifications(*loop, sessionBus) {
+          notifications(*loop, sessionBus),
+          appearance(sessionBus),
+          fileBrowser(*loop, sessionBus,
+                      {.screen = [this] { return screenPixels(); },
+                       .toPoints = [this](Rect r) { return points(r); }}),
+          systemTray(*connection, screens, pointer),
+          statusItem(
+              *loop, sessionBus,
+              {.screens = screens,
+               .pointer = pointer,
+               .dock = dock,
+               .pointOf = [this](int x, int y) { return screens.coordinates().points(x, y); },
+               .openMenu = [this](Menu menu, Point at) { panels.openMenu(std::move(menu), at); },
+               .otherTray = &systemTray}) {
         connection->onEnd = [this] { loop->quit(); };
+        statusItem.onNoTray = [] {
+            std::fputs("Quibbits: there is no tray; start quibbits again to open the dial\n",
+                       stderr);
+        };
+    }
+
+    ~Parts() { loop->dropJobs(); }  // they hold layers, which end before their engine
+
+    Size screenPixels() const {
+        const auto screen = screens.main();
+        if (!screen) return {};
+        return {screen->frame.width * screen->scale, screen->frame.height * screen->scale};
+    }
+    Rect points(Rect pixels) const {
+        const auto& c = screens.coordinates();
+        const Point corner = c.points(pixels.minX(), pixels.maxY());
+        return {corner.x, corner.y, pixels.width / c.scale, pixels.height / c.scale};
     }
 
     std::unique_ptr<EventRunLoop> loop;
@@ -56,7 +91,6 @@ struct LinuxComputer::Parts {
     x11::XWorkspace workspace;
     x11::XWindowList windowList;
     x11::XDock dock;
-    NoFileBrowser fileBrowser;
     DefaultsFile defaults;
     DiskResources resources;
     TextRuler text;
@@ -65,6 +99,10 @@ struct LinuxComputer::Parts {
     session::Bus systemBus;
     session::LinuxMachine machine;
     session::BusNotifications notifications;
+    session::PortalAppearance appearance;
+    session::DesktopIcons fileBrowser;
+    x11::SystemTray systemTray;
+    session::TrayIcon statusItem;
 };
 
 LinuxComputer::Result LinuxComputer::start(Places places) {
@@ -98,6 +136,8 @@ Computer LinuxComputer::computer(Random& random) {
             .fileBrowser = parts_->fileBrowser,
             .machine = parts_->machine,
             .notifications = parts_->notifications,
+            .statusItem = parts_->statusItem,
+            .appearance = parts_->appearance,
             .files = parts_->files,
             .resources = parts_->resources,
             .text = parts_->text};

@@ -34,15 +34,23 @@ Point positionAt(Appearance values, const AnimationList& animations, Instant t) 
     return values.position;
 }
 
+/// Whether the layer goes slowly before the instant or after it. A sudden leap lies on one side
+/// only, so nothing changes ahead of it.
 bool isSlow(const Appearance& model, const AnimationList& animations, const Motion& motion,
             Instant t) {
     constexpr Seconds difference = 1.0 / 120;
-    const Instant to = std::min(t + difference, motion.ends - 1e-6);
-    const Instant from = std::max(to - difference, motion.begins);
-    if (!(to > from)) return true;
-    const double way =
-        distance(positionAt(model, animations, from), positionAt(model, animations, to));
-    return way < steppingSpeed * (to - from);
+    const Instant last = motion.ends - 1e-6;
+    bool isMeasured = false;
+    const auto isSlowIn = [&](Instant from, Instant to) {
+        from = std::max(from, motion.begins);
+        to = std::min(to, last);
+        if (!(to > from)) return false;
+        isMeasured = true;
+        const double way =
+            distance(positionAt(model, animations, from), positionAt(model, animations, to));
+        return way < steppingSpeed * (to - from);
+    };
+    return isSlowIn(t, t + difference) || isSlowIn(t - difference, t) || !isMeasured;
 }
 
 double snapped(double value, double grid) {
@@ -83,10 +91,13 @@ Instant nextArtStep(const Appearance& model, const AnimationList& animations, do
     constexpr int lookAhead = 20;
     Instant next = current.instant;
     for (int i = 0; i < lookAhead; ++i) {
-        next = stepAtOrAfter(next + stepInterval / 1000);
+        const Instant last = next;
+        next = stepAtOrAfter(last + stepInterval / 1000);
         if (next >= current.motionEnds) return current.motionEnds;
         const auto step = artStep(model, animations, grid, next);
-        if (!step || step->position != current.position) break;
+        // Once it becomes fast, it no longer goes in steps.
+        if (!step || !artStep(model, animations, grid, (last + next) / 2)) return last;
+        if (step->position != current.position) break;
     }
     return next;
 }

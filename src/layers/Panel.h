@@ -10,6 +10,8 @@
 
 #include "layers/Layer.h"
 #include "platform/Geometry.h"
+#include "platform/Image.h"
+#include "platform/Menu.h"
 
 namespace quibbits {
 
@@ -29,17 +31,20 @@ struct DragInfo {
     std::vector<std::string> files;
 };
 
-/// A line of a popup menu. A title alone is a disabled line; no title is a separator.
-struct MenuItem {
-    std::string title;
-    std::function<void()> run;
-};
-struct Menu {
-    std::vector<MenuItem> items;
-};
-
 /// The pasteboard type of an item that is carried from the dial.
 inline constexpr const char* itemPasteboardType = "com.quibbits.item";
+
+/// An item that the user carries out of a panel with the button held, to drop it on another panel
+/// of this program.
+struct ItemDrag {
+    std::string item;
+    Image image;  // goes with the pointer, in its middle
+    Size size;    // of the picture, in points
+    /// The pointer moved, to a point in global coordinates.
+    std::function<void(Point)> onMove;
+    /// The item was dropped, somewhere or nowhere. Called once, after the drop was taken.
+    std::function<void()> onEnd;
+};
 
 class Panel {
 public:
@@ -57,7 +62,14 @@ public:
     virtual bool isVisible() const = 0;
     /// While true, every click and move goes to what lies beneath. A panel starts so.
     virtual void setIgnoresMouse(bool ignores) = 0;
-    /// Opens a menu with its upper left corner at the point, shifted to stay on the screen.
+    /// How much of the whole panel is seen, 0 to 1. At 0 it takes no mouse.
+    virtual void setAlpha(double alpha) = 0;
+    virtual double alpha() const = 0;
+    /// Lets the user carry an item from here on; called while the button is down. Panels under the
+    /// pointer hear of it through onDragOver and onDrop.
+    virtual void beginItemDrag(ItemDrag drag) = 0;
+    /// Opens a menu that hangs from the point by its upper left corner, or stands on it where there
+    /// is no room beneath, shifted to stay on the screen.
     virtual void popUp(Menu menu, Point at) = 0;
 
     /// The parts of the panel that take the mouse, in its own coordinates. A backend that can

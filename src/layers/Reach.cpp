@@ -17,6 +17,9 @@ struct Spread {
     double scale = 0;
     double shift = 0;  // by a translation
     Rect bounds;
+    bool castsShadow = false;
+    double shadowReach = 0;
+    double lineWidth = 0;
 
     explicit Spread(const Appearance& first)
         : x{first.position.x, first.position.x}, y{first.position.y, first.position.y} {
@@ -29,6 +32,10 @@ struct Spread {
         scale = std::max({scale, std::abs(t.scaleX), std::abs(t.scaleY)});
         shift = std::max(shift, t.translation.length());
         bounds = bounds.united(values.bounds);
+        castsShadow = castsShadow || values.shadow.opacity > 0;
+        shadowReach =
+            std::max(shadowReach, values.shadow.radius * 3 + values.shadow.offset.length());
+        lineWidth = std::max(lineWidth, values.lineWidth);
     }
 };
 
@@ -57,16 +64,23 @@ double farthest(Rect r, Point from) {
                       std::max(std::abs(r.minY() - from.y), std::abs(r.maxY() - from.y)));
 }
 
+/// Around what the layer itself draws, in its own coordinates.
+Rect drawnBox(const Content& content, const Spread& spread) {
+    Rect box = spread.bounds.inset(-textOverhang);
+    if (const auto* shape = std::get_if<Shape>(&content)) {
+        box = box.united(shape->path.bounds().inset(-spread.lineWidth * miterLimit));
+    } else if (const auto* emitter = std::get_if<Emitter>(&content)) {
+        box = box.united(Emission::reach(*emitter));
+    }
+    return spread.castsShadow ? box.inset(-spread.shadowReach) : box;
+}
+
 }  // namespace
 
 Rect Reach::of(const Layer& layer) const {
-    const Appearance model = Appearance::of(layer.model_);
-    Appearance seen = model;
-    const auto* animations = layer.animations_.get();
-    if (animations) animations->apply(seen, {now_, now_});
-    const Spread spread = spreadOf(model, seen, animations);
-
-    Rect box = own(layer, seen).united(spread.bounds);
+    const Appearance seen = seenOf(layer);
+    const Spread spread = spreadOf(Appearance::of(layer.model_), seen, layer.animations_.get());
+    Rect box = drawnBox(layer.model_.content, spread);
     for (const auto& below : layer.sublayers_) box = box.united(of(*below));
     const Point unit = layer.model_.anchorPoint;
     const Point anchor{seen.bounds.x + unit.x * seen.bounds.width,
@@ -77,21 +91,14 @@ Rect Reach::of(const Layer& layer) const {
 }
 
 Rect Reach::ofItself(const Layer& layer) const {
-    Appearance seen = Appearance::of(layer.model_);
-    if (layer.animations_) layer.animations_->apply(seen, {now_, now_});
-    return own(layer, seen);
+    return drawnBox(layer.model_.content,
+                    spreadOf(Appearance::of(layer.model_), seenOf(layer), layer.animations_.get()));
 }
 
-Rect Reach::own(const Layer& layer, const Appearance& seen) const {
-    const auto& shadow = seen.shadow;
-    Rect box = seen.bounds.inset(-textOverhang);
-    if (const auto* shape = std::get_if<Shape>(&layer.model_.content)) {
-        box = box.united(shape->path.bounds().inset(-shape->lineWidth * miterLimit));
-    } else if (const auto* emitter = std::get_if<Emitter>(&layer.model_.content)) {
-        box = box.united(Emission::reach(*emitter));
-    }
-    const double blur = shadow.opacity > 0 ? shadow.radius * 3 + shadow.offset.length() : 0;
-    return box.inset(-blur);
+Appearance Reach::seenOf(const Layer& layer) const {
+    Appearance seen = Appearance::of(layer.model_);
+    if (layer.animations_) layer.animations_->apply(seen, {now_, now_});
+    return seen;
 }
 
 bool movesThings(KeyPath path) {

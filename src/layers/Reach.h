@@ -16,7 +16,7 @@ public:
     Rect ofItself(const Layer& layer) const;
 
 private:
-    Rect own(const Layer& layer, const Appearance& seen) const;
+    Appearance seenOf(const Layer& layer) const;
 
     Instant now_;
 };

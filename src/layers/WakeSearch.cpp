@@ -17,6 +17,12 @@ bool isAny(KeyPath) {
     return true;
 }
 
+/// Whether what reaches that far may draw in the clip, edges and soft shadows included.
+bool mayTouch(Rect reach, PixelRect clip) {
+    constexpr int edge = 4;
+    return PixelRect::around(reach).inset(-edge).intersects(clip);
+}
+
 /// Whether a change of the value shows on the sublayers.
 bool changesBranch(KeyPath path) {
     return movesThings(path) || path == KeyPath::opacity || path == KeyPath::cornerRadius;
@@ -34,7 +40,7 @@ void WakeSearch::visit(const Layer& layer, const DrawnLayer& node, const Context
     const bool seen = !node.subtreeExtent.isEmpty();
     if (!seen) {
         const Rect reach = context.toDevice.apply(Reach(now_).of(layer));
-        if (!PixelRect::around(reach).intersects(context.clip)) return;
+        if (!mayTouch(reach, context.clip)) return;
     }
     if (node.isCollapsed) return visitAnimations(layer, context, isOpacity);
     const Context inside = insideOf(layer, node, context);
@@ -57,7 +63,7 @@ void WakeSearch::visit(const Layer& layer, const DrawnLayer& node, const Context
 bool WakeSearch::mayDraw(const Layer& layer, const DrawnLayer& node) const {
     if (!node.extent.isEmpty()) return true;
     const Rect reach = node.exact.apply(Reach(now_).ofItself(layer));
-    return PixelRect::around(reach).intersects(node.clip);
+    return mayTouch(reach, node.clip);
 }
 
 /// What holds for a layer's sublayers and its own animations. The steps of a body are looked ahead
@@ -72,7 +78,11 @@ WakeSearch::Context WakeSearch::insideOf(const Layer& layer, const DrawnLayer& n
     const Appearance model = Appearance::of(layer.model_);
     const double grid = state_.stepSize(layer.model_.artPixel);
     const auto step = artStep(model, *layer.animations_, grid, now_);
-    if (!step) return inside;
+    if (!step) {
+        const Instant next = stepAtOrAfter(now_ + stepInterval / 1000);
+        if (artStep(model, *layer.animations_, grid, next)) wakeAt(next);  // slow from there on
+        return inside;
+    }
     wakeAt(nextArtStep(model, *layer.animations_, grid, *step));
     inside.frames = std::min(inside.frames, step->frames);
     inside.motionEnds = std::min(step->motionEnds, inside.motionEnds.value_or(forever));
@@ -100,7 +110,7 @@ void WakeSearch::visitAnimations(const Layer& layer, const Context& context,
 Instant WakeSearch::nextFrameOf(const RunningAnimation& running, const Playback& part,
                                 const Context& context) const {
     const Instant change = running.steadyUntil(part, std::max(context.frames, running.start));
-    if (!context.motionEnds || change == forever) return change;
+    if (!context.motionEnds || change >= running.end) return change;
     constexpr Seconds clockError = 1e-6;
     Instant shown = stepAtOrAfter(std::max(change, now_ + clockError));
     const auto step =
@@ -117,7 +127,7 @@ void WakeSearch::visitEmission(const Layer& layer, const DrawnLayer& node, const
     if (!emitter || !layer.emission_) return;
     if (node.extent.isEmpty()) {
         const Rect reach = context.toDevice.apply(Reach(now_).of(layer));
-        if (!PixelRect::around(reach).intersects(context.clip)) return;
+        if (!mayTouch(reach, context.clip)) return;
     }
     const auto change = layer.emission_->nextChange(*emitter, layer.emissionSeed(), now_);
     if (change) wakeAt(*change);

@@ -2,6 +2,7 @@
 // Everything that the core asks of a computer, real or simulated, in one record of references. All
 // of it outlives the core.
 
+#include "platform/DesktopLook.h"
 #include "platform/Dock.h"
 #include "platform/FileBrowser.h"
 #include "platform/Files.h"
@@ -12,6 +13,7 @@
 #include "platform/Resources.h"
 #include "platform/RunLoop.h"
 #include "platform/Screens.h"
+#include "platform/StatusItem.h"
 #include "platform/Text.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowList.h"
@@ -31,6 +33,8 @@ struct Computer {
     FileBrowser& fileBrowser;
     Machine& machine;
     Notifications& notifications;
+    StatusItem& statusItem;
+    DesktopLook& appearance;
     Files& files;
     Resources& resources;
     TextMeasure& text;

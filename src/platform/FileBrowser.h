@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/Geometry.h"
+#include "platform/Signal.h"
 
 namespace quibbits {
 
@@ -21,6 +22,18 @@ public:
     /// The icons that the desktop shows, in the file manager's order. An empty list is an empty
     /// desktop; nothing means that the desktop does not tell.
     virtual std::optional<std::vector<DesktopIcon>> desktopIcons() = 0;
+    /// True while nothing is known yet and an answer is on its way; iconsRead tells of it.
+    virtual bool isReading() const { return false; }
+    /// Where the file manager itself says that an item of the desktop lies, by its file name.
+    virtual std::optional<Point> desktopPosition(const std::string& name) {
+        static_cast<void>(name);
+        return std::nullopt;
+    }
+    /// Whether the id is that of a file manager's application.
+    virtual bool isFileManager(const std::string& application) const = 0;
+
+    /// A list that was still being read when it was asked for is there now.
+    Signal<> iconsRead;
 };
 
 }  // namespace quibbits

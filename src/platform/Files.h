@@ -9,6 +9,8 @@ class Files {
 public:
     virtual ~Files() = default;
     virtual bool exists(const std::string& path) const = 0;
+    /// The folder that the desktop shows, without a slash at its end.
+    virtual std::string desktopFolder() const = 0;
     /// Moves a file, a folder or a link itself to the Trash. False when it stays where it is.
     virtual bool moveToTrash(const std::string& path) = 0;
 };

@@ -32,6 +32,9 @@ inline Point operator-(Point p, Vector v) {
 inline Vector operator-(Point a, Point b) {
     return {a.x - b.x, a.y - b.y};
 }
+inline Vector operator-(Vector a, Vector b) {
+    return {a.dx - b.dx, a.dy - b.dy};
+}
 inline Vector operator*(Vector v, double k) {
     return {v.dx * k, v.dy * k};
 }

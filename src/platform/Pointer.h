@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "platform/Geometry.h"
+#include "platform/Image.h"
 #include "platform/Signal.h"
 
 namespace quibbits {
@@ -29,7 +30,15 @@ struct Modifiers {
 };
 
 /// What the pointer did over other programs' windows.
-enum class PointerEvent { moved, leftDragged, leftUp };
+enum class PointerEvent { moved, leftDragged, leftDown, leftUp, rightDown };
+
+/// A picture of the pointer. The hot spot counts from the upper left corner; it and the size are in
+/// points.
+struct PointerPicture {
+    Image image;
+    Size size;
+    Point hotSpot;
+};
 
 class Pointer {
 public:
@@ -42,10 +51,15 @@ public:
     virtual Seconds idle() const = 0;
     /// Seconds since the user last moved, pressed or scrolled the mouse.
     virtual Seconds untouched() const = 0;
-    /// Hides the pointer everywhere, or shows it again. A backend that cannot hide it ignores it.
-    virtual void setHidden(bool hidden) = 0;
+    /// Hides the pointer everywhere, or shows it again. False when it cannot be hidden.
+    virtual bool setHidden(bool hidden) = 0;
+    /// What it looks like now.
+    virtual PointerPicture picture() const = 0;
 
-    /// Moves and releases that no panel of this program received.
+    /// The user has moved, pressed or scrolled the mouse, wherever.
+    Signal<> touched;
+
+    /// Moves, presses and releases that no panel of this program received.
     Signal<PointerEvent> elsewhere;
 };
 

@@ -53,6 +53,48 @@ void SimulatedNotifications::removeDelivered(const std::string& identifier) {
     delivered.erase(identifier);
 }
 
+void SimulatedStatusItem::show(Image picture, std::string text) {
+    image = std::move(picture);
+    toolTip = std::move(text);
+}
+
+void SimulatedStatusItem::popUp(Menu menu) {
+    openMenu = std::move(menu);
+    if (onPopUp) onPopUp(*openMenu);
+}
+
+void SimulatedPointer::touch() {
+    lastInput = lastMouse = loop_.now();
+    touched.emit();
+}
+
+PointerPicture SimulatedPointer::picture() const {
+    // A plain arrow: white with a dark edge.
+    constexpr int width = 9, height = 14;
+    std::vector<Argb> pixels(static_cast<std::size_t>(width) * height);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x <= std::min(y, width - 1) && x + y < height + 2; ++x) {
+            const bool edge = x == 0 || x == y || x + y == height + 1 || y == height - 1;
+            pixels[static_cast<std::size_t>(y * width + x)] = edge ? 0xff202020u : 0xffffffffu;
+        }
+    }
+    return {Image::fromArgb(width, height, std::move(pixels)), {width, height}, {0, 0}};
+}
+
+std::optional<Rect> SimulatedStatusItem::frame() const {
+    if (place) return place;
+    const auto screen = screens_.main();
+    if (!screen) return std::nullopt;
+    constexpr double side = 24;
+    constexpr double fromRight = 160;  // other icons and the clock
+    return Rect{screen->frame.maxX() - fromRight, screen->frame.maxY() - side, side, side};
+}
+
+std::optional<Point> SimulatedFileBrowser::desktopPosition(const std::string& name) {
+    const auto found = positions.find(name);
+    return found == positions.end() ? std::nullopt : std::optional(found->second);
+}
+
 bool SimulatedFiles::moveToTrash(const std::string& path) {
     const bool moved = !stubborn.contains(path) && files.erase(path) > 0;
     if (moved) trash.push_back(path);
@@ -60,9 +102,20 @@ bool SimulatedFiles::moveToTrash(const std::string& path) {
     return moved;
 }
 
+namespace {
+
+/// A drag in global coordinates, as a panel is told of it.
+DragInfo within(DragInfo drag, Rect frame) {
+    drag.location = drag.location - Vector{frame.x, frame.y};
+    return drag;
+}
+
+}  // namespace
+
 SimulatedComputer::SimulatedComputer(Settings settings, Resources& resources, TextMeasure& text)
     : runLoop(settings.begin),
       random(settings.seed),
+      statusItem(screens),
       pointer(runLoop),
       layers(runLoop, settings.seed),
       resources_(resources),
@@ -71,7 +124,9 @@ SimulatedComputer::SimulatedComputer(Settings settings, Resources& resources, Te
     setScreen({1440, 900}, 1);
 }
 
-SimulatedComputer::~SimulatedComputer() = default;
+SimulatedComputer::~SimulatedComputer() {
+    runLoop.dropJobs();  // they hold layers, which end before their engine
+}
 
 Computer SimulatedComputer::computer() {
     return {.runLoop = runLoop,
@@ -85,6 +140,8 @@ Computer SimulatedComputer::computer() {
             .fileBrowser = fileBrowser,
             .machine = machine,
             .notifications = notifications,
+            .statusItem = statusItem,
+            .appearance = appearance,
             .files = files,
             .resources = resources_,
             .text = text_};
@@ -93,8 +150,9 @@ Computer SimulatedComputer::computer() {
 void SimulatedComputer::updateVisibleFrame() {
     if (!screens.screen) return;
     Rect visible = screens.screen->frame;
-    if (dock.frame) {
-        const double top = dock.frame->maxY() - visible.y;
+    const auto bottom = dock.frame ? dock.frame : dock.inset;
+    if (bottom) {
+        const double top = bottom->maxY() - visible.y;
         visible.y += top;
         visible.height -= top;
     }
@@ -123,8 +181,12 @@ SimulatedPanel* SimulatedComputer::panelUnderPointer() const {
 
 void SimulatedComputer::movePointer(Point to) {
     pointer.place = to;
-    pointer.lastInput = pointer.lastMouse = runLoop.now();
-    if (panels_.grabbing) {
+    pointer.touch();
+    if (panels_.carried) {
+        const ItemDrag drag = *panels_.carried;
+        if (drag.onMove) drag.onMove(to);
+        panelTaking({.location = to, .item = drag.item});
+    } else if (panels_.grabbing) {
         if (panels_.grabbing->onMouseDragged) panels_.grabbing->onMouseDragged();
     } else if (SimulatedPanel* panel = panelUnderPointer(); panel && !pointer.down.any()) {
         if (panel->onMouseMoved) panel->onMouseMoved();
@@ -134,38 +196,74 @@ void SimulatedComputer::movePointer(Point to) {
 }
 
 void SimulatedComputer::press(MouseButton button) {
-    pointer.lastInput = pointer.lastMouse = runLoop.now();
+    pointer.touch();
+    for (std::optional<Menu>* menu : menus()) menu->reset();
     SimulatedPanel* panel = panelUnderPointer();
     if (button == MouseButton::left) {
         pointer.down.left = true;
         if (!panel) {
             pressesBeneath.push_back(pointer.place);
+            pointer.elsewhere.emit(PointerEvent::leftDown);
         } else {
             panels_.grabbing = panel;
             if (panel->onMouseDown) panel->onMouseDown();
         }
     } else if (button == MouseButton::right) {
         pointer.down.right = true;
-        if (!panel)
+        if (!panel) {
             pressesBeneath.push_back(pointer.place);
-        else if (panel->onRightMouseDown)
+            pointer.elsewhere.emit(PointerEvent::rightDown);
+        } else if (panel->onRightMouseDown) {
             panel->onRightMouseDown();
+        }
     } else {
         pointer.down.middle = true;
     }
 }
 
 void SimulatedComputer::release(MouseButton button) {
-    pointer.lastInput = pointer.lastMouse = runLoop.now();
+    pointer.touch();
     if (button == MouseButton::right) pointer.down.right = false;
     if (button == MouseButton::middle) pointer.down.middle = false;
     if (button != MouseButton::left) return;
     pointer.down.left = false;
-    if (SimulatedPanel* panel = std::exchange(panels_.grabbing, nullptr)) {
+    if (const auto carried = std::exchange(panels_.carried, std::nullopt)) {
+        panels_.grabbing = nullptr;
+        dropOnStage({.location = pointer.place, .item = carried->item});
+        if (carried->onEnd) carried->onEnd();
+    } else if (SimulatedPanel* panel = std::exchange(panels_.grabbing, nullptr)) {
         if (panel->onMouseUp) panel->onMouseUp();
     } else {
         pointer.elsewhere.emit(PointerEvent::leftUp);
     }
+}
+
+void SimulatedComputer::clickStatusItem(MouseButton button) {
+    if (const auto icon = statusItem.frame()) movePointer(icon->center());
+    press(button);
+    release(button);
+    const auto& action =
+        button == MouseButton::right ? statusItem.onRightClick : statusItem.onClick;
+    if (action) action();
+}
+
+std::vector<std::optional<Menu>*> SimulatedComputer::menus() {
+    std::vector<std::optional<Menu>*> all{&statusItem.openMenu};
+    for (SimulatedPanel* panel : panels_.open()) all.push_back(&panel->openMenu);
+    return all;
+}
+
+bool SimulatedComputer::choose(const std::string& title) {
+    for (std::optional<Menu>* menu : menus()) {
+        if (!*menu) continue;
+        const auto line = std::ranges::find(menu->value().items, title, &MenuItem::title);
+        if (line == menu->value().items.end() || !line->run) continue;
+        const auto run = line->run;
+        menu->reset();
+        run();
+        return true;
+    }
+    return false;
 }
 
 void SimulatedComputer::setUserPresent(bool present) {
@@ -215,16 +313,19 @@ void SimulatedComputer::bringToFront(const Application& application) {
     workspace.activated.emit();
 }
 
-bool SimulatedComputer::dropOnStage(DragInfo drag) {
+SimulatedPanel* SimulatedComputer::panelTaking(const DragInfo& drag) const {
     const auto& open = panels_.open();
     for (auto it = open.rbegin(); it != open.rend(); ++it) {
         SimulatedPanel& panel = **it;
         if (!panel.acceptsDrops() || !panel.isVisible()) continue;
-        DragInfo here = drag;
-        here.location = drag.location - Vector{panel.frame().x, panel.frame().y};
-        if (panel.onDragOver && panel.onDragOver(here)) return panel.onDrop && panel.onDrop(here);
+        if (panel.onDragOver && panel.onDragOver(within(drag, panel.frame()))) return &panel;
     }
-    return false;
+    return nullptr;
+}
+
+bool SimulatedComputer::dropOnStage(DragInfo drag) {
+    const SimulatedPanel* panel = panelTaking(drag);
+    return panel && panel->onDrop && panel->onDrop(within(drag, panel->frame()));
 }
 
 }  // namespace quibbits

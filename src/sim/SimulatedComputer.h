@@ -44,13 +44,20 @@ public:
 class SimulatedDock final : public Dock {
 public:
     std::optional<Rect> bottom() const override { return frame; }
+    std::optional<DockPreferences> preferences() const override { return file; }
     std::optional<Rect> frame;
+    std::optional<DockPreferences> file;
+    std::optional<Rect> inset;  // what a dock takes that tells nobody where it is
 };
 
 class SimulatedWorkspace final : public Workspace {
 public:
     std::optional<Application> frontmost() const override { return front; }
     std::vector<Application> running() const override { return applications; }
+    std::optional<WebPage> page(const Application& application) const override {
+        return front == application ? frontPage : std::nullopt;
+    }
+    std::optional<WebPage> frontPage;
     std::optional<Application> front;
     std::vector<Application> applications;
 };
@@ -68,6 +75,9 @@ public:
 class SimulatedFileBrowser final : public FileBrowser {
 public:
     std::optional<std::vector<DesktopIcon>> desktopIcons() override { return icons; }
+    std::optional<Point> desktopPosition(const std::string& name) override;
+    bool isFileManager(const std::string& id) const override { return id == "files"; }
+    std::map<std::string, Point> positions;
     std::optional<std::vector<DesktopIcon>> icons = std::vector<DesktopIcon>{};
 };
 
@@ -84,7 +94,8 @@ public:
 class SimulatedNotifications final : public Notifications {
 public:
     void setCategories(std::vector<NotificationCategory> list) override { categories = list; }
-    void send(NotificationRequest request, std::function<void(const NotificationOutcome&)> done) override;
+    void send(NotificationRequest request,
+              std::function<void(const NotificationOutcome&)> done) override;
     void removeDelivered(const std::string& identifier) override;
     std::vector<NotificationCategory> categories;
     std::map<std::string, NotificationRequest> delivered;
@@ -92,9 +103,34 @@ public:
     std::function<void(const NotificationRequest&)> onSend;
 };
 
+/// An icon in the upper right corner of the screen, unless a script puts it elsewhere.
+class SimulatedStatusItem final : public StatusItem {
+public:
+    explicit SimulatedStatusItem(const Screens& screens) : screens_(screens) {}
+    void show(Image picture, std::string text) override;
+    void popUp(Menu menu) override;
+    std::optional<Rect> frame() const override;
+
+    Image image;
+    std::string toolTip;
+    std::optional<Rect> place;
+    std::optional<Menu> openMenu;
+    std::function<void(const Menu&)> onPopUp;
+
+private:
+    const Screens& screens_;
+};
+
+class SimulatedAppearance final : public DesktopLook {
+public:
+    bool isDark() const override { return dark; }
+    bool dark = false;
+};
+
 class SimulatedFiles final : public Files {
 public:
     bool exists(const std::string& path) const override { return files.contains(path); }
+    std::string desktopFolder() const override { return "/home/user/Desktop"; }
     bool moveToTrash(const std::string& path) override;
     std::set<std::string> files;
     std::set<std::string> stubborn;  // cannot be moved
@@ -111,12 +147,19 @@ public:
     Modifiers modifiers() const override { return keys; }
     Seconds idle() const override { return present ? 0 : loop_.now() - lastInput; }
     Seconds untouched() const override { return loop_.now() - lastMouse; }
-    void setHidden(bool h) override { hidden = h; }
+    bool setHidden(bool h) override {
+        if (h && !hideable) return false;
+        hidden = h;
+        return true;
+    }
+    PointerPicture picture() const override;
+    void touch();
 
     Point place;
     MouseButtons down;
     Modifiers keys;
     bool hidden = false;
+    bool hideable = true;
     bool present = true;  // somebody is at the computer, typing now and then
     Instant lastInput = 0;
     Instant lastMouse = 0;
@@ -137,9 +180,11 @@ public:
     ~SimulatedComputer();
 
     Computer computer();
-    Panels& panels() { return panels_; }
+    SimulatedPanels& panels() { return panels_; }
     /// What is on screen, the lowest first.
     const std::vector<SimulatedPanel*>& shownPanels() const { return panels_.open(); }
+    /// What the user carries from one panel to another at the moment.
+    const std::optional<ItemDrag>& carried() const { return panels_.carried; }
 
     // What the simulated user and world do. Each takes effect at once.
     void setScreen(Size size, double scale);
@@ -148,6 +193,11 @@ public:
     void movePointer(Point to);
     void press(MouseButton button);
     void release(MouseButton button);
+    /// Goes to the tray's icon and clicks it.
+    void clickStatusItem(MouseButton button);
+    /// Chooses the line of that title from a menu that is open, and closes it. False when there is
+    /// no such line or it is disabled.
+    bool choose(const std::string& title);
     void touchKey() { pointer.lastInput = runLoop.now(); }
     /// From now on somebody is there, or nobody is.
     void setUserPresent(bool present);
@@ -171,6 +221,8 @@ public:
     SimulatedFileBrowser fileBrowser;
     SimulatedMachine machine;
     SimulatedNotifications notifications;
+    SimulatedStatusItem statusItem;
+    SimulatedAppearance appearance;
     SimulatedFiles files;
     SimulatedPointer pointer;
     LayerEngine layers;
@@ -179,6 +231,8 @@ public:
 
 private:
     SimulatedPanel* panelUnderPointer() const;
+    SimulatedPanel* panelTaking(const DragInfo& drag) const;
+    std::vector<std::optional<Menu>*> menus();
     void updateVisibleFrame();
 
     Resources& resources_;

@@ -10,7 +10,7 @@ SimulatedPanel::SimulatedPanel(SimulatedPanels& panels, Panels::Spec spec)
       frame_(spec.frame),
       level_(spec.level),
       acceptsDrops_(spec.acceptsDrops) {
-    panels_.open_.push_back(this);
+    panels_.raise(*this);
     setFrame(frame_);
     if (panels_.painting()) tree.onChange = [this] { follow(); };
 }
@@ -25,21 +25,35 @@ void SimulatedPanel::setFrame(Rect frame) {
     tree.setSurface(frame.size(), panels_.scale());
 }
 
+void SimulatedPanel::setLevel(PanelLevel level) {
+    level_ = level;
+    panels_.raise(*this);
+}
+
 void SimulatedPanel::orderFront() {
     shown_ = true;
-    auto& all = panels_.open_;
-    const auto self = std::ranges::find(all, this);
-    std::rotate(self, self + 1, all.end());
+    panels_.raise(*this);
     if (panels_.painting()) follow();
+}
+
+void SimulatedPanel::setAlpha(double alpha) {
+    alpha_ = alpha;
+    const Transaction still(panels_.layers(), Transaction::withoutActions());
+    tree.root().setOpacity(alpha);
+}
+
+void SimulatedPanel::beginItemDrag(ItemDrag drag) {
+    panels_.carried = std::move(drag);
 }
 
 void SimulatedPanel::popUp(Menu menu, Point at) {
     openMenu = std::move(menu);
     menuPlace = at;
+    if (panels_.onPopUp) panels_.onPopUp(*openMenu);
 }
 
 bool SimulatedPanel::takesMouseAt(Point global) const {
-    if (!shown_ || ignoresMouse_) return false;
+    if (!shown_ || ignoresMouse_ || alpha_ <= 0) return false;
     const Point at = global - Vector{frame_.x, frame_.y};
     if (!mouseAreas) return true;
     const auto areas = mouseAreas();
@@ -65,6 +79,12 @@ void SimulatedPanel::follow() {
 
 std::unique_ptr<Panel> SimulatedPanels::makePanel(Spec spec) {
     return std::make_unique<SimulatedPanel>(*this, spec);
+}
+
+void SimulatedPanels::raise(SimulatedPanel& panel) {
+    std::erase(open_, &panel);
+    const auto above = std::ranges::upper_bound(open_, panel.level(), {}, &SimulatedPanel::level);
+    open_.insert(above, &panel);
 }
 
 double SimulatedPanels::scale() const {

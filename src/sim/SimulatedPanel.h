@@ -2,6 +2,7 @@
 // A panel that shows its tree to nobody, or to a film. It follows the tree as a display would, and
 // counts what painting it would take.
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -22,11 +23,14 @@ public:
     Layer& root() override { return tree.root(); }
     Rect frame() const override { return frame_; }
     void setFrame(Rect frame) override;
-    void setLevel(PanelLevel level) override { level_ = level; }
+    void setLevel(PanelLevel level) override;
     void orderFront() override;
     void orderOut() override { shown_ = false; }
     bool isVisible() const override { return shown_; }
     void setIgnoresMouse(bool ignores) override { ignoresMouse_ = ignores; }
+    void setAlpha(double alpha) override;
+    double alpha() const override { return alpha_; }
+    void beginItemDrag(ItemDrag drag) override;
     void popUp(Menu menu, Point at) override;
 
     PanelLevel level() const { return level_; }
@@ -50,6 +54,7 @@ private:
     bool acceptsDrops_;
     bool shown_ = false;
     bool ignoresMouse_ = true;
+    double alpha_ = 1;
     Timer wake_;
 };
 
@@ -61,18 +66,24 @@ public:
     std::unique_ptr<Panel> makePanel(Spec spec) override;
     LayerEngine& layers() override { return engine_; }
 
+    /// The lowest first, by level and then by who came to the front last.
     const std::vector<SimulatedPanel*>& open() const { return open_; }
     /// The panel that has the mouse while a button is down.
     SimulatedPanel* grabbing = nullptr;
+    /// What the user carries from one panel to another.
+    std::optional<ItemDrag> carried;
+    std::function<void(const Menu&)> onPopUp;
     double scale() const;
     bool painting() const { return painting_; }
 
 private:
     friend class SimulatedPanel;
+    /// Puts a panel on top of its level.
+    void raise(SimulatedPanel& panel);
     LayerEngine& engine_;
     const Screens& screens_;
     bool painting_;
-    std::vector<SimulatedPanel*> open_;  // the last is topmost
+    std::vector<SimulatedPanel*> open_;
 };
 
 }  // namespace quibbits

@@ -39,8 +39,15 @@ void VirtualRunLoop::cancel(std::uint64_t id) {
     if (running_ == id) running_ = 0;
     const auto due = dueOf_.find(id);
     if (due == dueOf_.end()) return;
-    jobs_.erase(Key{due->second, id});
+    const auto node = jobs_.extract(Key{due->second, id});  // a job's end may cancel others
     dueOf_.erase(due);
+}
+
+void VirtualRunLoop::dropJobs() {
+    while (!jobs_.empty()) {
+        const auto node = jobs_.extract(jobs_.begin());
+        dueOf_.erase(node.key().id);
+    }
 }
 
 std::optional<Instant> VirtualRunLoop::nextDue() const {

@@ -17,6 +17,9 @@ public:
     /// The wall clock's date at instant 0, and how far local time is ahead of UTC.
     explicit VirtualRunLoop(Date begin, Seconds aheadOfUtc = 0)
         : begin_(begin), aheadOfUtc_(aheadOfUtc) {}
+    ~VirtualRunLoop() override { dropJobs(); }
+    VirtualRunLoop(const VirtualRunLoop&) = delete;
+    VirtualRunLoop& operator=(const VirtualRunLoop&) = delete;
 
     Instant now() const override { return now_; }
     Date date() const override { return begin_ + now_ + shift_; }
@@ -26,6 +29,8 @@ public:
     /// Runs everything that is due up to the instant, itself included.
     void advanceTo(Instant instant);
     void advance(Seconds by) { advanceTo(now_ + by); }
+    /// Drops all that is pending. What a job holds may cancel or add others at its end.
+    void dropJobs();
     /// Moves the wall clock without any time passing, as a sleep or the user does.
     void shiftClock(Seconds by) { shift_ += by; }
 

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <fstream>
 
+#include "raster/Canvas.h"
+
 namespace quibbits {
 
 namespace {
@@ -27,7 +29,7 @@ std::uint32_t mixed(double share) {
 }
 
 /// A premultiplied colour over an opaque one.
-std::uint32_t over(std::uint32_t top, std::uint32_t below) {
+std::uint32_t laidOver(std::uint32_t top, std::uint32_t below) {
     const std::uint32_t clear = 255 - (top >> 24);
     if (clear == 255) return below;
     if (clear == 0) return top & 0xffffff;
@@ -60,6 +62,7 @@ const std::vector<std::uint32_t>& Camera::shoot(SimulatedComputer& computer) {
     for (SimulatedPanel* panel : computer.shownPanels()) {
         if (panel->isVisible()) drawPanel(*panel, computer);
     }
+    if (const auto& drag = computer.carried()) drawCarried(*drag, computer.pointer.place, screen);
     return pixels_;
 }
 
@@ -82,13 +85,15 @@ void Camera::drawDesktop(const SimulatedComputer& computer, double) {
     if (computer.dock.frame) fill(*computer.dock.frame, dockColor, *screen);
 }
 
-void Camera::fill(Rect frame, std::uint32_t color, const Screen& screen) {
+PixelRect Camera::pixels(Rect frame, const Screen& screen) {
     const double s = screen.scale;
     const auto pixel = [](double v) { return static_cast<int>(std::lround(v)); };
-    const PixelRect rect =
-        PixelRect{pixel(frame.x * s), pixel((screen.frame.height - frame.maxY()) * s),
-                  pixel(frame.width * s), pixel(frame.height * s)}
-            .intersected(shown_);
+    return {pixel(frame.x * s), pixel((screen.frame.height - frame.maxY()) * s),
+            pixel(frame.width * s), pixel(frame.height * s)};
+}
+
+void Camera::fill(Rect frame, std::uint32_t color, const Screen& screen) {
+    const PixelRect rect = pixels(frame, screen).intersected(shown_);
     for (int y = 0; y < rect.height; ++y) {
         const std::ptrdiff_t row =
             static_cast<std::ptrdiff_t>(rect.y - shown_.y + y) * shown_.width + (rect.x - shown_.x);
@@ -97,11 +102,42 @@ void Camera::fill(Rect frame, std::uint32_t color, const Screen& screen) {
 }
 
 void Camera::drawPanel(SimulatedPanel& panel, const SimulatedComputer& computer) {
-    panelPixels_.assign(pixels_.size(), 0);
+    const auto screen = computer.screens.main();
+    if (!screen) return;
+    // The part of the picture that shows the panel, in the panel's own pixels.
+    const PixelRect frame = pixels(panel.frame(), *screen);
+    const PixelRect seen = frame.intersected(shown_);
+    if (seen.isEmpty()) return;
+    const PixelRect area{seen.x - frame.x, seen.y - frame.y, seen.width, seen.height};
+    panelPixels_.assign(static_cast<std::size_t>(area.area()), 0);
     panel.tree.nextFrame(computer.runLoop.now());
-    painter_.paint(panel.tree, shown_,
-                   {.pixels = panelPixels_.data(), .stride = shown_.width, .area = shown_});
-    std::ranges::transform(panelPixels_, pixels_, pixels_.begin(), over);
+    painter_.paint(panel.tree, area,
+                   {.pixels = panelPixels_.data(), .stride = area.width, .area = area});
+    lay(panelPixels_, seen);
+}
+
+void Camera::lay(const std::vector<std::uint32_t>& picture, PixelRect place) {
+    for (int y = 0; y < place.height; ++y) {
+        const auto from = picture.begin() + static_cast<std::ptrdiff_t>(y) * place.width;
+        const auto to = pixels_.begin() +
+                        static_cast<std::ptrdiff_t>(place.y - shown_.y + y) * shown_.width +
+                        (place.x - shown_.x);
+        std::transform(from, from + place.width, to, to, laidOver);
+    }
+}
+
+void Camera::drawCarried(const ItemDrag& drag, Point pointer, const Screen& screen) {
+    const Rect frame{pointer.x - drag.size.width / 2, pointer.y - drag.size.height / 2,
+                     drag.size.width, drag.size.height};
+    const PixelRect place = pixels(frame, screen);
+    const PixelRect seen = place.intersected(shown_);
+    if (seen.isEmpty()) return;
+    Bitmap picture(seen);
+    const PixelRect all{0, 0, drag.image.width(), drag.image.height()};
+    drawSprite(picture.canvas(), drag.image, {.source = all, .target = place}, 255);
+    panelPixels_.assign(picture.row(seen.y) + seen.x,
+                        picture.row(seen.y) + seen.x + picture.size());
+    lay(panelPixels_, seen);
 }
 
 Film::Film(std::filesystem::path target, int framesPerSecond, std::optional<PixelRect> area)

@@ -29,6 +29,11 @@ private:
     void drawDesktop(const SimulatedComputer& computer, double scale);
     void fill(Rect frame, std::uint32_t color, const Screen& screen);
     void drawPanel(SimulatedPanel& panel, const SimulatedComputer& computer);
+    /// Lays see-through pixels over a part of the picture.
+    void lay(const std::vector<std::uint32_t>& picture, PixelRect place);
+    void drawCarried(const ItemDrag& drag, Point pointer, const Screen& screen);
+    /// A rectangle of points in the screen's device pixels, from the top left.
+    static PixelRect pixels(Rect frame, const Screen& screen);
 
     std::optional<PixelRect> area_;
     PngInfo size_;

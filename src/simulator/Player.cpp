@@ -86,10 +86,12 @@ void Player::begin(const Json& fields) {
     if (const auto date = dateOf(textOf(fields, "date"))) settings.begin = *date;
     settings.seed = static_cast<std::uint64_t>(numberOf(fields, "seed", 1));
     computer_ = std::make_unique<SimulatedComputer>(settings, resources_, text_);
-    if (options_.trace) {
-        trace_ = std::make_unique<Trace>(*options_.trace, *computer_);
-        trace_->followComputer();
-    }
+    const bool expects = std::ranges::any_of(
+        scenario_, [](const ScenarioEvent& event) { return event.kind == "expect"; });
+    if (!options_.trace && !expects) return;
+    trace_ = std::make_unique<Trace>(options_.trace, *computer_);
+    if (expects) trace_->onLine = [this](const Json& line) { lines_.push_back(line); };
+    trace_->followComputer();
 }
 
 void Player::play() {
@@ -123,7 +125,10 @@ void Player::start() {
     if (trace_) trace_->write("start");
     app_ = std::make_unique<AppDelegate>(computer_->computer(), computer_->panels());
     if (trace_) app_->onCreature = [this](Companion& creature) { trace_->follow(creature); };
+    // The wish comes from inside the program, which must have returned before it can go.
+    app_->onTerminate = [this] { computer_->runLoop.post([this] { quit(); }); };
     app_->applicationDidFinishLaunching();
+    if (trace_ && app_->dial()) trace_->follow(*app_->dial());
 }
 
 void Player::quit() {
@@ -150,7 +155,11 @@ bool Player::applyToProgram(const ScenarioEvent& event) {
     } else if (event.kind == "end") {
         ended_ = true;
     } else if (event.kind == "address") {
-        open(textOf(fields, "url"));
+        if (app_) app_->open({textOf(fields, "url")});
+    } else if (event.kind == "restart") {
+        if (Companion* creature = named(textOf(fields, "pet"))) creature->restart();
+    } else if (event.kind == "expect") {
+        expect(event);
     } else if (event.kind == "position") {
         tellPositions(numberOf(fields, "every"));
     } else {
@@ -163,15 +172,22 @@ bool Player::applyToUser(const ScenarioEvent& event) {
     const Json& fields = event.fields;
     SimulatedComputer& c = *computer_;
     if (event.kind == "pointer") {
-        movePointer(pointOf(*fields.find("to")), numberOf(fields, "over"), {});
+        movePointer(fields, {});
     } else if (event.kind == "press") {
         c.press(buttonOf(fields));
     } else if (event.kind == "release") {
         c.release(buttonOf(fields));
     } else if (event.kind == "drag") {
         c.press(MouseButton::left);
-        movePointer(pointOf(*fields.find("to")), numberOf(fields, "over"),
-                    [&c] { c.release(MouseButton::left); });
+        movePointer(fields, [&c] { c.release(MouseButton::left); });
+    } else if (event.kind == "trayClick") {
+        c.clickStatusItem(MouseButton::left);
+    } else if (event.kind == "trayRightClick") {
+        c.clickStatusItem(MouseButton::right);
+    } else if (event.kind == "choose") {
+        const std::string title = textOf(fields, "title");
+        const bool done = c.choose(title);
+        if (trace_) trace_->write("choose", {{"title", title}, {"done", done}});
     } else if (event.kind == "keys") {
         c.pointer.keys = {.command = flagOf(fields, "command"),
                           .option = flagOf(fields, "option"),
@@ -182,7 +198,7 @@ bool Player::applyToUser(const ScenarioEvent& event) {
     } else if (event.kind == "touch") {
         c.touchKey();
     } else if (event.kind == "drop") {
-        DragInfo drag{.location = pointOf(*fields.find("place")), .files = textsOf(fields, "files")};
+        DragInfo drag{.location = place(fields, "place"), .files = textsOf(fields, "files")};
         if (fields.find("item")) drag.item = textOf(fields, "item");
         const bool taken = c.dropOnStage(std::move(drag));
         if (trace_) trace_->write("drop", {{"taken", taken}});
@@ -210,6 +226,9 @@ bool Player::applyToDesktop(const ScenarioEvent& event) {
     } else if (event.kind == "dock") {
         const Json* frame = fields.find("frame");
         c.setDock(frame ? std::optional(rectOf(*frame)) : std::nullopt);
+    } else if (event.kind == "tray") {
+        const Json* frame = fields.find("frame");
+        c.statusItem.place = frame ? std::optional(rectOf(*frame)) : std::nullopt;
     } else if (event.kind == "window") {
         WindowInfo info{.process = static_cast<std::int64_t>(numberOf(fields, "process")),
                         .layer = static_cast<int>(numberOf(fields, "layer")),
@@ -219,6 +238,12 @@ bool Player::applyToDesktop(const ScenarioEvent& event) {
     } else if (event.kind == "closeWindow") {
         c.closeWindow(textOf(fields, "id"));
     } else if (event.kind == "front") {
+        c.workspace.frontPage.reset();
+        const Json* address = fields.find("address");
+        if (fields.find("title") || address) {
+            c.workspace.frontPage = WebPage{.title = textOf(fields, "title")};
+            if (address) c.workspace.frontPage->address = textOf(fields, "address");
+        }
         c.bringToFront(applicationOf(fields));
     } else if (event.kind == "launch") {
         c.workspace.applications.push_back(applicationOf(fields));
@@ -280,13 +305,22 @@ bool Player::applyToMachine(const ScenarioEvent& event) {
     return true;
 }
 
-void Player::movePointer(Point to, Seconds over, std::function<void()> then) {
+void Player::movePointer(const Json& fields, std::function<void()> then) {
     SimulatedComputer& c = *computer_;
+    const Seconds over = numberOf(fields, "over");
     const Point from = c.pointer.place;
+    const Point first = place(fields, "to");
+    // A creature that walks is followed; one in the hand goes where the hand goes.
+    const auto target = [this, fields, first] {
+        const Companion* creature = named(textOf(fields, "pet"));
+        return creature && !creature->held ? place(fields, "to") : first;
+    };
     const int samples = std::max(static_cast<int>(over / pointerSample), 1);
     for (int i = 1; i <= samples; ++i) {
         const double share = static_cast<double>(i) / samples;
-        const auto step = [&c, from, to, share] { c.movePointer(from + (to - from) * share); };
+        const auto step = [&c, from, target, share] {
+            c.movePointer(from + (target() - from) * share);
+        };
         if (over <= 0)
             step();
         else
@@ -299,13 +333,38 @@ void Player::movePointer(Point to, Seconds over, std::function<void()> then) {
         c.runLoop.after(over, std::move(then));
 }
 
-void Player::open(const std::string& url) {
-    constexpr std::string_view scheme = "quibbits:";
-    if (!app_ || !url.starts_with(scheme)) return;
-    std::string_view rest = std::string_view(url).substr(scheme.size());
-    if (rest.starts_with("//")) rest.remove_prefix(2);
-    const std::string host(rest.substr(0, rest.find_first_of("/?#")));
-    app_->hear(host.empty() ? "hello" : host);
+Companion* Player::named(const std::string& pet) const {
+    if (!app_) return nullptr;
+    const auto& party = app_->party();
+    const auto found =
+        std::ranges::find_if(party, [&](const auto& each) { return each->store() == pet; });
+    return found == party.end() ? nullptr : found->get();
+}
+
+Point Player::place(const Json& fields, std::string_view name) const {
+    const Point told = pointOf(*fields.find(name));
+    const Companion* creature = named(textOf(fields, "pet"));
+    if (!creature || !app_->stage()) return told;
+    const Point middle = creature->pet().frame().center();
+    const Rect stage = app_->stage()->frame();
+    return {stage.x + middle.x + told.x, stage.y + middle.y + told.y};
+}
+
+void Player::expect(const ScenarioEvent& event) {
+    const Json& wanted = *event.fields.find("seen");
+    const auto fits = [&](const Json& line) {
+        return std::ranges::all_of(*wanted.as<Json::Object>(), [&](const Json::Member& member) {
+            const Json* value = line.find(member.first);
+            if (!value) return false;
+            const auto number = value->number();
+            return *value == member.second || (number && number == member.second.number());
+        });
+    };
+    if (std::ranges::none_of(lines_, fits)) {
+        disappointments_.push_back("line " + std::to_string(event.line) + ": nothing was like " +
+                                   wanted.dump());
+    }
+    lines_.clear();
 }
 
 void Player::writeDefaults(const Json& fields) {

@@ -28,6 +28,8 @@ public:
 
     /// Plays the whole scenario.
     void play();
+    /// What the scenario expected in vain, as "line 12: ...".
+    const std::vector<std::string>& disappointments() const { return disappointments_; }
 
     SimulatedComputer& computer() { return *computer_; }
     /// Empty while the simulated program does not run.
@@ -39,12 +41,16 @@ private:
     bool applyToUser(const ScenarioEvent& event);
     bool applyToDesktop(const ScenarioEvent& event);
     bool applyToMachine(const ScenarioEvent& event);
+    /// The creature of that id; none while the program does not run.
+    Companion* named(const std::string& pet) const;
+    /// The point of an event, wherever it is counted from.
+    Point place(const Json& fields, std::string_view name) const;
+    void expect(const ScenarioEvent& event);
     void begin(const Json& fields);
     void start();
     void quit();
     void advanceTo(Instant instant);
-    void movePointer(Point to, Seconds over, std::function<void()> then);
-    void open(const std::string& url);
+    void movePointer(const Json& fields, std::function<void()> then);
     void writeDefaults(const Json& fields);
     void tellPositions(Seconds every);
 
@@ -57,6 +63,8 @@ private:
     std::unique_ptr<AppDelegate> app_;
     Instant nextFrame_ = 0;
     Timer positions_;
+    std::vector<Json> lines_;  // of the trace since the last expect, where any is to come
+    std::vector<std::string> disappointments_;
     bool ended_ = false;
 };
 

@@ -36,13 +36,23 @@ const std::vector<EventSpec>& specs() {
         {"pointer",
          "Moves the pointer.",
          {{"to", point, required, "global coordinates, y upwards"},
-          {"over", duration, optional, "seconds that the way takes; at once unless told"}}},
+          {"over", duration, optional, "seconds that the way takes; at once unless told"},
+          {"pet", text, optional, "count the point from the middle of this creature"}}},
         {"press", "Presses a mouse button.", {{"button", button, optional, "left unless told"}}},
         {"release", "Releases a mouse button.", {{"button", button, optional, "left unless told"}}},
         {"drag",
          "Presses the left button, moves and releases it.",
          {{"to", point, required, "global coordinates"},
-          {"over", duration, optional, "seconds that the way takes"}}},
+          {"over", duration, optional, "seconds that the way takes"},
+          {"pet", text, optional, "count the point from the middle of this creature"}}},
+        {"tray",
+         "Puts the program's icon somewhere else; without a frame, into the upper right corner.",
+         {{"frame", rectangle, optional, "global coordinates"}}},
+        {"trayClick", "Moves the pointer to the program's icon and clicks it.", {}},
+        {"trayRightClick", "The same with the right button, for the icon's menu.", {}},
+        {"choose",
+         "Chooses a line of an open menu; nothing happens when no menu has such a line.",
+         {{"title", text, required, "the line"}}},
         {"keys",
          "Holds modifier keys down from now on.",
          {{"option", boolean, optional, ""},
@@ -63,7 +73,10 @@ const std::vector<EventSpec>& specs() {
         {"closeWindow", "Closes a window.", {{"id", text, required, ""}}},
         {"front",
          "An application comes to the front.",
-         {{"application", text, required, "its id"}, {"process", wholeNumber, required, ""}}},
+         {{"application", text, required, "its id"},
+          {"process", wholeNumber, required, ""},
+          {"title", text, optional, "of a browser's front window"},
+          {"address", text, optional, "of its page, where the browser tells it"}}},
         {"launch",
          "An application starts.",
          {{"application", text, required, "its id"}, {"process", wholeNumber, required, ""}}},
@@ -99,12 +112,19 @@ const std::vector<EventSpec>& specs() {
         {"drop",
          "Something is dropped.",
          {{"place", point, required, "global coordinates"},
+          {"pet", text, optional, "count the place from the middle of this creature"},
           {"files", texts, optional, "absolute paths"},
           {"item", text, optional, "a private item, such as azurine"}}},
         {"clock", "The wall clock jumps, as after a sleep.", {{"by", number, required, "seconds"}}},
         {"position",
          "Writes where every creature is; with a period, again and again.",
          {{"every", duration, optional, "seconds"}}},
+        {"restart",
+         "A creature starts over as an egg, as the settings offer it.",
+         {{"pet", text, required, "its id"}}},
+        {"expect",
+         "The trace must have held such a line since the last expect, or the scenario has failed.",
+         {{"seen", object, required, "members that the line has, such as {\"event\": \"trash\"}"}}},
         {"quit", "The program ends.", {}},
         {"start", "The program starts; it does so by itself at the first event after begin.", {}},
         {"end", "The scenario ends here.", {}},
@@ -162,6 +182,7 @@ bool matches(const Json& value, FieldType type) {
         case FieldType::texts: return all(value, isText);
         case FieldType::booleans:
             return all(value, [](const Json& v) { return v.as<bool>() != nullptr; });
+        case FieldType::object: return value.as<Json::Object>() != nullptr;
         case FieldType::values: {
             const auto* object = value.as<Json::Object>();
             return object && std::ranges::all_of(*object, [](const auto& member) {
@@ -238,6 +259,7 @@ std::string_view describe(FieldType type) {
         case FieldType::rectangle: return "[x, y, width, height]";
         case FieldType::texts: return "a list of texts";
         case FieldType::booleans: return "a list of true and false";
+        case FieldType::object: return "an object";
         case FieldType::values:
             return "an object of texts, numbers, true, false, lists of texts or {\"date\": "
                    "seconds}";

@@ -24,6 +24,7 @@ enum class FieldType {
     rectangle,  // [x, y, width, height], the sizes not negative
     texts,      // a list of texts
     booleans,   // a list of true and false
+    object,     // an object of anything
     values,     // an object of defaults: texts, numbers, true, false, lists of texts, {"date": …}
     icons,      // a list of {"name": text, "frame": rectangle}
     button,     // "left", "right" or "middle"

@@ -53,7 +53,9 @@ void Trace::write(const std::string& event, Json::Object fields) {
                       {"local", text(computer_.runLoop.localTime(computer_.runLoop.date()))},
                       {"event", event}};
     for (auto& member : fields) line.push_back(std::move(member));
-    out_ << Json(std::move(line)).dump() << '\n';
+    const Json whole(std::move(line));
+    if (out_) *out_ << whole.dump() << '\n';
+    if (onLine) onLine(whole);
 }
 
 void Trace::followComputer() {
@@ -76,6 +78,19 @@ void Trace::followComputer() {
     computer_.files.onTrash = [this](const std::string& path, bool moved) {
         write("trash", {{"path", path}, {"moved", moved}});
     };
+    computer_.statusItem.onPopUp = [this](const Menu& opened) { menu(opened); };
+    computer_.panels().onPopUp = [this](const Menu& opened) { menu(opened); };
+}
+
+void Trace::follow(PartyDial& dial) {
+    dial.onOpened = [this] { write("dial", {{"open", true}}); };
+    dial.onClosed = [this] { write("dial", {{"open", false}}); };
+}
+
+void Trace::menu(const Menu& menu) {
+    Json::Array lines;
+    for (const MenuItem& item : menu.items) lines.emplace_back(item.title);
+    write("menu", {{"lines", std::move(lines)}});
 }
 
 void Trace::follow(Companion& creature) {

@@ -74,8 +74,9 @@ void printHelp() {
            "option with its score, its base and the reasons that multiply to the score); bubble "
            "(face,\n"
            "speaker, caption, seconds); notification; saved and removed (a key of the defaults);\n"
-           "trash (a path, and whether it was moved); drop (whether it was taken); position. Each "
-           "has\n"
+           "trash (a path, and whether it was moved); drop (whether it was taken); dial (whether "
+           "it is\n"
+           "open); menu (its lines); choose (whether there was such a line); position. Each has\n"
            "\"t\", the seconds since the beginning, and \"local\", the time on the wall.\n";
 }
 
@@ -167,6 +168,9 @@ int play(const Arguments& arguments, const Scenario& scenario) {
     Player player(scenario, options, resources, text);
     player.play();
 
+    for (const std::string& each : player.disappointments()) {
+        std::cerr << arguments.scenario << ": " << each << "\n";
+    }
     if (trace) trace->flush();
     if (trace && !trace->good()) {
         std::cerr << "quibbits-sim: the trace could not be written\n";
@@ -176,7 +180,7 @@ int play(const Arguments& arguments, const Scenario& scenario) {
         std::cerr << "quibbits-sim: the film could not be written\n";
         return failed;
     }
-    return 0;
+    return player.disappointments().empty() ? 0 : failed;
 }
 
 }  // namespace

@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::string_view coralisForm = "coralis";
 constexpr const char* coralianName = "Coralian Thrummet";
-constexpr int pebbleLevel = 20;  // from here on the Storm Pebble works
+constexpr int pebbleLevel = 20;          // from here on the Storm Pebble works
+constexpr double fondOfItsPerson = 220;  // friendship at which a mizzle is ready
 
 /// Playful moves that have to be learnt first.
 struct Gate {
@@ -131,6 +132,12 @@ bool Sparrel::absorbsCharge(double minutes) {
     return true;
 }
 
+void Sparrel::didLevelUp() {
+    if (stage == Stage::mizzle && friendship >= fondOfItsPerson) {
+        offerEvolution({.to = Stage::sparrel}, false);
+    }
+}
+
 void Sparrel::refreshMoves() {
     pet_.canLeap = knows("Fleet Dash");
 }
@@ -153,6 +160,20 @@ bool Sparrel::use(Item item) {
     return true;
 }
 
+bool Sparrel::startDemo(const std::string& word) {
+    if (word == "float" && floats()) {
+        pet_.after(1, [this] { levitate(Air::any, [this] { think(); }); });
+        return true;
+    }
+    if (word == "stone") pet_.after(2, [this] { received(Item::stormPebble); });
+    if (word == "evolve" && stage == Stage::mizzle) {
+        friendship = fondOfItsPerson + 10;
+        nearlyReach(level() + 1);
+        gainEXP(0.1);
+    }
+    return false;
+}
+
 std::vector<std::string> Sparrel::unlockedMoves() const {
     auto names = Companion::unlockedMoves();
     const MoveNames moves = known();
@@ -161,6 +182,42 @@ std::vector<std::string> Sparrel::unlockedMoves() const {
         return gate != gates.end() && !moves.contains(gate->move);
     });
     return names;
+}
+
+void Sparrel::attack(const std::vector<std::string>& paths, const FilePoints& points) {
+    if (!fx) return;
+    stop([this, paths, points] {
+        std::vector<Step> steps;
+        for (const std::string& path : paths) steps.push_back(strikeStep(path, points));
+        steps.push_back([this](Done next) { victoryLap(std::move(next)); });
+        run(std::move(steps), [this] { think(); });
+    });
+}
+
+Step Sparrel::strikeStep(const std::string& path, const FilePoints& points) {
+    return [this, path, points](Done next) {
+        const double px = pet_.scale();
+        const Point here = pet_.position();
+        const Point chest{here.x, here.y + 16 * px};
+        const auto icon = placeOf(path, points);
+        const Point target = icon.value_or(pet_.inFront({30, 6}));
+        const bool fromTheSky = !icon && knows("Thunder");
+        const Point from = fromTheSky ? Point{target.x, target.y + 1200} : chest;
+        const bool strong = knows("Thunderbolt");
+
+        feel(Face::determined,
+             {.caption = strong ? "Thunderbolt!" : "Static Jolt!", .seconds = 1.5});
+        pet_.faceTowards(target);
+        startChargeSparks(10);
+        pet_.play(a().charge);
+        pet_.after(0.5, [this, path, from, target, strong, next = std::move(next)] {
+            stopChargeSparks();
+            pet_.play(a().shock, 3);
+            pet_.after(a().shock.duration * 3, next);
+            fx->bolt({.from = from, .to = target, .thickness = strong ? 2.0 : 1.0},
+                     pet_.lifetime().guard([this, path] { destroy(path); }));
+        });
+    };
 }
 
 void Sparrel::chargerPlugged() {

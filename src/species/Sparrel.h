@@ -30,12 +30,18 @@ public:
 
 protected:
     bool absorbsCharge(double minutes) override;
+    void didLevelUp() override;
     void refreshMoves() override;
+    bool startDemo(const std::string& word) override;
     void petted() override;
     bool use(Item item) override;
+    void attack(const std::vector<std::string>& paths, const FilePoints& points) override;
     void chargerPlugged() override;
     void celebrateHook() override;
     std::vector<std::string> unlockedMoves() const override;
+
+private:
+    Step strikeStep(const std::string& path, const FilePoints& points);
 };
 
 }  // namespace quibbits

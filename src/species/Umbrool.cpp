@@ -6,6 +6,11 @@ namespace quibbits {
 
 namespace {
 
+constexpr int dusk = 19;  // hours of the day
+constexpr int dawn = 6;
+constexpr Seconds nightsApart = 36000;  // between two greetings of the night
+constexpr Color glow{0.78, 0.3, 1, 1};
+
 const VoiceTable& lines() {
     static const VoiceTable table{
         {Moment::curious, {"Hm? What's that? What's that?", "{cry}… who goes there?"}},
@@ -87,6 +92,64 @@ std::string Umbrool::cry() const {
 std::optional<Item> Umbrool::evolveItem() const {
     if (stage == Stage::gloamer) return Item::tetherLoop;
     return std::nullopt;
+}
+
+bool Umbrool::isOn(const char* key) const {
+    return computer().defaults.onlyBoolean(key).value_or(true);
+}
+
+Anim Umbrool::front(const char* name, const Anim& otherwise) const {
+    const auto seen = a().row(computer().resources, name, 0);
+    return seen ? *seen : otherwise;
+}
+
+void Umbrool::stop(Done then) {
+    endTricks();
+    Companion::stop(std::move(then));
+}
+
+void Umbrool::interrupted() {
+    clearShades();
+    pet_.node().removeAnimation("zoom");
+    endPhase();
+}
+
+void Umbrool::fill(Mind& mind) {
+    mind.ghost = true;
+    mind.windowToHaunt = isOn("umbrool.phaseThroughWindows") && pet_.frontWindow().has_value();
+    mind.canLick = isOn("umbrool.licksScreen") && knows("Lick");
+    mind.cursorLeftAlone = canSteal();
+    mind.shadowTricks = isOn("umbrool.shadowTricks");
+    mind.canPrank = isOn("umbrool.pranks");
+    mind.ghostHour = isOn("umbrool.nightOwl") && isGhostHour();
+    nightGlow(mind.ghostHour);
+}
+
+bool Umbrool::isGhostHour() const {
+    const auto told = computer().defaults.onlyBoolean("QuibGhostHour");
+    if (told) return *told;
+    return hour() >= dusk || hour() < dawn || computer().appearance.isDark();
+}
+
+void Umbrool::nightGlow(bool on) {
+    if (std::exchange(glowing_, on) == on) return;
+    {
+        const Transaction slowly(pet_.node().engine(), {.duration = 1.5});
+        pet_.sprite().change([&](LayerProperties& l) {
+            l.shadow = {.color = glow, .radius = 2.5 * pet_.scale(), .opacity = on ? 0.95 : 0};
+        });
+    }
+    if (!on) return;
+    const auto greeted = computer().defaults.onlyDate(key("ghostHourGreeted"));
+    if (now() - greeted.value_or(Date::distantPast()) <= nightsApart) return;
+    computer().defaults.set(key("ghostHourGreeted"), now());
+    feelIfShown(Face::joyous, {.caption = "The night is mine… 👻", .seconds = 3.5});
+}
+
+void Umbrool::didLevelUp() {
+    if (stage == Stage::wispul && level() >= gloamerLevel) {
+        offerEvolution({.to = Stage::gloamer}, false);
+    }
 }
 
 bool Umbrool::use(Item item) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <set>
 #include <string>
 
 #include "stage/StageWindow.h"
@@ -16,9 +17,12 @@ constexpr Seconds iconsGoStale = 20;
 constexpr double iconHalfWidth = 0.42;
 constexpr double iconRise = 0.32;
 
+constexpr double headroom = 72;  // points over an icon, or nobody on it would be seen
+
 constexpr double bodyHeight = 30;     // points above a row that a window must leave free
 constexpr double shortestFloor = 60;  // points of a stretch worth standing on
 constexpr double shortestIcon = 20;
+constexpr double usualTile = 48;
 constexpr Size smallestFrontWindow{300, 200};
 
 /// The parts of free stretches that a window from lo to hi leaves.
@@ -75,6 +79,7 @@ void StageWindow::handOutGround() {
     for (Pet* pet : pets_) {
         pet->ground = ground_;
         pet->ground.insert(pet->ground.end(), icons_.begin(), icons_.end());
+        pet->iconsKnown = !computer_.fileBrowser.isReading();
         measureRoom(*pet);
         if (pet->onGroundChanged) pet->onGroundChanged();
     }
@@ -82,33 +87,95 @@ void StageWindow::handOutGround() {
 
 std::optional<Range> StageWindow::dockSpan(const Screen& screen) const {
     if (screen.visibleFrame.minY() <= screen.frame.minY()) return std::nullopt;
-    const auto dock = computer_.dock.bottom();
-    if (!dock) return std::nullopt;
     const double width = panel_->frame().width;
-    const Range span{std::clamp(dock->minX() - screen.frame.minX(), 0.0, width),
-                     std::clamp(dock->maxX() - screen.frame.minX(), 0.0, width)};
+    Range span;
+    if (const auto dock = computer_.dock.bottom()) {
+        span = {dock->minX() - screen.frame.minX(), dock->maxX() - screen.frame.minX()};
+    } else if (const auto preferences = computer_.dock.preferences();
+               preferences && preferences->orientation.value_or("bottom") == "bottom") {
+        const double half = estimatedDockWidth(*preferences) / 2;
+        span = {width / 2 - half, width / 2 + half};
+    }
+    span = {std::clamp(span.lo, 0.0, width), std::clamp(span.hi, 0.0, width)};
     if (span.width() <= 0) return std::nullopt;
     return span;
+}
+
+/// A dock is as wide as its tiles: the kept applications, the recent and running ones beside them,
+/// what else is kept, the file manager, the Trash and a gap or two.
+double StageWindow::estimatedDockWidth(const DockPreferences& preferences) const {
+    const std::set<std::string> kept(preferences.persistentApps.begin(),
+                                     preferences.persistentApps.end());
+    std::set<std::string> extras;
+    if (preferences.showRecents.value_or(true)) {
+        extras.insert(preferences.recentApps.begin(), preferences.recentApps.end());
+    }
+    for (const Application& application : computer_.workspace.running()) {
+        extras.insert(application.id);
+    }
+    std::erase_if(extras, [&](const std::string& id) {
+        return kept.contains(id) || computer_.fileBrowser.isFileManager(id);
+    });
+    const std::size_t apps = kept.size() + 1 + extras.size();
+    const std::size_t gaps = extras.empty() ? 1 : 2;
+    const double tiles = static_cast<double>(apps + 1 + gaps) + preferences.persistentOthers;
+    return preferences.tileSize.value_or(usualTile) * tiles;
 }
 
 void StageWindow::refreshIcons() {
     const Date now = computer_.runLoop.date();
     if (!iconsAllowed_ || now - iconsRead_ <= iconsGoStale) return;
     iconsRead_ = now;
+    takeIcons();
+}
+
+void StageWindow::takeIcons() {
     const auto drawn = computer_.fileBrowser.desktopIcons();
     if (!drawn) {
-        iconsAllowed_ = false;
+        iconsAllowed_ = computer_.fileBrowser.isReading();
         return;
     }
     const Rect frame = panel_->frame();
     icons_.clear();
     for (const DesktopIcon& icon : *drawn) {
         const Point c = icon.frame.center() - Vector{frame.x, frame.y};
-        const double w = icon.frame.width;
-        icons_.push_back(
-            {{c.x - iconHalfWidth * w, c.x + iconHalfWidth * w}, c.y + iconRise * w, false});
+        const double half = iconHalfWidth * icon.frame.width;
+        const double y = c.y + iconRise * icon.frame.width;
+        if (y <= frame.height - headroom) icons_.push_back({{c.x - half, c.x + half}, y, false});
     }
     handOutGround();
+}
+
+std::optional<Point> StageWindow::desktopIconCenter(const std::string& path) const {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos || path.substr(0, slash) != computer_.files.desktopFolder()) {
+        return std::nullopt;
+    }
+    const std::string file = path.substr(slash + 1);
+    const Vector origin{panel_->frame().x, panel_->frame().y};
+    const auto told = [&]() -> std::optional<Point> {
+        const auto place = computer_.fileBrowser.desktopPosition(file);
+        return place ? std::optional(*place - origin) : std::nullopt;
+    };
+
+    const auto drawn = computer_.fileBrowser.desktopIcons();
+    if (!drawn) return told();
+    const auto named = [&](const std::string& name) {
+        std::vector<Point> centers;
+        for (const DesktopIcon& icon : *drawn) {
+            if (icon.name == name) centers.push_back(icon.frame.center() - origin);
+        }
+        return centers;
+    };
+    auto matches = named(file);
+    if (const std::size_t dot = file.rfind('.'); matches.empty() && dot > 0 && dot != file.npos) {
+        matches = named(file.substr(0, dot));  // a desktop may hide the extension
+    }
+    if (matches.size() == 1) return matches.front();
+    const auto place = told();
+    if (matches.empty() || !place) return place;
+    return *std::ranges::min_element(matches, {},
+                                     [&](Point center) { return distance(center, *place); });
 }
 
 std::vector<Rect> StageWindow::appWindows() const {

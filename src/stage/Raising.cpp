@@ -1,6 +1,8 @@
 // Whether the panel floats over the windows or lies behind them.
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "settings/model/Setting.h"
 #include "stage/StageWindow.h"
@@ -10,6 +12,11 @@ namespace quibbits {
 namespace {
 
 constexpr Seconds checkEvery = 2;
+
+/// What the addresses of videos hold, and how the titles of their pages end.
+constexpr std::array videoAddresses{"youtube.com/watch", "youtube.com/shorts", "youtube.com/live",
+                                    "youtu.be/"};
+constexpr std::string_view videoTitle = " - YouTube";
 
 }  // namespace
 
@@ -32,7 +39,20 @@ bool StageWindow::shouldBeRaised() const {
     const auto front = computer_.workspace.frontmost();
     const auto behind = Settings::behindApps(computer_.defaults);
     if (std::ranges::find(behind, front ? front->id : std::string()) != behind.end()) return false;
-    return !(front && fillsScreen(front->process));
+    if (front && fillsScreen(front->process)) return false;
+    if (!computer_.defaults.boolean("onboarded")) return true;
+    return !(front && watchesVideo(*front));
+}
+
+/// By the address where the browser tells it; a title alone cannot tell a video from the page of a
+/// channel, but tells both from the site's front page.
+bool StageWindow::watchesVideo(const Application& front) const {
+    const auto page = computer_.workspace.page(front);
+    if (!page) return false;
+    if (!page->address) return page->title.find(videoTitle) != std::string::npos;
+    return std::ranges::any_of(videoAddresses, [&](std::string_view part) {
+        return page->address->find(part) != std::string::npos;
+    });
 }
 
 bool StageWindow::fillsScreen(std::int64_t process) const {

@@ -25,10 +25,13 @@ void StageWindow::installEvents() {
     panel_->onDragOver = [this](const DragInfo& drag) { return dropTarget(drag) != nullptr; };
     panel_->onDrop = [this](const DragInfo& drag) { return drop(drag); };
     subscriptions_.push_back(computer_.pointer.elsewhere.subscribe([this](PointerEvent event) {
-        if (event == PointerEvent::leftUp)
-            mouseUp();
-        else
-            cursorMoved();
+        switch (event) {
+            case PointerEvent::moved:
+            case PointerEvent::leftDragged: cursorMoved(); break;
+            case PointerEvent::leftUp: mouseUp(); break;
+            case PointerEvent::leftDown:
+            case PointerEvent::rightDown: break;
+        }
     }));
 }
 
@@ -71,6 +74,7 @@ void StageWindow::cursorMoved() {
 }
 
 void StageWindow::mouseDown() {
+    if (held_) mouseUp();  // its own release never came
     const Point at = pointerOnStage();
     Pet* pet = visiblePet(at, 0);
     if (!pet) {

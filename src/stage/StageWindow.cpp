@@ -22,6 +22,7 @@ StageWindow::StageWindow(Panels& panels, const Computer& computer, const Screen&
     observe(computer_.workspace.launched, &StageWindow::updateGround);
     observe(computer_.workspace.terminated, &StageWindow::updateGround);
     observe(computer_.screens.changed, &StageWindow::screenChanged);
+    observe(computer_.fileBrowser.iconsRead, &StageWindow::takeIcons);
     observe(computer_.dock.changed, &StageWindow::updateGround);
     observe(computer_.workspace.activated, &StageWindow::updateRaised);
     observe(computer_.workspace.spaceChanged, &StageWindow::updateRaised);
@@ -33,11 +34,14 @@ StageWindow::~StageWindow() = default;
 
 void StageWindow::add(Pet& pet, double x) {
     pet.ground = ground_;
+    pet.iconsKnown = !computer_.fileBrowser.isReading();
     measureRoom(pet);
 
     pet.openSpots = lifetime_.guard([this] { return openSpots(); });
     pet.isVisible = lifetime_.guard([this](Point at) { return isOpen(at); });
     pet.frontWindow = lifetime_.guard([this] { return frontWindow(); });
+    pet.iconCenter =
+        lifetime_.guard([this](const std::string& path) { return desktopIconCenter(path); });
     pet.showMenu = lifetime_.guard([this, &pet] {
         computer_.runLoop.post(lifetime_.guard([this, &pet] { popUpMenu(pet); }));
     });
@@ -55,7 +59,8 @@ void StageWindow::measureRoom(Pet& pet) const {
     pet.walkArea = {Pet::sideMargin, std::max(frame.width - Pet::sideMargin, Pet::sideMargin)};
     const auto screen = computer_.screens.main();
     const Rect visible = screen ? screen->visibleFrame : frame;
-    pet.ceiling = visible.maxY() - frame.minY() - headroom * pet.scale();
+    pet.skyline = visible.maxY() - frame.minY();
+    pet.ceiling = pet.skyline - headroom * pet.scale();
 }
 
 void StageWindow::popUpMenu(Pet& pet) {

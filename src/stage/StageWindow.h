@@ -64,7 +64,10 @@ private:
     /// How far a creature may go to the sides and up.
     void measureRoom(Pet& pet) const;
     std::optional<Range> dockSpan(const Screen& screen) const;
+    double estimatedDockWidth(const DockPreferences& preferences) const;
+    std::optional<Point> desktopIconCenter(const std::string& path) const;
     void refreshIcons();
+    void takeIcons();
     std::vector<Rect> appWindows() const;
     std::vector<Ground> openSpots();
     bool isOpen(Point at) const;
@@ -74,6 +77,7 @@ private:
     void updateRaised();
     bool shouldBeRaised() const;
     bool fillsScreen(std::int64_t process) const;
+    bool watchesVideo(const Application& front) const;
 
     const Computer computer_;
     std::unique_ptr<Panel> panel_;

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -12,6 +13,7 @@
 
 #include "atelier/Atelier.h"
 #include "atelier/Icon.h"
+#include "atelier/LineUp.h"
 #include "atelier/Play.h"
 #include "atelier/Portrait.h"
 #include "codecs/Png.h"
@@ -81,6 +83,17 @@ TEST_P(EachForm, EveryAnimationStandsOnTheSameGround) {
                 lowest = std::max(lowest, lowestRow(drawing));
             }
             EXPECT_EQ(lowest, groundRow) << a.name;
+        }
+    }
+}
+
+TEST_P(EachForm, LyingAndLeapingUseThatGroundFromEveryDirection) {
+    auto& studio = studioOf(GetParam());
+    for (const auto* name : {"Idle", "Sleep", "LeapForth", "Faint"}) {
+        for (const auto& strip : studio.fromAllSides(name)) {
+            int lowest = -1;
+            for (const auto& drawing : strip) lowest = std::max(lowest, lowestRow(drawing));
+            EXPECT_EQ(lowest, groundRow) << name;
         }
     }
 }
@@ -168,6 +181,91 @@ TEST_P(EachForm, EyesAreSeenFromTheFrontAndTheSides) {
     }
 }
 
+bool isEye(Ink ink) {
+    constexpr std::string_view letters = "KWIGg";
+    return std::ranges::any_of(letters, [&](char letter) { return ink == inkOf(letter); });
+}
+
+/// The patches of eye ink that hang together, corners included.
+int eyesIn(const Drawing& drawing) {
+    int eyes = 0;
+    std::set<std::pair<int, int>> left;
+    for (int y = 0; y < drawing.height; ++y) {
+        for (int x = 0; x < drawing.width; ++x) {
+            if (isEye(drawing.at(x, y))) left.insert({x, y});
+        }
+    }
+    while (!left.empty()) {
+        ++eyes;
+        std::vector<std::pair<int, int>> open{*left.begin()};
+        left.erase(left.begin());
+        while (!open.empty()) {
+            const auto [x, y] = open.back();
+            open.pop_back();
+            for (int step = 0; step < 9; ++step) {
+                const std::pair next{x + step % 3 - 1, y + step / 3 - 1};
+                if (left.erase(next) > 0) open.push_back(next);
+            }
+        }
+    }
+    return eyes;
+}
+
+TEST_P(EachForm, BothEyesAreSeenFromTheSide) {
+    for (const int direction : {facingRight, 6}) {
+        EXPECT_EQ(eyesIn(studioOf(GetParam()).strip("Idle", direction).front()), 2);
+    }
+}
+
+// Who spins or sinks may lose its face for a moment; nobody else does.
+TEST_P(EachForm, TheFaceIsSeenInEveryFrameFromTheSide) {
+    constexpr std::string_view spinning[] = {"Rotate", "Twirl", "Tumble", "TumbleBack", "Sink"};
+    auto& studio = studioOf(GetParam());
+    for (const auto& a : studio.animations) {
+        if (std::ranges::count(spinning, a.name) > 0) continue;
+        int frame = 0;
+        for (const auto& drawing : studio.strip(a.name)) {
+            EXPECT_GE(std::ranges::count_if(drawing.inks, isEye), 3)
+                << a.name << ", frame " << frame;
+            ++frame;
+        }
+    }
+}
+
+int highestRow(const Drawing& drawing) {
+    const auto first = std::ranges::find_if(drawing.inks, [](Ink ink) { return ink != noInk; });
+    return static_cast<int>(first - drawing.inks.begin()) / drawing.width;
+}
+
+TEST_P(EachForm, WhoSleepsLiesLowWithItsEyesShut) {
+    auto& studio = studioOf(GetParam());
+    const int standing = groundRow - highestRow(studio.strip("Idle").front());
+    for (const auto& drawing : studio.strip("Sleep")) {
+        EXPECT_LT(groundRow - highestRow(drawing), standing * 0.95);
+        EXPECT_EQ(std::ranges::count(drawing.inks, inkOf('W')), 0) << "an open eye has a glint";
+    }
+}
+
+TEST(Forms, AreToldApartByTheirOutlinesAlone) {
+    const auto outlineOf = [](const Form& form) -> const std::vector<Ink>& {
+        return studioOf(form.name).strip("Idle").front().inks;
+    };
+    for (const auto& one : forms()) {
+        for (const auto& other : forms()) {
+            if (&one == &other) continue;
+            int both = 0;
+            int either = 0;
+            const auto& a = outlineOf(one);
+            const auto& b = outlineOf(other);
+            for (std::size_t at = 0; at < a.size(); ++at) {
+                both += a[at] != noInk && b[at] != noInk ? 1 : 0;
+                either += a[at] != noInk || b[at] != noInk ? 1 : 0;
+            }
+            EXPECT_LT(both, either * 0.75) << one.name << " and " << other.name;
+        }
+    }
+}
+
 TEST_P(EachForm, TheSameDrawingIsMadeTwice) {
     auto& studio = studioOf(GetParam());
     const auto& nod = animation(studio.animations, "Nod");
@@ -223,7 +321,8 @@ std::vector<std::string> elements(const std::string& xml, const std::string& tag
 }
 
 TEST(Set, EverySheetFitsItsDescription) {
-    const auto folder = std::filesystem::path(testing::TempDir()) / "atelier-set";
+    const auto folder =
+        std::filesystem::path(testing::TempDir()) / ("atelier-set-" + std::to_string(getpid()));
     ASSERT_TRUE(writeSet(folder, std::array{*formNamed("mizzle")}));
     std::map<std::string, std::string> heights;
     for (const auto& entry : elements(textOf(folder / "mizzle-shiny-anim.xml"), "Anim")) {
@@ -299,6 +398,26 @@ TEST(Playing, TakesAsLongAsTheAnimationAndIsThreeTimesItsSize) {
         const CellBox box = boxAround(studio.fromAllSides(name));
         EXPECT_EQ(pngInfo(file), (PngInfo{box.width() * 3, box.height * 3})) << name;
     }
+}
+
+TEST(LineUps, HaveEveryFormOnOneGround) {
+    const Image plain = lineUp(Coat::plain);
+    const Image shiny = lineUp(Coat::shiny);
+    ASSERT_EQ(plain.argb.size(), shiny.argb.size());
+    EXPECT_EQ(std::ranges::count(plain.argb, 0U), 0) << "a hole in the backdrop";
+    // Columns in which the coats differ are columns with a creature; gaps part the creatures.
+    int creatures = 0;
+    bool inside = false;
+    for (int x = 0; x < plain.width; ++x) {
+        bool differs = false;
+        for (int y = 0; y < plain.height; ++y) {
+            const auto at = static_cast<std::size_t>(y * plain.width + x);
+            differs = differs || plain.argb[at] != shiny.argb[at];
+        }
+        if (differs && !inside) ++creatures;
+        inside = differs;
+    }
+    EXPECT_GE(creatures, static_cast<int>(forms().size()));
 }
 
 TEST(Icons, LookTheSameEnlargedAndHaveEyesThatAreLitFromOneSide) {

@@ -296,5 +296,16 @@ TEST_F(PetMotion, ABlinkFadesOutHereAndInThere) {
     EXPECT_EQ(doneAt.size(), 1u);
 }
 
+TEST_F(PetMotion, WhatIsInFrontOfABodyAtTheScreensEdgeIsBehindIt) {
+    pet->drag({900, 10});
+    EXPECT_EQ(pet->inFront({30, 6}), (Point{990, 28}));
+    pet->drag({980, 10});
+    EXPECT_EQ(pet->inFront({30, 6}), (Point{890, 28}));
+    pet->face(false);
+    EXPECT_EQ(pet->inFront({30, 6}), (Point{890, 28}));
+    pet->drag({40, 10});
+    EXPECT_EQ(pet->inFront({30, 6}), (Point{130, 28}));
+}
+
 }  // namespace
 }  // namespace quibbits

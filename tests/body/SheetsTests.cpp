@@ -342,5 +342,15 @@ TEST(TheEgg, CracksAcrossItsShellAndStaysWholeItself) {
     EXPECT_TRUE(std::ranges::includes(second, first)) << "the crack grows";
 }
 
+TEST(AFrameOfMinutes, TakesNoMorePlacesInThePlaybackListThanThereAre) {
+    const Image strip = Image::fromArgb(30, 10, std::vector<Argb>(300, 0xff336699u));
+    for (const std::vector<int>& ticks : {std::vector{1, 7113, 11}, std::vector{1, 1, 2000000}}) {
+        const Anim anim = Anim::fromStrip(strip, ticks);
+        EXPECT_LE(anim.frames.size(), 4096u);
+        EXPECT_GT(anim.frames.size(), 2000u);
+        EXPECT_NEAR(anim.duration, (ticks[0] + ticks[1] + ticks[2]) / 60.0, 1e-9);
+    }
+}
+
 }  // namespace
 }  // namespace quibbits

@@ -98,6 +98,54 @@ TEST_F(PetSpeech, ANewerFaceTakesOverFromAnOlderOne) {
     EXPECT_FALSE(shows(bubble()));
 }
 
+TEST_F(PetSpeech, ABubbleStandsClearOfATallCreature) {
+    pet->showFace({.image = portrait(), .caption = "Hi", .tall = 24});
+    EXPECT_EQ(dialog().frame().y, 84) << "a usual one";
+    pet->showFace({.image = portrait(), .caption = "Hi", .tall = 40});
+    EXPECT_EQ(dialog().frame().y, 41 * 3 + 6);
+    pet->showFace({.image = portrait(), .tall = 40});
+    EXPECT_EQ(bubble().frame().y, 41 * 3);
+}
+
+TEST_F(PetSpeech, ABubbleFollowsOntoTheScreenWhileItsCreatureIsCarried) {
+    pet->skyline = 600;
+    pet->drag({500, 300});
+    pet->showFace({.image = portrait(), .caption = "Whee", .thought = Pixels::zzz()});
+    const Rect panel = dialog().frame();
+    const Rect face = bubble().frame();
+    const auto onScreen = [&](const Layer& layer) {
+        const Rect on = layer.frame().offset(pet->node().model().position - Point{});
+        return on.minX() >= -20 && on.maxX() <= 1020 && on.minY() >= 0 && on.maxY() <= 600;
+    };
+    for (const Point at : {Point{500, 560}, Point{980, 560}, Point{20, 300}, Point{20, 590}}) {
+        pet->drag(at);
+        for (int i = 1; i <= 3; ++i) EXPECT_TRUE(onScreen(part(i))) << at.x << ", " << at.y;
+    }
+    EXPECT_LT(dialog().frame().maxY(), 0) << "beneath the feet, where it hides nobody";
+    EXPECT_EQ(bubble().frame().y - dialog().frame().y, face.y - panel.y) << "all of it moves";
+    pet->drag({500, 300});
+    EXPECT_EQ(dialog().frame(), panel) << "and back over the head where there is room";
+    pet->drag({500, 560});
+    pet->fall(Pet::Falling::freely, {});
+    EXPECT_EQ(dialog().frame(), panel) << "so that nothing is under the floor after a fall";
+}
+
+TEST_F(PetSpeech, ABubbleIsOnTheScreenAllTheWayOfAWalk) {
+    pet->skyline = 600;
+    pet->drag({100, 0});
+    pet->showFace({.image = portrait(), .caption = "On my way to the very edge", .seconds = 100});
+    ASSERT_GT(dialog().frame().minX() + 100, -20);
+    for (const double to : {0.0, 120.0, 1000.0, 930.0}) {
+        pet->walk(to, walking, 45, 1, {});
+        for (int i = 0; i < 400 && pet->position().x != to; ++i) {
+            const double x = pet->position().x;
+            ASSERT_GE(dialog().frame().minX() + x, to == 1000 ? -60 : -20) << to << " at " << x;
+            ASSERT_LE(dialog().frame().maxX() + x, 1020) << to << " at " << x;
+            advance(0.1);
+        }
+    }
+}
+
 TEST_F(PetSpeech, AThoughtIsEnlargedByTheWholeFactorThatFits) {
     for (const Image* icon : {&Pixels::question(), &Pixels::exclaim(), &Pixels::file()}) {
         pet->showFace({.image = portrait(), .thought = *icon});
@@ -237,6 +285,22 @@ TEST_F(PetEffects, ASilhouetteKeepsTheShapeOfItsMoment) {
     EXPECT_NEAR(shape->mask()->presentation().contentsRect.x, 1.0 / 3, 1e-12);
     shape->removeFromSuperlayer();
     EXPECT_TRUE(pet->sprite().sublayers().empty());
+}
+
+TEST_F(PetSpeech, MovesIntoSightWhenTheBodySetsOutForTheEdge) {
+    pet->walkArea = {20, 980};
+    pet->drag({500, 0});
+    pet->showFace({.image = {}, .caption = "Something long enough to say"});
+    const double half = dialog().model().bounds.width / 2;
+    EXPECT_NEAR(dialog().frame().midX(), 0, 1e-9);
+    pet->move({30, 0}, {.duration = 4}, {});
+    advance(4);
+    const double left = 30 + dialog().presentation().position.x - half;
+    EXPECT_NEAR(left, 4, 1e-6);
+    pet->move({500, 0}, {.duration = 4}, {});
+    advance(4);
+    pet->showFace({.image = {}, .caption = "Something long enough to say"});
+    EXPECT_NEAR(dialog().frame().midX(), 0, 1e-9);
 }
 
 }  // namespace

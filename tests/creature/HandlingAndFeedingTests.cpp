@@ -68,6 +68,23 @@ TEST(AShake, OfMoreThanFiveTurnsMakesItDizzy) {
     }
 }
 
+TEST(AHand, ThatLostItsReleaseSetsDownTheFirstBeforeItTakesTheNext) {
+    LivingCreature life({.defaults = {{"umbrool.stage", std::string("wispul")}}});
+    Companion& other = *life.app->party()[1];
+    other.toggleBall({});
+    life.advance(20);
+    for (Companion* who : {&life.creature(), &other}) {
+        const Point at = who->pet().position();
+        life.computer.movePointer({at.x, at.y + 25});
+        life.computer.press(MouseButton::left);
+        life.computer.movePointer({at.x, 400});
+        EXPECT_TRUE(who->held);
+    }
+    EXPECT_FALSE(life.creature().held);
+    life.computer.release(MouseButton::left);
+    EXPECT_FALSE(other.held);
+}
+
 TEST(AFloater, ComesDownSoftlyFromAnyHeight) {
     LivingCreature life({.store = "umbrool", .stage = "wispul"});
     drop(life, 500);

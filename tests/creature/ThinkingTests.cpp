@@ -134,6 +134,28 @@ TEST(FocusMode, PutsACreatureToSleepUntilItEnds) {
     EXPECT_GT(life.decisions.size(), before);
 }
 
+TEST(FocusMode, EndsAFaintThatPowerEndedMeanwhile) {
+    LivingCreature life({});
+    life.advance(20);
+    const Point at = life.pet().position();
+    life.computer.movePointer({at.x, at.y + 25});
+    life.computer.press(MouseButton::left);
+    life.app->open({"quibbits://focus"});
+    life.computer.setBattery(3, false);
+    life.computer.release(MouseButton::left);
+    life.advance(5);
+    ASSERT_TRUE(life.creature().isFainted);
+    ASSERT_FALSE(life.creature().dozing);
+    life.computer.setBattery(60, false);
+    life.advance(5);
+    EXPECT_TRUE(life.creature().isFainted);
+    life.app->open({"quibbits://unfocus"});
+    EXPECT_FALSE(life.creature().isFainted);
+    const auto decided = life.decisions.size();
+    life.advance(60);
+    EXPECT_GT(life.decisions.size(), decided);
+}
+
 TEST(TheMorning, IsGreetedOnceADayFromFiveOn) {
     struct Row {
         int hour;

@@ -251,6 +251,20 @@ TEST(TheGround, ShrinkingWithTheScreenBringsACreatureBackIntoSight) {
     EXPECT_EQ(life.pet().walkArea, (Range{20, 2540}));
 }
 
+TEST(TheGround, ShrinkingUnderAHovererEndsItsBobbing) {
+    LivingCreature life({});
+    life.creature().stop([] {});
+    life.pet().drag({1400, 300});
+    life.pet().sprite().add({.keyPath = KeyPath::positionY,
+                             .motion = BasicMotion{.from = 0.0, .to = 9.0},
+                             .timing = {.duration = 0.9, .repeatCount = forever}},
+                            "bob");
+    life.computer.setScreen({1024, 768}, 1);
+    life.advance(1);
+    EXPECT_FALSE(life.pet().sprite().animation("bob"));
+    EXPECT_NEAR(life.pet().position().y, 0, 1e-6);
+}
+
 TEST(TheGround, GivingWayUnderASleeperLowersItWithoutWakingIt) {
     LivingCreature life({});
     life.computer.setDock(Rect{0, 0, 1440, 70});

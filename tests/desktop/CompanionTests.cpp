@@ -167,6 +167,11 @@ struct CompanionTest : XTest {
     bool appears() {
         return eventually([&] { return !look().difference(empty).isEmpty(); }, 5);
     }
+    /// How a start after the end of the one before ends, within a second and a half.
+    std::optional<int> startAgainAfterKill() {
+        program = std::make_unique<Program>(desktop->display(), folder.path());
+        return ending(1.5);
+    }
     std::optional<int> ending(Seconds within) {
         std::optional<int> status;
         eventually([&] { return (status = program->ending()).has_value(); }, within);
@@ -328,6 +333,28 @@ TEST_F(CompanionTest, WithBrokenDefaultsItStartsAnewAndTheFirstSaveSetsThemAside
     EXPECT_EQ(ending(3), 0);
     program = std::make_unique<Program>(desktop->display(), folder.path());
     EXPECT_TRUE(appears()) << "what was saved since is not read";
+}
+
+TEST_F(CompanionTest, ASecondStartHandsOverAndAnotherDisplayHasACompanionOfItsOwn) {
+    prepare();
+    start(sleepingSparrel);
+    ASSERT_TRUE(appears());
+    const auto startAgain = [&](const std::string& display) {
+        auto first = std::move(program);
+        program = std::make_unique<Program>(display, folder.path());
+        const auto status = ending(1.5);
+        std::swap(program, first);
+        EXPECT_FALSE(program->ending());
+        return status;
+    };
+    EXPECT_EQ(startAgain(desktop->display()), 0);
+    EXPECT_EQ(startAgain(desktop->display() + ".0"), 0) << "the same display";
+    const VirtualDesktop second;
+    EXPECT_EQ(startAgain(second.display()), std::nullopt) << "it runs there";
+
+    program->signal(SIGKILL);
+    ASSERT_TRUE(ending(3));
+    EXPECT_EQ(startAgainAfterKill(), std::nullopt) << "what was left behind keeps it out";
 }
 
 /// Killed at any moment of a hundred starts, while it thinks and saves.

@@ -7,11 +7,31 @@
 #include "codecs/Png.h"
 #include "desktop/files/DiskFiles.h"
 #include "desktop/files/DiskResources.h"
+#include "desktop/files/UserFolders.h"
 
 namespace quibbits {
 namespace {
 
 namespace fs = std::filesystem;
+
+TEST(TheDesktopFolder, IsTheOneThatTheUsersListNames) {
+    TemporaryFolder folder;
+    const std::string home = getenv("HOME");
+    setenv("HOME", "/home/somebody", 1);
+    setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1);
+    EXPECT_EQ(desktopFolder(), "/home/somebody/Desktop");
+    for (const auto& [list, found] : std::map<std::string, std::string>{
+             {"# a list\nXDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n", "/home/somebody/Schreibtisch"},
+             {"XDG_MUSIC_DIR=\"$HOME/m\"\nXDG_DESKTOP_DIR=\"/srv/desk\"", "/srv/desk"},
+             {"XDG_DESKTOP_DIR=\"relative\"", "/home/somebody/Desktop"},
+             {"XDG_DESKTOP_DIR=\"", "/home/somebody/Desktop"},
+         }) {
+        write(folder / "config/user-dirs.dirs", list);
+        EXPECT_EQ(desktopFolder(), found) << list;
+    }
+    unsetenv("XDG_CONFIG_HOME");
+    setenv("HOME", home.c_str(), 1);
+}
 
 struct TrashTest : testing::Test {
     TemporaryFolder folder;

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "desktop/EventRunLoop.h"
+#include "support/EndingLoop.h"
 
 namespace quibbits {
 namespace {
@@ -44,6 +45,10 @@ TEST_F(RunLoopTest, AJobMayCancelOthersAndItself) {
     });
     runFor(0.05);
     EXPECT_EQ(order, "aaa");
+}
+
+TEST(ALoop, MayEndWhileWhatItsJobsHoldStillCancelsAndAddsOthers) {
+    expectToEndWithBusyJobs([] { return std::make_unique<EventRunLoop>(); });
 }
 
 TEST_F(RunLoopTest, ALateRunOfARepeatingJobIsNotMadeUpFor) {

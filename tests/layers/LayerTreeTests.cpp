@@ -269,6 +269,17 @@ TEST_F(Trees, AnAnimationOutOfSightWakesNobodyWhateverItChanges) {
     layer->removeAllAnimations();
 }
 
+TEST_F(Trees, ASurfaceWithoutPixelsWakesNobody) {
+    const auto layer = sprite({50, 50});
+    layer->add(flicker({first, second}, 0.2), "frames");
+    tree.setSurface({200, 0}, 1);
+    EXPECT_EQ(frame(), Rects{});
+    EXPECT_EQ(wait(), std::nullopt);
+    tree.setSurface({200, 100}, 1);
+    EXPECT_TRUE(wait());
+    EXPECT_EQ(frame(), (Rects{{0, 0, 200, 100}}));
+}
+
 TEST_F(Trees, WhatIsStillTransparentWakesForItsFirstColour) {
     const auto layer = engine.makeLayer({.bounds = {0, 0, 10, 10}, .position = {50, 50}});
     tree.root().addSublayer(layer);

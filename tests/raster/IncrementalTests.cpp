@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <numbers>
+#include <array>
 #include <random>
 
 #include "layers/LayerEngine.h"
@@ -98,28 +98,82 @@ private:
         if (random_.index(3) == 0) l.transform.scaleY = number(0, 2);
     }
 
-    Animation animation() {
-        AnimationTiming timing{.duration = number(0.1, 2),
-                               .repeatCount = random_.coin() ? 1 : forever,
-                               .autoreverses = random_.coin(),
-                               .beginDelay = random_.coin() ? 0 : number(0, 1)};
-        switch (random_.index(5)) {
-            case 0:
-                return {KeyPath::position, BasicMotion{.from = point(), .to = point()}, {}, timing};
-            case 1:
-                return {KeyPath::opacity, KeyframeMotion{.values = {0.0, 1.0, 0.3}}, {}, timing};
-            case 2:
-                return {
-                    KeyPath::transformRotation, BasicMotion{.from = 0.0, .to = 2.0}, {}, timing};
-            case 3:
-                return {KeyPath::contentsRect,
-                        KeyframeMotion{.values = {Rect{0, 0, 0.5, 0.5}, Rect{0.5, 0, 0.5, 1}},
-                                       .calculation = Calculation::discrete},
-                        {},
-                        timing};
-            default:
-                return {KeyPath::transformScale, SpringMotion{.from = 0.2, .to = 1.0}, {}, timing};
+    AnimatedValue valueFor(KeyPath path) {
+        switch (path) {
+            case KeyPath::position:
+            case KeyPath::transformTranslation: return point();
+            case KeyPath::bounds: return Rect{number(-5, 5), 0, number(0, 50), number(0, 40)};
+            case KeyPath::contentsRect: {
+                const double side = random_.coin() ? 0.5 : 1;
+                return Rect{random_.coin() ? 0 : 1 - side, 0, side, 1};
+            }
+            case KeyPath::backgroundColor:
+            case KeyPath::borderColor:
+            case KeyPath::strokeColor:
+            case KeyPath::fillColor: return color();
+            case KeyPath::positionX:
+            case KeyPath::positionY: return number(-20, 120);
+            case KeyPath::transformScale:
+            case KeyPath::transformScaleX:
+            case KeyPath::transformScaleY: return number(-1.5, 2);
+            case KeyPath::transformRotation: return number(-3, 3);
+            case KeyPath::cornerRadius:
+            case KeyPath::borderWidth:
+            case KeyPath::shadowRadius:
+            case KeyPath::lineWidth: return number(-2, 8);
+            default: return number(-0.2, 1.2);
         }
+    }
+
+    AnimationTiming timing() {
+        constexpr std::array fills{FillMode::removed, FillMode::forwards, FillMode::backwards,
+                                   FillMode::both};
+        constexpr std::array repeats{1.0, 2.0, 2.5, forever};
+        return {.duration = random_.index(8) == 0 ? 0 : number(0.05, 2),
+                .repeatCount = random_.pick(repeats),
+                .speed = random_.coin() ? 1 : number(0.3, 3),
+                .autoreverses = random_.coin(),
+                .beginDelay = random_.coin() ? 0 : number(0, 1),
+                .fill = random_.pick(fills),
+                .removedOnCompletion = random_.coin()};
+    }
+
+    Animation animation() {
+        const auto path =
+            static_cast<KeyPath>(random_.index(static_cast<std::size_t>(KeyPath::lineWidth) + 1));
+        const auto some = [&] { return valueFor(path); };
+        Animation made{.keyPath = path, .timing = timing(), .additive = random_.index(4) == 0};
+        if (random_.index(3) == 0) made.curve = TimingFunction::easeInEaseOut();
+        switch (random_.index(5)) {
+            case 0: {
+                BasicMotion basic;
+                if (random_.index(3) != 0) basic.from = some();
+                if (random_.index(3) != 0) basic.to = some();
+                made.motion = basic;
+                break;
+            }
+            case 1: made.motion = SpringMotion{.from = some(), .to = some(), .damping = 6}; break;
+            default: {
+                KeyframeMotion keys;
+                for (std::size_t i = 1 + random_.index(4); i > 0; --i) {
+                    keys.values.push_back(
+                        keys.values.empty() || random_.index(3) != 0 ? some() : keys.values.back());
+                }
+                if (random_.coin()) keys.calculation = Calculation::discrete;
+                if (keys.values.size() == 3 && random_.coin()) keys.keyTimes = {0, 0.3, 1};
+                if (path == KeyPath::position && random_.coin()) {
+                    keys.path = Path::quad(point(), point(), point());
+                }
+                made.motion = std::move(keys);
+            }
+        }
+        return made;
+    }
+
+    void animate(Layer& layer) {
+        const char* key = random_.coin() ? "a" : "b";
+        if (random_.index(4) != 0) return layer.add(animation(), key);
+        layer.add(AnimationGroup{{animation(), animation()}, timing()}, key);
     }
 
     void act() {
@@ -144,7 +198,7 @@ private:
                 });
                 break;
             case 4: layer->setHidden(random_.index(3) == 0); break;
-            case 5: layer->add(animation(), random_.coin() ? "a" : "b"); break;
+            case 5: animate(*layer); break;
             case 6:
                 random_.coin() ? layer->removeAllAnimations() : layer->setPosition(point());
                 break;
@@ -220,7 +274,7 @@ TEST(IncrementalPainting, EqualsPaintingEverything) {
 
 TEST(Sleeping, LastsOnlyWhileThereIsNothingToPaint) {
     int sleeps = 0;
-    for (std::uint64_t seed = 1; seed <= 400; ++seed) {
+    for (std::uint64_t seed = 1; seed <= 2000; ++seed) {
         Wilderness world(seed, 1.5);
         LayerTree& tree = world.tree;
         for (int step = 0; step < 12; ++step) {
@@ -237,7 +291,7 @@ TEST(Sleeping, LastsOnlyWhileThereIsNothingToPaint) {
             }
         }
     }
-    EXPECT_GT(sleeps, 500);
+    EXPECT_GT(sleeps, 2000);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <systemd/sd-bus.h>
 #include <unistd.h>
@@ -21,6 +23,19 @@ using namespace std::chrono_literals;
 
 void check(int result, const char* what) {
     if (result < 0) throw std::runtime_error(what);
+}
+
+/// Whether somebody listens: the file of a socket is there a moment before.
+bool accepts(const std::filesystem::path& path) {
+    sockaddr_un name{};
+    name.sun_family = AF_UNIX;
+    if (path.native().size() >= sizeof name.sun_path) throw std::runtime_error("path too long");
+    path.native().copy(name.sun_path, sizeof name.sun_path - 1);
+    const int probe = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    check(probe, "no socket");
+    const bool answered = connect(probe, reinterpret_cast<sockaddr*>(&name), sizeof name) == 0;
+    close(probe);
+    return answered;
 }
 
 void append(sd_bus_message* message, const FakeService::Values& values) {
@@ -69,7 +84,7 @@ void PrivateBus::start() {
         posix_spawnp(&process_, program.c_str(), &actions, nullptr, arguments, environ);
     posix_spawn_file_actions_destroy(&actions);
     check(-error, "no message bus could be started");
-    for (int i = 0; i < 500 && access((folder_ / "bus").c_str(), F_OK) != 0; ++i) {
+    for (int i = 0; i < 500 && !accepts(folder_ / "bus"); ++i) {
         std::this_thread::sleep_for(10ms);
     }
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -52,6 +53,19 @@ protected:
     DiskResources resources{{QUIBBITS_SHEETS_DIR}};
     FlatText ruler;
 };
+
+TEST_F(Life, OfEveryScenarioThatShipsGoesAsTheScenarioExpects) {
+    int played = 0;
+    for (const auto& file : std::filesystem::directory_iterator(QUIBBITS_SOURCE_DIR "/scenarios")) {
+        std::ifstream in(file.path());
+        const Scenario events = scenario({std::istreambuf_iterator<char>(in), {}});
+        Player player(events, {}, resources, ruler);
+        player.play();
+        EXPECT_EQ(player.disappointments(), std::vector<std::string>{}) << file.path();
+        ++played;
+    }
+    EXPECT_GE(played, 5);
+}
 
 /// Six hours on battery, from an evening into the night: the scenario that ships as an example.
 std::string evening() {

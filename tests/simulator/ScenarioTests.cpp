@@ -56,6 +56,9 @@ TEST(AScenario, MayUseEveryEventThatItsHelpTellsOf) {
                 case FieldType::rectangle: line.emplace_back(field.name, rectangle); break;
                 case FieldType::texts: line.emplace_back(field.name, Json::Array{"a"}); break;
                 case FieldType::booleans: line.emplace_back(field.name, Json::Array{true}); break;
+                case FieldType::object:
+                    line.emplace_back(field.name, Json::Object{{"k", 1}});
+                    break;
                 case FieldType::values:
                     line.emplace_back(field.name, Json::Object{{"k", Json::Object{{"date", 5}}}});
                     break;
@@ -99,6 +102,21 @@ bool holds(const std::vector<std::string>& lines, const std::string& part) {
         lines, [&](const auto& line) { return line.find(part) != std::string::npos; });
 }
 
+TEST(AScenario, TellsWhatItExpectedInVain) {
+    const auto parsed = parseScenario(R"({"at": 5, "event": "address", "url": "quibbits://hi"}
+{"at": 6, "event": "expect", "seen": {"event": "start", "t": 0}}
+{"at": 7, "event": "expect", "seen": {"event": "start"}}
+{"at": 8, "event": "quit"}
+{"at": 9, "event": "expect", "seen": {"event": "quit", "t": 8.5}}
+{"at": 9, "event": "expect", "seen": {"event": "never"}})");
+    DrawnSheets sheets = DrawnSheets::ofWalker();
+    FlatText text;
+    Player player(std::get<Scenario>(parsed), {}, sheets, text);
+    player.play();
+    ASSERT_EQ(player.disappointments().size(), 3u);
+    EXPECT_EQ(player.disappointments()[0], R"(line 3: nothing was like {"event":"start"})");
+}
+
 TEST(AScenario, QuitsAndStartsTheProgramAgainWithItsMemory) {
     const auto lines = play(R"({"at":0,"event":"defaults","set":{"pet.stage":"sparrel"}}
 {"at":1,"event":"address","url":"quibbits://focus"}
@@ -132,6 +150,52 @@ TEST(AScenario, CarriesACreatureByTheMouse) {
     EXPECT_NEAR(places[0].x, 480 + 420 * 0.9, 8);
     EXPECT_GT(places[0].y, 300);
     EXPECT_NEAR(places[1].y, 0, 1e-6) << "it has fallen to the floor";
+}
+
+TEST(AScenario, OpensTheDialSendsACreatureInAndFeedsOneFromTheTray) {
+    // The icon is where it is by itself; the dial beneath begins at 1124, 600.
+    const auto lines =
+        play(R"({"at":0,"event":"defaults","set":{"pet.stage":"sparrel","pet.hungryMinutes":12.5}}
+{"at":0,"event":"defaults","set":{"umbrool.stage":"wispul"}}
+{"at":0.5,"event":"trayClick"}
+{"at":1,"event":"pointer","to":[1179,627]}
+{"at":1.1,"event":"drag","to":[480,30],"over":1}
+{"at":6,"event":"trayClick"}
+{"at":6.5,"event":"pointer","to":[1176,830]}
+{"at":6.6,"event":"press"}
+{"at":6.7,"event":"release"}
+{"at":12,"event":"position"})");
+    std::vector<std::string> dial;
+    for (const auto& line : lines) {
+        if (line.find(R"("event":"dial")") != std::string::npos) {
+            dial.push_back(line.substr(line.find(R"("open")")));
+        }
+    }
+    EXPECT_EQ(dial, (std::vector<std::string>{R"("open":true})", R"("open":false})",
+                                              R"("open":true})", R"("open":false})"}));
+    EXPECT_TRUE(holds(lines, R"("key":"pet.hungryMinutes","value":0)")) << "it has eaten";
+    EXPECT_TRUE(std::ranges::any_of(lines, [](const auto& line) {
+        return line.find(R"("event":"position","pet":"pet")") != std::string::npos &&
+               line.find(R"("out":false)") != std::string::npos;
+    }));
+}
+
+TEST(AScenario, EndsTheProgramFromTheTraysMenuAndStartsItAgain) {
+    const auto lines = play(R"({"at":1,"event":"trayRightClick"}
+{"at":2,"event":"choose","title":"Dance"}
+{"at":3,"event":"choose","title":"Quit Quibbits"}
+{"at":4,"event":"choose","title":"Quit Quibbits"}
+{"at":5,"event":"start"})");
+    EXPECT_TRUE(holds(lines, R"("event":"menu","lines":["Settings…","","Quit Quibbits"])"));
+    EXPECT_TRUE(holds(lines, R"("event":"choose","title":"Dance","done":false)"));
+    EXPECT_TRUE(holds(lines, R"("event":"quit")"));
+    EXPECT_EQ(std::ranges::count_if(
+                  lines, [](auto& l) { return l.find("\"done\":true") != std::string::npos; }),
+              1);
+    EXPECT_TRUE(std::ranges::any_of(lines, [](const auto& line) {
+        return line.find(R"("t":5.0)") != std::string::npos &&
+               line.find(R"("event":"start")") != std::string::npos;
+    }));
 }
 
 }  // namespace

@@ -22,8 +22,17 @@ public:
     explicit DrawnSheets(std::vector<Drawing> drawings) : drawings_(std::move(drawings)) {}
 
     /// Everything that a walking creature plays, two thirds of a second each.
-    static DrawnSheets ofWalker() {
+    static DrawnSheets ofWalker() { return withAlso({}); }
+    /// And what the ghosts have beside it.
+    static DrawnSheets ofTrickster() {
+        return withAlso(
+            {"Lick", "Pull", "Swing", "Strike", "TumbleBack", "Cringe", "Sink", "Head"});
+    }
+
+private:
+    static DrawnSheets withAlso(const std::vector<const char*>& more) {
         std::vector<Drawing> list;
+        for (const char* name : more) list.push_back({name, {10, 10, 10, 10}});
         for (const char* name : {"Walk", "Idle", "Sleep", "Hop", "Charge", "Shock", "Pose", "Hurt",
                                  "HitGround", "Eat", "Faint", "Wake", "Nod", "LeapForth", "Tumble",
                                  "Rotate", "Pain", "DeepBreath", "Double"}) {
@@ -32,6 +41,7 @@ public:
         return DrawnSheets(std::move(list));
     }
 
+public:
     std::optional<PixelSize> imageSize(std::string_view name) const override {
         if (const Drawing* drawing = find(name)) {
             return PixelSize{frameSide * static_cast<int>(drawing->ticks.size()), frameSide * rows};

@@ -56,9 +56,11 @@ public:
                 if (who.store() == store_) utterances.push_back(said);
             };
         };
+        if (onLaunch) onLaunch(*app);
         app->applicationDidFinishLaunching();
     }
     void quit() { app.reset(); }
+    std::function<void(AppDelegate&)> onLaunch;  // before each further launch
 
     Companion& creature() {
         for (const auto& each : app->party()) {

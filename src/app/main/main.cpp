@@ -1,14 +1,26 @@
-// quibbits: the resident companion.
+// quibbits: the resident companion. A second start on the same display opens the first one's dial,
+// or hands on an address such as quibbits://celebrate.
 
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
 #include <random>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "app/AppDelegate.h"
 #include "desktop/LinuxComputer.h"
+#include "desktop/SingleInstance.h"
 
 namespace {
 
 using namespace quibbits;
+
+constexpr std::string_view addressStart = "quibbits:";
+constexpr const char* openDial = "open";
 
 /// The chance of this run: never the same twice.
 std::uint64_t freshSeed() {
@@ -16,17 +28,66 @@ std::uint64_t freshSeed() {
     return (std::uint64_t{device()} << 32) | device();
 }
 
+/// An installed program's pictures lie beside it; one that was only built uses those of its build.
+std::vector<std::filesystem::path> sheetFolders() {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return {program.parent_path() / "../share/quibbits/sheets", QUIBBITS_SHEETS_DIR};
+}
+
+/// What a start asks for: one line of text for the one that runs.
+std::optional<std::string> wish(int count, char** arguments) {
+    if (count == 1) return openDial;
+    if (count == 2 && std::string_view(arguments[1]).starts_with(addressStart)) {
+        return arguments[1];
+    }
+    return std::nullopt;
+}
+
+/// Does what this start or a later one asks for.
+void fulfil(const std::string& wish, AppDelegate& delegate, const StatusItem& icon) {
+    if (wish.starts_with(addressStart)) {
+        delegate.open({wish});
+    } else if (wish == openDial && icon.onClick) {
+        icon.onClick();
+    }
+}
+
 }  // namespace
 
-int main() {
-    auto [linux, failure] = LinuxComputer::start({.sheets = {QUIBBITS_SHEETS_DIR}});
+int main(int count, char** arguments) {
+    const auto asked = wish(count, arguments);
+    if (!asked) {
+        std::fputs("Usage: quibbits [quibbits://WORD]\n", stderr);
+        return 2;
+    }
+    const char* display = std::getenv("DISPLAY");
+    using Outcome = SingleInstance::Outcome;
+    auto claim =
+        SingleInstance::claim(SingleInstance::usualFolder(), display ? display : "", *asked);
+    if (claim.outcome == Outcome::handedOver) return 0;
+    if (claim.outcome == Outcome::unanswered) {
+        std::fputs("Quibbits: it is running already and does not answer\n", stderr);
+        return 1;
+    }
+
+    auto [linux, failure] = LinuxComputer::start({.sheets = sheetFolders()});
     if (!linux) {
         std::fprintf(stderr, "Quibbits: %s\n", failure.c_str());
         return 1;
     }
+    const auto instance = std::move(claim.instance);  // gone before the loop
     Random random(freshSeed());
-    AppDelegate delegate(linux->computer(random), linux->panels());
+    const Computer computer = linux->computer(random);
+    AppDelegate delegate(computer, linux->panels());
+    delegate.onTerminate = [loop = &linux->loop()] { loop->quit(); };
     delegate.applicationDidFinishLaunching();
+    if (*asked != openDial) fulfil(*asked, delegate, computer.statusItem);
+    if (instance) {
+        instance->listen(linux->loop(), [&](const std::string& wish) {
+            fulfil(wish, delegate, computer.statusItem);
+        });
+    }
     linux->run();
     delegate.applicationWillTerminate();
     return 0;

@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "desktop/files/FileDescriptor.h"
+#include "desktop/files/UserFolders.h"
 #include "desktop/files/WholeFile.h"
 
 namespace quibbits {
@@ -90,10 +91,7 @@ std::optional<DefaultsValue> defaultsFromJson(const Json& json) {
 }
 
 fs::path DefaultsFile::usualPlace() {
-    const char* config = std::getenv("XDG_CONFIG_HOME");
-    if (config && config[0] == '/') return fs::path(config) / "quibbits/defaults.json";
-    const char* home = std::getenv("HOME");
-    return fs::path(home && home[0] ? home : "/") / ".config/quibbits/defaults.json";
+    return configFolder() / "quibbits/defaults.json";
 }
 
 DefaultsFile::DefaultsFile(fs::path file, std::function<void(Job)> later)

@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "desktop/files/FileDescriptor.h"
+#include "desktop/files/UserFolders.h"
 
 namespace quibbits {
 namespace {
@@ -127,13 +128,11 @@ bool writeInfo(const fs::path& info, const std::string& text) {
 
 }  // namespace
 
-DiskFiles::DiskFiles(fs::path trash) : trash_(std::move(trash)) {}
+DiskFiles::DiskFiles(fs::path trash)
+    : trash_(std::move(trash)), desktop_(quibbits::desktopFolder().lexically_normal()) {}
 
 fs::path DiskFiles::homeTrash() {
-    const char* data = std::getenv("XDG_DATA_HOME");
-    if (data && data[0] == '/') return fs::path(data) / "Trash";
-    const char* home = std::getenv("HOME");
-    return fs::path(home && home[0] ? home : "/") / ".local/share/Trash";
+    return dataFolder() / "Trash";
 }
 
 bool DiskFiles::exists(const std::string& path) const {

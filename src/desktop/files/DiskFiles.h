@@ -16,12 +16,14 @@ public:
     /// Trash in $XDG_DATA_HOME, or in ~/.local/share.
     static std::filesystem::path homeTrash();
 
+    std::string desktopFolder() const override { return desktop_; }
     bool exists(const std::string& path) const override;
     /// Refuses relative paths. A symbolic link is moved itself.
     bool moveToTrash(const std::string& path) override;
 
 private:
     std::filesystem::path trash_;
+    std::string desktop_;
 };
 
 }  // namespace quibbits

@@ -8,6 +8,7 @@
 
 #include "codecs/Png.h"
 #include "codecs/Xml.h"
+#include "desktop/files/UserFolders.h"
 #include "desktop/files/WholeFile.h"
 
 namespace quibbits {
@@ -42,10 +43,7 @@ std::optional<PngInfo> headerOf(const fs::path& path) {
 DiskResources::DiskResources(std::vector<fs::path> folders) : folders_(std::move(folders)) {}
 
 fs::path DiskResources::userSheets() {
-    const char* data = std::getenv("XDG_DATA_HOME");
-    if (data && data[0] == '/') return fs::path(data) / "quibbits/sheets";
-    const char* home = std::getenv("HOME");
-    return fs::path(home && home[0] ? home : "/") / ".local/share/quibbits/sheets";
+    return dataFolder() / "quibbits/sheets";
 }
 
 std::vector<fs::path> DiskResources::candidates(std::string_view name,

@@ -91,6 +91,19 @@ struct Bus::Match : std::enable_shared_from_this<Bus::Match> {
     static int installed(sd_bus_message*, void*, sd_bus_error*) { return 0; }
 };
 
+struct Bus::Served {
+    Object object;
+    Slot slot;
+};
+
+struct Bus::Name {
+    std::string name;
+    Slot slot;
+
+    /// Without this a refusal would end the connection.
+    static int answered(sd_bus_message*, void*, sd_bus_error*) { return 0; }
+};
+
 Bus::Bus(EventRunLoop& loop, Place place)
     : loop_(loop), place_(std::move(place)), nextRetry_(place_.retry) {
     connect();
@@ -99,7 +112,7 @@ Bus::Bus(EventRunLoop& loop, Place place)
 Bus::~Bus() {
     readable_.reset();
     writable_.reset();
-    for (const auto& match : matches_) match->slot.reset();
+    uninstallAll();
     for (const auto& pending : pending_) {
         pending->bus = nullptr;
         pending->slot.reset();
@@ -116,8 +129,20 @@ void Bus::connect() {
         retryLater();
         return;
     }
-    for (const auto& match : matches_) install(*match);
+    installAll();
     prepare();
+}
+
+void Bus::installAll() {
+    for (const auto& match : matches_) install(*match);
+    for (const auto& served : served_) install(*served);
+    for (const auto& name : names_) request(*name);
+}
+
+void Bus::uninstallAll() {
+    for (const auto& match : matches_) match->slot.reset();
+    for (const auto& served : served_) served->slot.reset();
+    for (const auto& name : names_) name->slot.reset();
 }
 
 void Bus::retryLater() {
@@ -137,7 +162,7 @@ void Bus::end() {
     writeEnd_ = {};
     deadline_.cancel();
     deadlineAt_ = 0;
-    for (const auto& match : matches_) match->slot.reset();
+    uninstallAll();
     for (const auto& pending : pending_) {
         pending->slot.reset();
         failLater(pending, {noBus, "the connection to the message bus ended"});
@@ -207,6 +232,65 @@ void Bus::install(Match& match) {
     sd_bus_slot* slot = nullptr;
     sd_bus_add_match_async(bus_, &slot, match.rule.c_str(), Match::told, Match::installed, &match);
     match.slot.reset(slot);
+}
+
+void Bus::install(Served& served) {
+    sd_bus_slot* slot = nullptr;
+    const Object& object = served.object;
+    sd_bus_add_object_vtable(bus_, &slot, object.path.c_str(), object.interface.c_str(),
+                             object.table, object.data);
+    served.slot.reset(slot);
+}
+
+void Bus::request(Name& name) {
+    sd_bus_slot* slot = nullptr;
+    sd_bus_request_name_async(bus_, &slot, name.name.c_str(), SD_BUS_NAME_QUEUE, Name::answered,
+                              nullptr);
+    name.slot.reset(slot);
+}
+
+Subscription Bus::serve(Object object) {
+    const auto served = std::make_shared<Served>(Served{std::move(object), {}});
+    served_.push_back(served);
+    if (bus_) install(*served);
+    return Subscription([this, alive = lifetime_.guard([] { return true; }),
+                         weak = std::weak_ptr(served)]() mutable {
+        const auto given = weak.lock();
+        if (!given || !alive()) return;
+        given->slot.reset();
+        std::erase(served_, given);
+    });
+}
+
+Subscription Bus::own(std::string name) {
+    const auto owned = std::make_shared<Name>(Name{std::move(name), {}});
+    names_.push_back(owned);
+    if (bus_) {
+        request(*owned);
+        prepare();
+    }
+    return Subscription([this, alive = lifetime_.guard([] { return true; }),
+                         weak = std::weak_ptr(owned)]() mutable {
+        const auto given = weak.lock();
+        if (!given || !alive()) return;
+        given->slot.reset();
+        if (bus_) sd_bus_release_name_async(bus_, nullptr, given->name.c_str(), nullptr, nullptr);
+        std::erase(names_, given);
+        prepare();
+    });
+}
+
+void Bus::emit(const std::string& path, const std::string& interface, const std::string& member,
+               const Fill& fill) {
+    if (!bus_) return;
+    sd_bus_message* raw = nullptr;
+    int result =
+        sd_bus_message_new_signal(bus_, &raw, path.c_str(), interface.c_str(), member.c_str());
+    const Message message(raw);
+    if (result >= 0 && fill) result = fill(raw);
+    if (result < 0) return;
+    sd_bus_send(bus_, raw, nullptr);
+    prepare();
 }
 
 Subscription Bus::call(const Call& call, const Fill& fill, Answer answer) {

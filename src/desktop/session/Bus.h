@@ -15,6 +15,7 @@
 
 struct sd_bus;
 struct sd_bus_message;
+struct sd_bus_vtable;
 
 namespace quibbits::session {
 
@@ -60,12 +61,30 @@ public:
     /// Hears every signal that fits the rule, through all connections, until the handle ends.
     [[nodiscard]] Subscription match(std::string rule, Heard heard);
 
+    /// An object of this program that others may call, by a table of its methods and properties.
+    struct Object {
+        std::string path;
+        std::string interface;
+        const sd_bus_vtable* table = nullptr;
+        void* data = nullptr;  // what the table's functions get
+    };
+    /// Answers for the object through all connections, until the handle ends.
+    [[nodiscard]] Subscription serve(Object object);
+    /// Has the name in every connection, or waits for it while another program has it, until the
+    /// handle ends. Asked for before anything that is called later.
+    [[nodiscard]] Subscription own(std::string name);
+    /// Tells everybody something of an object of this program.
+    void emit(const std::string& path, const std::string& interface, const std::string& member,
+              const Fill& fill);
+
     Signal<> connected;  // again; the connection of the beginning is not told
     Signal<> lost;
 
 private:
     struct Pending;
     struct Match;
+    struct Served;
+    struct Name;
     void connect();
     void retryLater();
     void end();
@@ -74,6 +93,10 @@ private:
     void prepareWatches(int descriptor, int events);
     void prepareTimer();
     void install(Match& match);
+    void install(Served& served);
+    void request(Name& name);
+    void installAll();
+    void uninstallAll();
     void finish(Pending& pending, sd_bus_message* reply, const Failure& failure);
     void failLater(const std::shared_ptr<Pending>& pending, Failure failure);
 
@@ -91,6 +114,8 @@ private:
     Timer retry_;
     std::set<std::shared_ptr<Pending>> pending_;
     std::vector<std::shared_ptr<Match>> matches_;
+    std::vector<std::shared_ptr<Served>> served_;
+    std::vector<std::shared_ptr<Name>> names_;
     Lifetime lifetime_;
 };
 

@@ -46,6 +46,12 @@ enum class Atom {
     currentDesktop,
     workArea,
     supportingWmCheck,
+    // older trays
+    trayManager,  // the selection that a tray owns
+    trayVisual,
+    trayRequest,
+    manager,
+    embedInfo,
     // drag and drop
     dndAware,
     dndSelection,
@@ -101,6 +107,11 @@ inline constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> 
     "_NET_CURRENT_DESKTOP",
     "_NET_WORKAREA",
     "_NET_SUPPORTING_WM_CHECK",
+    "_NET_SYSTEM_TRAY_S0",
+    "_NET_SYSTEM_TRAY_VISUAL",
+    "_NET_SYSTEM_TRAY_OPCODE",
+    "MANAGER",
+    "_XEMBED_INFO",
     "XdndAware",
     "XdndSelection",
     "XdndEnter",

@@ -41,6 +41,7 @@ public:
     xcb_gcontext_t context() const { return context_; }
     const PixelRect& frame() const { return frame_; }
     bool isShown() const { return shown_; }
+    PanelLevel level() const { return level_; }
 
     void setFrame(const PixelRect& frame);
     void setLevel(PanelLevel level);

@@ -53,7 +53,7 @@ XPanel::~XPanel() {
     tree_.onChange = nullptr;
     pointer_.takeBack(*this);
     pointer_.setPace(this, Pace::calm);
-    std::erase(panels_.panels_, this);
+    panels_.forget(*this);
 }
 
 void XPanel::listen() {
@@ -93,7 +93,8 @@ void XPanel::listen() {
         pointer_.takeBack(*this);
         pointer_.learn(event.root_x, event.root_y, {});
         updateInput();
-        pointer_.elsewhere.emit(PointerEvent::moved);
+        // The pointer stays where it is when somebody takes it, be it a menu of this program.
+        if (event.mode != XCB_NOTIFY_MODE_GRAB) pointer_.elsewhere.emit(PointerEvent::moved);
     });
     subscriptions_.push_back(pointer_.tracked.subscribe([this] { updateInput(); }));
 }
@@ -137,6 +138,7 @@ void XPanel::orderFront() {
 
 void XPanel::orderOut() {
     window_.hide();
+    if (panels_.menu_ && panels_.menuOwner_ == this) panels_.menu_.reset();
     nextFrame_.cancel();
     holdsLeft_ = false;
     pointer_.takeBack(*this);
@@ -144,7 +146,21 @@ void XPanel::orderOut() {
     askInputAgain_.cancel();
 }
 
-void XPanel::popUp(Menu, Point) {}
+void XPanel::setAlpha(double alpha) {
+    alpha_ = alpha;
+    const Transaction still(panels_.layers(), Transaction::withoutActions());
+    tree_.root().setOpacity(alpha);
+    updateInput();
+}
+
+void XPanel::beginItemDrag(ItemDrag drag) {
+    holdsLeft_ = false;  // the release is the drag's
+    panels_.beginItemDrag(std::move(drag), *this);
+}
+
+void XPanel::popUp(Menu menu, Point at) {
+    panels_.openMenu(std::move(menu), at + Vector{frame_.x, frame_.y}, this);
+}
 
 // Painting.
 
@@ -225,16 +241,12 @@ void XPanel::setIgnoresMouse(bool ignores) {
     updateInput();
 }
 
-void XPanel::setHotArea(std::vector<Rect> rects) {
-    hotArea_.setWanted(std::move(rects), connection_.loop().now());
-    updateInput();
-}
-
 void XPanel::updateInput() {
     auto& loop = connection_.loop();
     if (mouseAreas) hotArea_.setWanted(mouseAreas(), loop.now());
     const Point pointer = pointer_.location() - Vector{frame_.x, frame_.y};
-    const auto decision = hotArea_.decide(pointer, loop.now());
+    auto decision = hotArea_.decide(pointer, loop.now());
+    if (alpha_ <= 0) decision.region = {};
 
     std::vector<xcb_rectangle_t> region;
     const auto& window = window_.frame();
@@ -264,11 +276,12 @@ void XPanel::updateInput() {
 
 void XPanel::pointerMoved() {
     updateInput();
-    if (holdsLeft_) {
-        if (onMouseDragged) onMouseDragged();
-    } else if (onMouseMoved) {
-        onMouseMoved();
-    }
+    tell(holdsLeft_ ? onMouseDragged : onMouseMoved);
+}
+
+/// The listener may end this panel: it is the last to be called.
+void XPanel::tell(std::function<void()> listener) {
+    if (listener) listener();
 }
 
 void XPanel::buttonPressed(const xcb_button_press_event_t& event) {
@@ -276,9 +289,13 @@ void XPanel::buttonPressed(const xcb_button_press_event_t& event) {
     if (event.detail == XCB_BUTTON_INDEX_1) buttons.left = holdsLeft_ = true;
     if (event.detail == XCB_BUTTON_INDEX_3) buttons.right = true;
     pointer_.give(*this);
+    pointer_.receivedPress(event.time);
     pointer_.learn(event.root_x, event.root_y, buttons);
-    if (event.detail == XCB_BUTTON_INDEX_1 && onMouseDown) onMouseDown();
-    if (event.detail == XCB_BUTTON_INDEX_3 && onRightMouseDown) onRightMouseDown();
+    if (event.detail == XCB_BUTTON_INDEX_1) {
+        tell(onMouseDown);
+    } else if (event.detail == XCB_BUTTON_INDEX_3) {
+        tell(onRightMouseDown);
+    }
 }
 
 void XPanel::buttonReleased(const xcb_button_press_event_t& event) {
@@ -288,7 +305,7 @@ void XPanel::buttonReleased(const xcb_button_press_event_t& event) {
     pointer_.learn(event.root_x, event.root_y, buttons);
     if (event.detail != XCB_BUTTON_INDEX_1 || !std::exchange(holdsLeft_, false)) return;
     if (!takesMouse(event.event_x, event.event_y)) pointer_.takeBack(*this);  // let go outside
-    if (onMouseUp) onMouseUp();
+    tell(onMouseUp);
 }
 
 bool XPanel::takesMouse(int x, int y) const {

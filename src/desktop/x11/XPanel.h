@@ -39,13 +39,14 @@ public:
     void orderOut() override;
     bool isVisible() const override { return window_.isShown(); }
     void setIgnoresMouse(bool ignores) override;
+    void setAlpha(double alpha) override;
+    double alpha() const override { return alpha_; }
+    void beginItemDrag(ItemDrag drag) override;
     void popUp(Menu menu, Point at) override;
 
-    /// Rectangles in the panel's coordinates that take the mouse without waiting for
-    /// setIgnoresMouse, so that a quick click is caught. While a creature walks far from the
-    /// pointer they may be left unset for the time being.
-    void setHotArea(std::vector<Rect> rects);
-
+    xcb_window_t window() const { return window_.id(); }
+    PanelLevel level() const { return window_.level(); }
+    bool acceptsDrops() const { return drops_.has_value(); }
     PanelStats stats() const;
 
 private:
@@ -61,6 +62,7 @@ private:
     void buttonPressed(const xcb_button_press_event_t& event);
     void buttonReleased(const xcb_button_press_event_t& event);
     void pointerMoved() override;
+    static void tell(std::function<void()> listener);
     void listen();
 
     void frameSoon();
@@ -79,6 +81,7 @@ private:
     LayerTree tree_;
     Rect frame_;
     bool coversScreen_;
+    double alpha_ = 1;
     PanelWindow window_;
     DrawnShape shape_;
     PixelTransfer transfer_;

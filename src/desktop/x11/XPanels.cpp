@@ -38,6 +38,34 @@ std::unique_ptr<Panel> XPanels::makePanel(Spec spec) {
     return std::make_unique<XPanel>(*this, spec);
 }
 
+void XPanels::openMenu(Menu menu, Point at, const XPanel* owner) {
+    menu_.reset();
+    if (menu.items.empty()) return;
+    menuOwner_ = owner;
+    menu_ = std::make_unique<XMenu>(*this, std::move(menu), at);
+    menu_->onEnd = [this](Job chosen) {
+        menu_.reset();
+        if (chosen) connection_.loop().post(std::move(chosen));
+    };
+}
+
+void XPanels::beginItemDrag(ItemDrag drag, const XPanel& from) {
+    if (drag_) drag_->cancel();
+    dragSource_ = &from;
+    drag_ = std::make_unique<XItemDrag>(*this, std::move(drag));
+    drag_->onOver = [this](Job end) {
+        drag_.reset();
+        if (end) connection_.loop().post(std::move(end));
+    };
+}
+
+/// A panel ends, and with it the menu that it opened and what is carried out of it.
+void XPanels::forget(XPanel& panel) {
+    std::erase(panels_, &panel);
+    if (menu_ && menuOwner_ == &panel) menu_.reset();
+    if (drag_ && dragSource_ == &panel) drag_->cancel();
+}
+
 void XPanels::findCompositor() {
     auto* xcb = connection_.xcb();
     const auto owner = reply(xcb, xcb_get_selection_owner_reply,

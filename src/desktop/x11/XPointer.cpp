@@ -2,7 +2,6 @@
 
 #include <xcb/sync.h>
 #include <xcb/xfixes.h>
-#include <xcb/xinput.h>
 
 #include <algorithm>
 
@@ -12,6 +11,8 @@ namespace {
 constexpr Seconds stillAfter = 1;
 constexpr Seconds freshFor = 1.0 / 60;  // an answer younger than this is not asked for again
 constexpr std::uint32_t firstWheelButton = 4;
+// A window manager that looks at a press first passes it on within this time.
+constexpr Seconds passedOnWithin = 0.05;
 
 constexpr Seconds intervalOf(Pace pace) {
     switch (pace) {
@@ -57,8 +58,8 @@ XPointer::XPointer(Connection& connection, const XScreens& screens)
         }));
     };
     onRaw(XCB_INPUT_RAW_MOTION, [this](const auto&) { rawMotion(); });
-    onRaw(XCB_INPUT_RAW_BUTTON_PRESS, [this](const auto& e) { rawButton(true, e.detail); });
-    onRaw(XCB_INPUT_RAW_BUTTON_RELEASE, [this](const auto& e) { rawButton(false, e.detail); });
+    onRaw(XCB_INPUT_RAW_BUTTON_PRESS, [this](const auto& e) { rawButton(true, e); });
+    onRaw(XCB_INPUT_RAW_BUTTON_RELEASE, [this](const auto& e) { rawButton(false, e); });
     select(true);
 }
 
@@ -121,8 +122,23 @@ Seconds XPointer::untouched() const {
     return connection_.loop().now() - lastTouch_;
 }
 
-void XPointer::setHidden(bool hidden) {
-    if (hidden == hidden_ || !connection_.xfixes) return;
+PointerPicture XPointer::picture() const {
+    if (!connection_.xfixes) return {};
+    const auto asked = xcb_xfixes_get_cursor_image(connection_.xcb());
+    const Owned<xcb_xfixes_get_cursor_image_reply_t> reply(
+        xcb_xfixes_get_cursor_image_reply(connection_.xcb(), asked, nullptr));
+    if (!reply) return {};
+    const std::uint32_t* pixels = xcb_xfixes_get_cursor_image_cursor_image(reply.get());
+    const int count = xcb_xfixes_get_cursor_image_cursor_image_length(reply.get());
+    const double scale = screens_.coordinates().scale;
+    return {Image::fromArgb(reply->width, reply->height, {pixels, pixels + count}),
+            {reply->width / scale, reply->height / scale},
+            {reply->xhot / scale, reply->yhot / scale}};
+}
+
+bool XPointer::setHidden(bool hidden) {
+    if (hidden == hidden_) return true;
+    if (!connection_.xfixes) return false;
     hidden_ = hidden;
     if (hidden) {
         xcb_xfixes_hide_cursor(connection_.xcb(), connection_.root());
@@ -130,6 +146,7 @@ void XPointer::setHidden(bool hidden) {
         xcb_xfixes_show_cursor(connection_.xcb(), connection_.root());
     }
     xcb_flush(connection_.xcb());
+    return true;
 }
 
 void XPointer::setAttentive(bool attentive) {
@@ -153,12 +170,14 @@ Seconds XPointer::interval() const {
 }
 
 void XPointer::learn(int rootX, int rootY, std::optional<MouseButtons> buttons) {
+    const bool news = rootX != x_ || rootY != y_ || (buttons && *buttons != buttons_);
     x_ = toldX_ = rootX;
     y_ = toldY_ = rootY;
     if (buttons) buttons_ = *buttons;
     asked_ = lastTouch_ = lastMove_ = connection_.loop().now();
     if (listening_) select(false);
     if (!asking_ || askingInterval_ != interval()) startAsking();
+    if (news) touched.emit();
 }
 
 void XPointer::rawMotion() {
@@ -169,19 +188,40 @@ void XPointer::rawMotion() {
     ask();
 }
 
-void XPointer::rawButton(bool pressed, std::uint32_t button) {
+void XPointer::rawButton(bool pressed, const xcb_input_raw_button_press_event_t& event) {
+    const std::uint32_t button = event.detail;
     lastTouch_ = connection_.loop().now();
+    touched.emit();
     if (button >= firstWheelButton) return;
     // The event tells the physical button; left-handed users have another mapping.
-    const bool leftBefore = buttons_.left;
     query();
+    const auto before = std::exchange(toldButtons_, buttons_);
     if (hasMoved()) tellMoved();
     if (listening_) select(false);
     lastMove_ = lastTouch_;
     if (!asking_ || askingInterval_ != interval()) startAsking();
-    const bool quickClick = !leftBefore && button == 1;
-    if (!pressed && !buttons_.left && (leftBefore || quickClick) && !owner_) {
-        elsewhere.emit(PointerEvent::leftUp);
+    const auto has = [](const MouseButtons& now, const MouseButtons& then, auto which) {
+        return now.*which && !(then.*which);
+    };
+    const auto& [more, less] = pressed ? std::pair(buttons_, before) : std::pair(before, buttons_);
+    const bool quickClick = !buttons_.any() && !before.any();  // over before it was asked about
+    const bool left = has(more, less, &MouseButtons::left) || (quickClick && button == 1);
+    const bool right = has(more, less, &MouseButtons::right) || (quickClick && button == 3);
+    if (pressed && left) pressedSomewhere(PointerEvent::leftDown, event.time);
+    if (pressed && right) pressedSomewhere(PointerEvent::rightDown, event.time);
+    if (!pressed && left && !owner_) elsewhere.emit(PointerEvent::leftUp);
+}
+
+/// Tells the press unless a window of this program gets it. Its event, if there is one, has arrived
+/// with this one and is dispatched before the next job, or it is with the window manager.
+void XPointer::pressedSomewhere(PointerEvent what, xcb_timestamp_t time) {
+    auto tell = lifetime_.guard([this, what, time] {
+        if (receivedPress_ != time) elsewhere.emit(what);
+    });
+    if (owner_ || overOwnWindow_) {
+        connection_.loop().after(passedOnWithin, std::move(tell));
+    } else {
+        connection_.loop().post(std::move(tell));
     }
 }
 
@@ -209,6 +249,7 @@ void XPointer::ask() {
 }
 
 void XPointer::tellMoved() {
+    touched.emit();
     toldX_ = x_;
     toldY_ = y_;
     tracked.emit();

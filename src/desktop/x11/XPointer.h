@@ -4,10 +4,13 @@
 // still for a second, and only then raw motion is listened for again. So a still mouse costs
 // nothing and a quick one no more than its pace.
 
+#include <xcb/xinput.h>
+
 #include <map>
 
 #include "desktop/x11/Connection.h"
 #include "desktop/x11/XScreens.h"
+#include "platform/Lifetime.h"
 #include "platform/Pointer.h"
 
 namespace quibbits::x11 {
@@ -38,7 +41,8 @@ public:
     Modifiers modifiers() const override;
     Seconds idle() const override;
     Seconds untouched() const override;
-    void setHidden(bool hidden) override;
+    bool setHidden(bool hidden) override;
+    PointerPicture picture() const override;
 
     /// Somebody watches the pointer closely, as a creature does that follows it.
     void setAttentive(bool attentive);
@@ -52,6 +56,10 @@ public:
     }
     /// A window was told where the pointer is and what is pressed; saves asking.
     void learn(int rootX, int rootY, std::optional<MouseButtons> buttons);
+    /// A window of this program got the press that the server stamped with this time.
+    void receivedPress(xcb_timestamp_t time) { receivedPress_ = time; }
+    /// The pointer came onto a window of this program that is no panel, or left it.
+    void setOverOwnWindow(bool over) { overOwnWindow_ = over; }
 
     /// The position was asked for and has changed. Comes before `elsewhere`.
     Signal<> tracked;
@@ -59,7 +67,8 @@ public:
 private:
     void select(bool motion);
     void rawMotion();
-    void rawButton(bool pressed, std::uint32_t button);
+    void rawButton(bool pressed, const xcb_input_raw_button_press_event_t& event);
+    void pressedSomewhere(PointerEvent what, xcb_timestamp_t time);
     void startAsking();
     void ask();
     void query() const;
@@ -80,6 +89,9 @@ private:
     int toldY_ = 0;
     Instant lastMove_ = 0;
     Instant lastTouch_ = 0;
+    xcb_timestamp_t receivedPress_ = 0;
+    bool overOwnWindow_ = false;
+    MouseButtons toldButtons_;  // as they were after the last press or release
     std::uint32_t idleCounter_ = 0;
 
     mutable int x_ = 0;  // pixels of the root window
@@ -88,6 +100,7 @@ private:
     mutable Modifiers modifiers_;
     mutable Instant asked_ = 0;
     std::vector<Subscription> subscriptions_;
+    Lifetime lifetime_;
 };
 
 }  // namespace quibbits::x11

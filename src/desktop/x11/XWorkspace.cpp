@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 
 #include "desktop/x11/Properties.h"
 
@@ -19,6 +20,19 @@ std::string classOf(std::string_view classes) {
         return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     });
     return small;
+}
+
+/// Browsers by their window class or application id.
+bool isBrowser(std::string_view id) {
+    static constexpr std::array known{
+        "firefox",       "firefox-esr",    "org.mozilla.firefox",
+        "librewolf",     "chromium",       "google-chrome",
+        "brave-browser", "microsoft-edge", "vivaldi-stable",
+        "opera",         "epiphany",       "org.gnome.epiphany",
+        "falkon",        "org.kde.falkon", "konqueror",
+        "midori",
+    };
+    return std::ranges::find(known, id) != known.end();
 }
 
 bool contains(const std::vector<Application>& list, const Application& application) {
@@ -61,6 +75,14 @@ void XWorkspace::readFront() {
     if (!active || *active == XCB_NONE) return;
     if (!windows_.contains(*active)) learn({*active});
     if (const auto found = windows_.find(*active); found != windows_.end()) front_ = found->second;
+}
+
+std::optional<WebPage> XWorkspace::page(const Application& application) const {
+    if (front_ != application || !isBrowser(application.id)) return std::nullopt;
+    const auto active = propertyOf(connection_, connection_.root(), Atom::activeWindow).number();
+    if (!active || *active == XCB_NONE) return std::nullopt;
+    const Property title = propertyOf(connection_, *active, Atom::windowName);
+    return WebPage{.title = std::string(title.text())};
 }
 
 void XWorkspace::readList() {

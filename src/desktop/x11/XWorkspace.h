@@ -14,6 +14,8 @@ public:
 
     std::optional<Application> frontmost() const override { return front_; }
     std::vector<Application> running() const override { return running_; }
+    /// The title of the active window, when it belongs to a browser.
+    std::optional<WebPage> page(const Application& application) const override;
 
 private:
     void rootChanged(xcb_atom_t property);

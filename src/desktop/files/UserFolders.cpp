@@ -1,0 +1,54 @@
+#include "desktop/files/UserFolders.h"
+
+#include <cstdlib>
+#include <string>
+
+#include "desktop/files/WholeFile.h"
+
+namespace quibbits {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t longestList = 64 * 1024;
+
+fs::path home() {
+    const char* home = std::getenv("HOME");
+    return home && home[0] ? home : "/";
+}
+
+fs::path folder(const char* variable, const char* atHome) {
+    const char* told = std::getenv(variable);
+    return told && told[0] == '/' ? fs::path(told) : home() / atHome;
+}
+
+}  // namespace
+
+fs::path configFolder() {
+    return folder("XDG_CONFIG_HOME", ".config");
+}
+
+fs::path dataFolder() {
+    return folder("XDG_DATA_HOME", ".local/share");
+}
+
+fs::path desktopFolder() {
+    // A line is XDG_DESKTOP_DIR="$HOME/Desktop", or a path from the root in quotes.
+    constexpr std::string_view key = "XDG_DESKTOP_DIR=\"";
+    constexpr std::string_view atHome = "$HOME/";
+    const auto list = readWholeFile(configFolder() / "user-dirs.dirs", longestList);
+    for (std::size_t at = 0; list && at < list->size();) {
+        const std::size_t end = std::min(list->find('\n', at), list->size());
+        std::string_view line(*list);
+        line = line.substr(at, end - at);
+        at = end + 1;
+        if (!line.starts_with(key)) continue;
+        line = line.substr(key.size(), line.rfind('"') - key.size());
+        if (line.starts_with(atHome)) return home() / line.substr(atHome.size());
+        if (line.starts_with('/')) return line;
+    }
+    return home() / "Desktop";
+}
+
+}  // namespace quibbits

@@ -1,0 +1,16 @@
+#pragma once
+// Where a user's files lie, by the desktop's conventions: the environment first, then the usual
+// places at home.
+
+#include <filesystem>
+
+namespace quibbits {
+
+/// $XDG_CONFIG_HOME, or ~/.config.
+std::filesystem::path configFolder();
+/// $XDG_DATA_HOME, or ~/.local/share.
+std::filesystem::path dataFolder();
+/// The folder that the desktop shows: what the user's list of folders names, else ~/Desktop.
+std::filesystem::path desktopFolder();
+
+}  // namespace quibbits

@@ -1,0 +1,57 @@
+#pragma once
+// The icons on the desktop, as the file manager that draws them tells assistive programs. Reading
+// is a walk through its accessible objects, hundreds of small questions over the accessibility bus;
+// all of them are asynchronous, so no frame ever waits for an answer. A file manager that tells
+// nothing has no icons.
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/session/Bus.h"
+#include "platform/FileBrowser.h"
+
+namespace quibbits::session {
+
+class DesktopIcons final : public FileBrowser {
+public:
+    /// What the display server knows.
+    struct Display {
+        /// The size of the main screen in pixels.
+        std::function<Size()> screen;
+        /// A rectangle of the display, in pixels with y downwards, in global points.
+        std::function<Rect(Rect pixels)> toPoints;
+    };
+    DesktopIcons(EventRunLoop& loop, Bus& session, Display display);
+    ~DesktopIcons();
+
+    /// The icons as last read; at most every 20 seconds this reads them anew meanwhile, and tells
+    /// iconsRead when that has changed them.
+    std::optional<std::vector<DesktopIcon>> desktopIcons() override;
+    /// The first walk has not ended yet.
+    bool isReading() const override { return !icons_; }
+    bool isFileManager(const std::string& application) const override;
+
+private:
+    class Walk;
+    void findBus();
+    void walk();
+    void finish(std::vector<DesktopIcon> icons);
+
+    EventRunLoop& loop_;
+    Bus& session_;
+    Display display_;
+    std::optional<std::vector<DesktopIcon>> icons_;
+    Instant lastRead_;
+    Subscription question_;
+    std::unique_ptr<Bus> bus_;  // of accessibility; none until its address is known
+    Subscription loss_;
+    std::unique_ptr<Walk> walk_;
+    Timer deadline_;
+    Lifetime lifetime_;
+};
+
+}  // namespace quibbits::session

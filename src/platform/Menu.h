@@ -1,0 +1,19 @@
+#pragma once
+// A popup menu, as plain values.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quibbits {
+
+/// A line of a popup menu. A title alone is a disabled line; no title is a separator.
+struct MenuItem {
+    std::string title;
+    std::function<void()> run;
+};
+struct Menu {
+    std::vector<MenuItem> items;
+};
+
+}  // namespace quibbits

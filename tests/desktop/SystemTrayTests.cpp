@@ -1,0 +1,134 @@
+// The icon in a tray of the older kind, which another program is here.
+
+#include <cstring>
+
+#include "XTest.h"
+#include "desktop/x11/SystemTray.h"
+
+namespace quibbits {
+namespace {
+
+constexpr std::uint32_t grey = 0x808890;
+constexpr std::uint32_t red = 0xff0000;
+constexpr int side = 24;
+
+/// A panel with a tray in it, as old panels have.
+struct Tray {
+    explicit Tray(OtherProgram& given) : program(given) {
+        panel = program.open({.x = 900, .y = 0, .width = 300, .height = 30, .color = grey});
+        selection = program.atom("_NET_SYSTEM_TRAY_S0");
+        xcb_set_selection_owner(program.xcb(), panel, selection, XCB_CURRENT_TIME);
+        xcb_client_message_event_t message{};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = program.root();
+        message.type = program.atom("MANAGER");
+        message.data.data32[1] = selection;
+        message.data.data32[2] = panel;
+        xcb_send_event(program.xcb(), 0, program.root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+                       reinterpret_cast<const char*>(&message));
+        xcb_flush(program.xcb());
+    }
+    /// Takes in the windows that ask for it.
+    void turn() {
+        while (auto* event = program.nextEvent()) {
+            const auto& message = *reinterpret_cast<xcb_client_message_event_t*>(event);
+            if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE &&
+                message.type == program.atom("_NET_SYSTEM_TRAY_OPCODE") &&
+                message.data.data32[1] == 0) {
+                icon = message.data.data32[2];
+                auto* xcb = program.xcb();
+                xcb_reparent_window(xcb, icon, panel, 100, 3);
+                const std::uint32_t size[] = {side, side};
+                xcb_configure_window(xcb, icon, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                                     size);
+                xcb_map_window(xcb, icon);
+                xcb_flush(xcb);
+            }
+            std::free(event);
+        }
+    }
+
+    OtherProgram& program;
+    xcb_window_t panel = 0;
+    xcb_atom_t selection = 0;
+    xcb_window_t icon = 0;
+};
+
+struct SystemTrayTest : XTest {
+    void prepare() {
+        connect();
+        icon = std::make_unique<x11::SystemTray>(*connection, *screens, *pointer);
+        icon->onClick = [this] { ++clicks; };
+        icon->onRightClick = [this] { ++rightClicks; };
+        icon->setImage(Image::fromArgb(2, 1, {0xffff0000, 0}));
+        program = std::make_unique<OtherProgram>(desktop->display());
+    }
+    bool isTakenIn() {
+        return eventually([&] {
+            tray->turn();
+            return icon->frame().has_value();
+        });
+    }
+    void click(int x, int y, int button) {
+        other->movePointer(x, y);
+        turnFor(0.05);
+        other->press(button);
+        other->release(button);
+        turnFor(0.1);
+    }
+
+    std::unique_ptr<x11::SystemTray> icon;
+    std::unique_ptr<OtherProgram> program;
+    std::unique_ptr<Tray> tray;
+    int clicks = 0, rightClicks = 0;
+};
+
+TEST_F(SystemTrayTest, TheIconIsTakenInShownAndClicked) {
+    prepare();
+    tray = std::make_unique<Tray>(*program);
+    turnFor(0.1);
+    tray->turn();
+    EXPECT_EQ(tray->icon, 0u) << "nobody wanted it";
+    icon->setWanted(true);
+    EXPECT_TRUE(icon->isThere());
+    ASSERT_TRUE(isTakenIn());
+    EXPECT_EQ(icon->frame(), (Rect{1000, 773, side, side})) << "exactly";
+    EXPECT_TRUE(shows(1006, 15, red)) << "12 times as large";
+    EXPECT_TRUE(shows(1018, 15, grey)) << "see-through";
+    EXPECT_TRUE(shows(1006, 5, grey)) << "above the picture";
+
+    int elsewhere = 0;
+    const auto listener = pointer->elsewhere.subscribe(
+        [&](PointerEvent event) { elsewhere += event == PointerEvent::leftDown; });
+    click(1006, 15, 1);
+    click(1006, 15, 3);
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(rightClicks, 1);
+    EXPECT_EQ(elsewhere, 0) << "the icon is this program's own";
+    icon->setImage(Image::fromArgb(1, 1, {0xff00ff00}));
+    EXPECT_TRUE(shows(1018, 15, 0x00ff00));
+    icon->setWanted(false);
+    EXPECT_FALSE(icon->frame());
+    EXPECT_TRUE(shows(1006, 15, grey));
+}
+
+TEST_F(SystemTrayTest, ATrayThatComesLateOrRestartsTakesItIn) {
+    prepare();
+    icon->setWanted(true);
+    turnFor(0.1);
+    EXPECT_FALSE(icon->isThere());
+    EXPECT_FALSE(icon->frame());
+    tray = std::make_unique<Tray>(*program);
+    ASSERT_TRUE(isTakenIn());
+    EXPECT_TRUE(shows(1006, 15, red));
+    program->close(tray->panel);
+    EXPECT_TRUE(eventually([&] { return !icon->isThere(); }));
+    EXPECT_FALSE(icon->frame());
+    tray = std::make_unique<Tray>(*program);
+    ASSERT_TRUE(isTakenIn());
+    EXPECT_TRUE(shows(1006, 15, red));
+}
+
+}  // namespace
+}  // namespace quibbits

@@ -1,0 +1,38 @@
+#pragma once
+// What every run loop must survive at its end.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+#include "platform/RunLoop.h"
+
+namespace quibbits {
+
+/// Ends a loop with a job pending that holds something which, at its own end, cancels another job
+/// and adds one.
+template <typename MakeLoop>
+void expectToEndWithBusyJobs(MakeLoop makeLoop) {
+    struct AtItsEnd {
+        std::function<void()> act;
+        ~AtItsEnd() { act(); }
+    };
+    bool ran = false;
+    std::weak_ptr<int> lastOne;
+    {
+        const auto loop = makeLoop();
+        Timer other = loop->timer(20, [&] { ran = true; });
+        const auto end = [&] {
+            other.cancel();
+            auto held = std::make_shared<int>();
+            lastOne = held;
+            loop->post([&ran, held = std::move(held)] { ran = true; });
+        };
+        loop->after(10, [held = std::make_shared<AtItsEnd>(end)] {});
+    }
+    EXPECT_FALSE(ran);
+    EXPECT_TRUE(lastOne.expired());
+}
+
+}  // namespace quibbits
