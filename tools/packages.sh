@@ -1,4 +1,4 @@
-# Installs Debian packages of packages.txt. Sourced by the scripts at the root.
+# Installs Debian packages of packages.txt, builds and tests. Sourced by the scripts at the root.
 
 # install_packages PURPOSE...: what is missing of those purposes, after saying so.
 install_packages() {
@@ -41,6 +41,15 @@ build_preset() {
         return 1
     fi
     rm -f "$log"
+}
+
+# run_tests PRESET [NAME]: every test, or those that match the regular expression NAME. Tests in
+# virtual time get one try. Those beside real servers and real clocks get a second, which is shown:
+# a machine that is busy with something else may be late once.
+run_tests() {
+    local ctest=(ctest --test-dir "$root/build/$1" --output-on-failure ${2:+-R "$2"})
+    "${ctest[@]}" --label-exclude real-time -j 2 &&
+        "${ctest[@]}" --label-regex real-time --repeat until-pass:2
 }
 
 # What the tests and benchmarks are built with; a build that was begun without them gets them.
