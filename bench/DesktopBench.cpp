@@ -1,6 +1,7 @@
-// The companion on this display, held at one occupation, so that its cost can be measured from
-// outside: bench-desktop nap|sit|stroll|speak SECONDS. Prints processor time, wake-ups and memory
-// of its own.
+// The companion on this display, held at one occupation, so that its cost can be measured:
+// bench-desktop ball|nap|sit|stroll|speak SECONDS [unaware]. Prints processor time, wake-ups and
+// memory of its own. An unaware one sees no battery, heat, network, camera, player, window, panel
+// or icon: the difference is what noticing them costs.
 
 #include <sys/resource.h>
 
@@ -12,6 +13,7 @@
 
 #include "app/AppDelegate.h"
 #include "desktop/LinuxComputer.h"
+#include "sim/SimulatedComputer.h"
 
 namespace {
 
@@ -25,7 +27,9 @@ void strollOn(Companion& creature, double from, double to) {
 
 bool begin(Companion& creature, const std::string& mode) {
     creature.stop([] {});
-    if (mode == "nap") {
+    if (mode == "ball") {
+        creature.stayIn();
+    } else if (mode == "nap") {
         creature.pet().play(creature.a().sleep);
     } else if (mode == "sit") {
         creature.sit(1e6, [] {});
@@ -55,11 +59,26 @@ std::string proportionalSetSize() {
     return "unknown";
 }
 
+/// What an unaware companion has in place of the real sources: they tell nothing, and never change.
+struct Blindfold {
+    SimulatedMachine machine;
+    SimulatedWindows windows;
+    SimulatedDock dock;
+    SimulatedFileBrowser fileBrowser;
+
+    Computer over(const Computer& c) {
+        return {c.runLoop,    c.random, c.defaults,  c.screens, c.pointer,       c.workspace,
+                windows,      dock,     fileBrowser, machine,   c.notifications, c.statusItem,
+                c.appearance, c.files,  c.resources, c.text};
+    }
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "Usage: bench-desktop nap|sit|stroll|speak SECONDS\n");
+    const bool unaware = argc == 4 && std::string_view(argv[3]) == "unaware";
+    if (argc != 3 && !unaware) {
+        std::fprintf(stderr, "Usage: bench-desktop ball|nap|sit|stroll|speak SECONDS [unaware]\n");
         return 2;
     }
     const std::string mode = argv[1];
@@ -70,7 +89,9 @@ int main(int argc, char** argv) {
         return 1;
     }
     Random random(1);
-    const Computer computer = linux->computer(random);
+    Blindfold blindfold;
+    const Computer seeing = linux->computer(random);
+    const Computer computer = unaware ? blindfold.over(seeing) : seeing;
     computer.defaults.set("pet.stage", std::string("sparrel"));
     computer.defaults.set("faces", mode == "speak");
     computer.defaults.set("chatter", mode == "speak");
@@ -88,8 +109,8 @@ int main(int argc, char** argv) {
         rusage after{};
         getrusage(RUSAGE_SELF, &after);
         const double perMinute = 60 / seconds;
-        std::printf("%s: processor %.1f ms a minute, %.2f wake-ups a second, PSS %s\n",
-                    mode.c_str(),
+        std::printf("%s%s: processor %.1f ms a minute, %.2f wake-ups a second, PSS %s\n",
+                    mode.c_str(), unaware ? ", unaware" : "",
                     (processorMilliseconds(after) - processorMilliseconds(before)) * perMinute,
                     static_cast<double>(after.ru_nvcsw - before.ru_nvcsw) / seconds,
                     proportionalSetSize().c_str());
