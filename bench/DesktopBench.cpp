@@ -109,11 +109,11 @@ int main(int argc, char** argv) {
         rusage after{};
         getrusage(RUSAGE_SELF, &after);
         const double perMinute = 60 / seconds;
-        std::printf("%s%s: processor %.1f ms a minute, %.2f wake-ups a second, PSS %s\n",
+        std::printf("%s%s: processor %.1f ms a minute, %.2f wake-ups a second, PSS %s, %ld pages brought in\n",
                     mode.c_str(), unaware ? ", unaware" : "",
                     (processorMilliseconds(after) - processorMilliseconds(before)) * perMinute,
                     static_cast<double>(after.ru_nvcsw - before.ru_nvcsw) / seconds,
-                    proportionalSetSize().c_str());
+                    proportionalSetSize().c_str(), after.ru_majflt - before.ru_majflt);
         linux->loop().quit();
     });
     linux->run();
