@@ -101,19 +101,23 @@ int main(int argc, char** argv) {
 
     constexpr Seconds settling = 3;
     rusage before{};
+    std::uint64_t wakesBefore = 0;
     computer.runLoop.after(settling, [&] {
         if (!begin(creature, mode)) std::exit(2);
     });
-    computer.runLoop.after(2 * settling, [&] { getrusage(RUSAGE_SELF, &before); });
+    computer.runLoop.after(2 * settling, [&] {
+        getrusage(RUSAGE_SELF, &before);
+        wakesBefore = linux->loop().wakes();
+    });
     computer.runLoop.after(2 * settling + seconds, [&] {
         rusage after{};
         getrusage(RUSAGE_SELF, &after);
         const double perMinute = 60 / seconds;
-        std::printf("%s%s: processor %.1f ms a minute, %.2f wake-ups a second, PSS %s, %ld pages brought in\n",
+        std::printf("%s%s: processor %.1f ms a minute, %.2f wake-ups a second, PSS %s\n",
                     mode.c_str(), unaware ? ", unaware" : "",
                     (processorMilliseconds(after) - processorMilliseconds(before)) * perMinute,
-                    static_cast<double>(after.ru_nvcsw - before.ru_nvcsw) / seconds,
-                    proportionalSetSize().c_str(), after.ru_majflt - before.ru_majflt);
+                    static_cast<double>(linux->loop().wakes() - wakesBefore) / seconds,
+                    proportionalSetSize().c_str());
         linux->loop().quit();
     });
     linux->run();

@@ -65,6 +65,7 @@ void readWindows(benchmark::State& state) {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     if (list.onScreen().size() < count) return state.SkipWithError("no window manager");
+    std::this_thread::sleep_for(std::chrono::seconds(2));  // until everybody has drawn them
     for (auto _ : state) benchmark::DoNotOptimize(list.onScreen());
 }
 BENCHMARK(readWindows)->Arg(1)->Arg(10)->Arg(50)->UseRealTime();
