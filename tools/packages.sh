@@ -49,7 +49,7 @@ build_preset() {
 run_tests() {
     local ctest=(ctest --test-dir "$root/build/$1" --output-on-failure ${2:+-R "$2"})
     "${ctest[@]}" --label-exclude real-time -j 2 &&
-        "${ctest[@]}" --label-regex real-time --repeat until-pass:2
+        "${ctest[@]}" --label-regex real-time -j 3 --repeat until-pass:2
 }
 
 # What the tests and benchmarks are built with; a build that was begun without them gets them.

@@ -112,7 +112,7 @@ TEST(ACalledCreature, StandsOnTheWideSpotNearestToTheMiddle) {
              {{floor(0, 300, 50), floor(1000, 1400, 60)}, {1060, 60}},
              {{floor(0, 1440, 50), floor(500, 900, 90)}, {middle, 50}},
          }) {
-        life.pet().openSpots = [spots] { return spots; };
+        life.pet().openSpots = [seen = spots] { return seen; };
         EXPECT_EQ(life.creature().summonSpot(), spot);
     }
 }

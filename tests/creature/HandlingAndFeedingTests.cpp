@@ -123,7 +123,8 @@ TEST(ABerry, IsEatenByTasteAndRefusedWhenFull) {
         EXPECT_EQ(life.creature().hungryMinutes == 0, friendship > 0);
         life.advance(6);
         EXPECT_EQ(life.creature().friendship - 100, friendship) << nature;
-        EXPECT_TRUE(std::ranges::any_of(life.utterances, [&](auto& u) { return u.face == face; }))
+        EXPECT_TRUE(std::ranges::any_of(
+            life.utterances, [&, expected = face](auto& u) { return u.face == expected; }))
             << nature << " " << rawValue(berry);
         const auto before = life.decisions.size();
         life.advance(30);

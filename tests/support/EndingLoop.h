@@ -15,8 +15,11 @@ namespace quibbits {
 template <typename MakeLoop>
 void expectToEndWithBusyJobs(MakeLoop makeLoop) {
     struct AtItsEnd {
-        std::function<void()> act;
+        explicit AtItsEnd(std::function<void()> a) : act(std::move(a)) {}
+        AtItsEnd(const AtItsEnd&) = delete;
+        AtItsEnd& operator=(const AtItsEnd&) = delete;
         ~AtItsEnd() { act(); }
+        std::function<void()> act;
     };
     bool ran = false;
     std::weak_ptr<int> lastOne;
