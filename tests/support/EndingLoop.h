@@ -23,14 +23,15 @@ void expectToEndWithBusyJobs(MakeLoop makeLoop) {
     };
     bool ran = false;
     std::weak_ptr<int> lastOne;
+    Timer other;  // outlives the loop, as what it stops at its end has to
     {
         const auto loop = makeLoop();
-        Timer other = loop->timer(20, [&] { ran = true; });
-        const auto end = [&] {
+        other = loop->timer(20, [&] { ran = true; });
+        const auto end = [&, ending = loop.get()] {
             other.cancel();
             auto held = std::make_shared<int>();
             lastOne = held;
-            loop->post([&ran, held = std::move(held)] { ran = true; });
+            ending->post([&ran, held = std::move(held)] { ran = true; });
         };
         loop->after(10, [held = std::make_shared<AtItsEnd>(end)] {});
     }
