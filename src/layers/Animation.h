@@ -110,6 +110,9 @@ struct SpringMotion {
     Seconds settlingDuration() const;
     /// The share of the way after t seconds, which may pass 1 while it swings.
     double at(Seconds t) const;
+    /// How far it ever is from its end, as a share of the way; 1 when it never is farther than at
+    /// the start.
+    double farthest() const;
 };
 
 struct Animation {

@@ -176,7 +176,8 @@ std::vector<AnimatedValue> Playback::extremes(const AnimatedValue& own) const {
         return {basic->from.value_or(own), basic->to.value_or(own)};
     }
     if (const auto* spring = std::get_if<SpringMotion>(&animation_.motion)) {
-        return {spring->from, mixed(spring->from, spring->to, 2)};
+        const double far = spring->farthest();
+        return {mixed(spring->from, spring->to, 1 - far), mixed(spring->from, spring->to, 1 + far)};
     }
     const auto& keys = std::get<KeyframeMotion>(animation_.motion);
     if (!keys.path) return keys.values;

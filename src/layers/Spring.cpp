@@ -16,6 +16,9 @@ constexpr double settled = 0.001;
 struct Swing {  // y = reach · e^(−decay·t) · cos(turn·t − phase)
     double decay, turn, reach, phase;
     double at(Seconds t) const { return reach * std::exp(-decay * t) * std::cos(turn * t - phase); }
+    double halfTurn() const { return std::numbers::pi / turn; }
+    /// When it turns round; again after each half turn, before and after.
+    Seconds turningPoint() const { return (phase - std::atan2(decay, turn)) / turn; }
 };
 
 struct Creep {  // y = a · e^(−slow·t) + b · e^(−fast·t), or (1 + b·t) · e^(−slow·t) when critical
@@ -25,11 +28,11 @@ struct Creep {  // y = a · e^(−slow·t) + b · e^(−fast·t), or (1 + b·t) 
         if (critical) return (1 + b * t) * std::exp(-slow * t);
         return a * std::exp(-slow * t) + b * std::exp(-fast * t);
     }
-    /// When it turns back after it has shot past the end; 0 when it never does.
+    /// When it turns round, past its end or on its way away from it; 0 when it never does.
     Seconds turningPoint() const {
-        if (critical) return b < 0 ? std::max(0.0, (b - slow) / (slow * b)) : 0;
+        if (critical) return b == 0 ? 0 : std::max(0.0, (b - slow) / (slow * b));
         const double ratio = -(b * fast) / (a * slow);
-        return a < 0 && ratio > 0 ? std::max(0.0, std::log(ratio) / (fast - slow)) : 0;
+        return ratio > 0 ? std::max(0.0, std::log(ratio) / (fast - slow)) : 0;
     }
 };
 
@@ -83,8 +86,8 @@ Seconds crossing(const Curve& curve, Seconds more, Seconds less) {
 Seconds settling(const Swing& swing) {
     if (!(swing.decay > 0)) return forever;
     const double lag = std::atan2(swing.decay, swing.turn);  // of a peak before the cosine's
-    const double half = std::numbers::pi / swing.turn;
-    const Seconds first = (swing.phase - lag) / swing.turn;
+    const double half = swing.halfTurn();
+    const Seconds first = swing.turningPoint();
     const Seconds last = std::log(swing.reach * std::cos(lag) / settled) / swing.decay;
     const Seconds peak = first + half * std::floor((last - first) / half);
     return crossing(swing, std::max(0.0, peak), peak + (std::numbers::pi / 2 + lag) / swing.turn);
@@ -96,6 +99,17 @@ Seconds settling(const Creep& creep) {
     const Seconds turn = creep.turningPoint();
     if (turn > 0 && std::abs(creep.at(turn)) > settled) return crossing(creep, turn, calm);
     return crossing(creep, 0, turn > 0 ? turn : calm);
+}
+
+/// Swings grow smaller: after its start it is never farther away than at its first turn.
+double farthestOf(const Swing& swing) {
+    const double half = swing.halfTurn();
+    const Seconds turn = swing.turningPoint();
+    return std::max(1.0, std::abs(swing.at(turn - half * std::floor(turn / half))));
+}
+
+double farthestOf(const Creep& creep) {
+    return std::max(1.0, std::abs(creep.at(creep.turningPoint())));
 }
 
 }  // namespace
@@ -111,6 +125,12 @@ Seconds SpringMotion::settlingDuration() const {
     const auto constants = constantsOf(*this);
     return swings(constants) ? settling(swingOf(*this, constants))
                              : settling(creepOf(*this, constants));
+}
+
+double SpringMotion::farthest() const {
+    const auto constants = constantsOf(*this);
+    return swings(constants) ? farthestOf(swingOf(*this, constants))
+                             : farthestOf(creepOf(*this, constants));
 }
 
 }  // namespace quibbits

@@ -221,6 +221,19 @@ TEST(Springs, HaveSettledWhenTheyStayWithinAThousandthOfTheirWay) {
     }
 }
 
+TEST(Springs, AreNeverFartherFromTheirEndThanTheyTell) {
+    for (const double damping : {0.0, 4.0, 14.0, 19.99, 20.0, 45.0}) {
+        for (const double velocity : {0.0, 6.0, -4.0, 60.0, -60.0}) {
+            const SpringMotion spring{.damping = damping, .initialVelocity = velocity};
+            double farthest = 0;
+            for (double t = 0; t < 5; t += 1e-4) {
+                farthest = std::max(farthest, std::abs(1 - spring.at(t)));
+            }
+            EXPECT_NEAR(spring.farthest(), farthest, 1e-4) << damping << " " << velocity;
+        }
+    }
+}
+
 class AnimationEnds : public Animations {
 protected:
     std::vector<std::string> told;

@@ -314,5 +314,23 @@ TEST_F(Trees, TellOfAChangeOnceUntilTheNextFrame) {
     EXPECT_EQ(told, 3) << "no longer in the tree";
 }
 
+TEST_F(Trees, ASpringThatSwingsIntoSightWakes) {
+    const auto layer = sprite({-300, 50});
+    frame();
+    const auto springTo = [&](double x, double velocity) {
+        layer->add(
+            {.keyPath = KeyPath::positionX,
+             .motion =
+                 SpringMotion{.from = -300.0, .to = x, .damping = 5, .initialVelocity = velocity},
+             .timing = {.duration = 2}},
+            "swing");
+        frame();
+        return wait().has_value();
+    };
+    EXPECT_FALSE(springTo(-200, 0)) << "it swings too far by less than its way";
+    EXPECT_TRUE(springTo(-200, 40)) << "so hard a push takes it across the surface";
+    EXPECT_TRUE(springTo(-400, -60)) << "pushed away from its end";
+}
+
 }  // namespace
 }  // namespace quibbits
