@@ -18,7 +18,6 @@ Rect Affine::apply(Rect r) const {
 
 Affine Affine::inverted() const {
     const double area = a * d - b * c;
-    if (area == 0) return {};
     return {d / area,
             -b / area,
             -c / area,

@@ -14,7 +14,9 @@ struct Affine {
     Affine after(const Affine& first) const;
     /// The upright rectangle around the mapped rectangle.
     Rect apply(Rect r) const;
-    /// The map back; of one without an area, the identity.
+    /// Not everything falls onto one line or point.
+    bool hasArea() const { return a * d != b * c; }
+    /// The map back, of one that has an area.
     Affine inverted() const;
     /// Neither turned nor slanted, though maybe mirrored.
     bool isUpright() const;

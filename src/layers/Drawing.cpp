@@ -57,7 +57,7 @@ bool drawsBox(const Drawn& drawn) {
 
 void placeSprite(Drawn& drawn, const Picture& picture, const Affine& toDevice) {
     const Rect bounds = drawn.values.bounds;
-    if (bounds.isEmpty() || !picture.image) return;
+    if (bounds.isEmpty() || !picture.image || !toDevice.hasArea()) return;
     SpritePlacement sprite{.source = sourceOf(picture.image, drawn.values.contentsRect),
                            .target = snapped(toDevice.apply(bounds)),
                            .mirrored = toDevice.a<0, .flipped = toDevice.d> 0};

@@ -200,6 +200,7 @@ void drawSprite(const Canvas& canvas, const Image& image, const SpritePlacement&
 
 void drawTurned(const Canvas& canvas, const Image& image, PixelRect source,
                 const Affine& sourceToDevice) {
+    if (!sourceToDevice.hasArea()) return;
     const Affine back = sourceToDevice.inverted();
     const auto sample = [&](double x, double y) -> Argb {
         const Point p = back.apply(Point{x, y});

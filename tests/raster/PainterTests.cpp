@@ -256,6 +256,25 @@ TEST_F(Painting, ShapesFillStrokeAndShowPartOfTheirStroke) {
     EXPECT_EQ(at(15, 5), green);
 }
 
+TEST_F(Painting, APictureShrunkToNothingLeavesNothing) {
+    surface(12, 12);
+    for (const Transform& transform :
+         {Transform::scaled(0, 0), Transform::scaled(0, 1), Transform::scaled(1, 0),
+          Transform{.scaleX = 0, .rotation = 0.7}}) {
+        for (const Filter filter : {Filter::nearest, Filter::smooth}) {
+            Picture picture = quarters();
+            picture.magnification = filter;
+            tree.root().removeAllSublayers();
+            add({.bounds = {0, 0, 4, 4},
+                 .position = {2, 10},
+                 .transform = transform,
+                 .content = picture});
+            paint();
+            EXPECT_EQ(inked(0, 0, 12, 12), 0) << transform.scaleX << " " << transform.scaleY;
+        }
+    }
+}
+
 TEST_F(Painting, GradientsRunUpwardsAndOutwards) {
     surface(11, 11);
     Gradient gradient{.colors = {Color::black(), Color::white()}};
