@@ -97,7 +97,9 @@ Rect contentReach(const Drawn& drawn) {
         return shape->path.isEmpty() ? Rect{} : line;
     }
     if (std::holds_alternative<Text>(*drawn.content)) return bounds.inset(-textOverhang);
-    return std::holds_alternative<std::monostate>(*drawn.content) ? Rect{} : bounds;
+    const bool fillsBounds = std::holds_alternative<Picture>(*drawn.content) ||
+                             std::holds_alternative<Gradient>(*drawn.content);
+    return fillsBounds ? bounds : Rect{};
 }
 
 /// A rectangle without an area still has a place, where a thin line is drawn.
@@ -162,12 +164,10 @@ DrawnParticle drawnParticle(const EmitterCell& cell, std::size_t index, Point pl
 }
 
 PixelRect extentOf(const Drawn& drawn, const Affine& toDevice) {
-    if (drawn.content && std::holds_alternative<Emitter>(*drawn.content)) {
-        return particlesExtent(drawn);
-    }
     if (drawn.sprite && !drawsBox(drawn)) return drawn.sprite->target;
+    const PixelRect particles = particlesExtent(drawn);
     const Rect reach = reachOf(drawn);
-    if (reach == Rect{}) return {};
+    if (reach == Rect{}) return particles;
     const Rect onDevice = drawn.toDevice.apply(reach);
     Rect all = onDevice;
     if (drawn.hasShadow()) {
@@ -178,7 +178,7 @@ PixelRect extentOf(const Drawn& drawn, const Affine& toDevice) {
         const Point moved = slope.apply(Point{shadow.offset.dx, shadow.offset.dy});
         all = all.united(onDevice.inset(-blur).offset({moved.x, moved.y}));
     }
-    return PixelRect::around(all).inset(-1);
+    return PixelRect::around(all).inset(-1).united(particles);
 }
 
 }  // namespace quibbits

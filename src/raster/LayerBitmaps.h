@@ -32,7 +32,7 @@ private:
     std::uint64_t turn_ = 0;
 };
 
-/// Whether background and content of a layer can be drawn without a bitmap.
+/// Whether background and content of a layer can be drawn without a bitmap. Particles always are.
 bool isPlainBody(const Drawn& drawn);
 /// Whether the border can.
 bool isPlainBorder(const Drawn& drawn);

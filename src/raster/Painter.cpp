@@ -89,16 +89,18 @@ void Painter::Caches::drawParts(const DrawnLayer& layer, const Canvas& canvas, i
 void Painter::Caches::drawBody(const DrawnLayer& layer, const Canvas& canvas, int opacity) {
     const auto& drawn = layer.drawn;
     if (!isPlainBody(drawn)) {
-        return drawBitmap(canvas, bitmaps.get(layer, Part::body), opacity);
+        drawBitmap(canvas, bitmaps.get(layer, Part::body), opacity);
+    } else {
+        if (drawn.values.background.alpha > 0) {
+            const Rect box = drawn.toDevice.apply(drawn.values.bounds);
+            fillRect(canvas, box, premultiplied(drawn.values.background), opacity);
+        }
+        if (drawn.sprite) {
+            const auto& picture = std::get<Picture>(*drawn.content);
+            drawSprite(canvas, picture.image, *drawn.sprite, opacity);
+        }
     }
-    if (drawn.values.background.alpha > 0) {
-        const Rect box = drawn.toDevice.apply(drawn.values.bounds);
-        fillRect(canvas, box, premultiplied(drawn.values.background), opacity);
-    }
-    if (drawn.sprite) {
-        const auto& picture = std::get<Picture>(*drawn.content);
-        drawSprite(canvas, picture.image, *drawn.sprite, opacity);
-    } else if (const auto* emitter = std::get_if<Emitter>(drawn.content.get())) {
+    if (const auto* emitter = std::get_if<Emitter>(drawn.content.get())) {
         drawParticles(canvas, *emitter, drawn);
     }
 }

@@ -275,6 +275,29 @@ TEST_F(Painting, APictureShrunkToNothingLeavesNothing) {
     }
 }
 
+TEST_F(Painting, AnEmitterHasABoxAndAShadowLikeAnyOther) {
+    surface(12, 12);
+    const EmitterCell cell{
+        .image = Image::fromArgb(2, 2, {red, red, red, red}), .birthRate = 1, .lifetime = 10};
+    const auto layer = add({.bounds = {0, 0, 6, 4},
+                            .position = {6, 6},
+                            .content = Emitter{.cells = {cell}},
+                            .background = Color::rgb(0x0000ff)});
+    paint();
+    EXPECT_EQ(row(3), "............");
+    EXPECT_EQ(row(4), "...bbbbbb...");
+    EXPECT_EQ(row(6), "...bbbbbb...") << "particles start where the layer's origin is";
+    EXPECT_EQ(row(7), "..rrbbbbb...");
+    EXPECT_EQ(row(8), "..rr........");
+    layer->change([](auto& l) {
+        l.shadow = {.color = Color::rgb(0x00ff00), .offset = {3, 0}, .radius = 0, .opacity = 1};
+    });
+    paint();
+    EXPECT_EQ(row(4), "...bbbbbbggg");
+    EXPECT_EQ(row(7), "..rrbbbbbggg") << "a shadow takes no particle away";
+    EXPECT_EQ(row(8), "..rr........");
+}
+
 TEST_F(Painting, GradientsRunUpwardsAndOutwards) {
     surface(11, 11);
     Gradient gradient{.colors = {Color::black(), Color::white()}};
