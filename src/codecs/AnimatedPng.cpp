@@ -3,7 +3,7 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <array>
+#include <cassert>
 #include <string_view>
 
 namespace quibbits {
@@ -11,6 +11,8 @@ namespace quibbits {
 namespace {
 
 using Bytes = std::vector<unsigned char>;
+
+constexpr int mostTicks = 0xffff;  // that the format can give one frame
 
 void put(Bytes& out, std::uint32_t value, int bytes = 4) {
     for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8) {
@@ -41,7 +43,10 @@ AnimatedPngWriter::AnimatedPngWriter(PngInfo size, int framesPerSecond)
     : size_(size), framesPerSecond_(std::max(framesPerSecond, 1)) {}
 
 void AnimatedPngWriter::add(std::span<const std::uint32_t> pixels) {
-    if (!frames_.empty() && std::ranges::equal(pixels, last_)) {
+    assert(pixels.size() ==
+           static_cast<std::size_t>(size_.width) * static_cast<std::size_t>(size_.height));
+    const bool stays = !frames_.empty() && std::ranges::equal(pixels, last_);
+    if (stays && frames_.back().ticks < mostTicks) {
         ++frames_.back().ticks;
         return;
     }
@@ -63,6 +68,7 @@ AnimatedPngWriter::Frame AnimatedPngWriter::encode(std::span<const std::uint32_t
             top = std::min(top, y);
             bottom = std::max(bottom, y + 1);
         }
+        if (right == 0) left = top = 0, right = bottom = 1;  // a frame is never empty
     }
     Bytes raw;
     for (int y = top; y < bottom; ++y) {
@@ -98,7 +104,7 @@ std::vector<std::byte> AnimatedPngWriter::finish() const {
         put(place, static_cast<std::uint32_t>(frame.size.height));
         put(place, static_cast<std::uint32_t>(frame.x));
         put(place, static_cast<std::uint32_t>(frame.y));
-        put(place, static_cast<std::uint32_t>(std::min(frame.ticks, 0xffff)), 2);
+        put(place, static_cast<std::uint32_t>(frame.ticks), 2);
         put(place, static_cast<std::uint32_t>(framesPerSecond_), 2);
         place.insert(place.end(), {0, 0});  // stays, and replaces what is beneath
         putChunk(file, "fcTL", place);
