@@ -42,6 +42,18 @@ std::uint32_t laidOver(std::uint32_t top, std::uint32_t below) {
     return result;
 }
 
+/// The upper left part of a picture, in another size; black where there is none.
+std::vector<std::uint32_t> inSize(std::span<const std::uint32_t> pixels, PngInfo from, PngInfo to) {
+    std::vector<std::uint32_t> fitted;
+    for (int y = 0; y < to.height; ++y) {
+        const int shared = y < from.height ? std::min(from.width, to.width) : 0;
+        const auto row = pixels.begin() + static_cast<std::ptrdiff_t>(y) * from.width;
+        if (shared > 0) fitted.insert(fitted.end(), row, row + shared);
+        fitted.resize(fitted.size() + static_cast<std::size_t>(to.width - shared));
+    }
+    return fitted;
+}
+
 }  // namespace
 
 const std::vector<std::uint32_t>& Camera::shoot(SimulatedComputer& computer) {
@@ -58,7 +70,7 @@ const std::vector<std::uint32_t>& Camera::shoot(SimulatedComputer& computer) {
         std::fill_n(pixels_.begin() + static_cast<std::ptrdiff_t>(y) * shown_.width, shown_.width,
                     mixed(share));
     }
-    drawDesktop(computer, screen.scale);
+    drawDesktop(computer);
     for (SimulatedPanel* panel : computer.shownPanels()) {
         if (panel->isVisible()) drawPanel(*panel, computer);
     }
@@ -66,7 +78,7 @@ const std::vector<std::uint32_t>& Camera::shoot(SimulatedComputer& computer) {
     return pixels_;
 }
 
-void Camera::drawDesktop(const SimulatedComputer& computer, double) {
+void Camera::drawDesktop(const SimulatedComputer& computer) {
     const auto screen = computer.screens.main();
     if (!screen) return;
     if (computer.fileBrowser.icons) {
@@ -154,8 +166,11 @@ Film::Film(std::filesystem::path target, int framesPerSecond, std::optional<Pixe
 void Film::shoot(SimulatedComputer& computer) {
     const auto& pixels = camera_.shoot(computer);
     if (animated_) {
-        if (!writer_) writer_.emplace(camera_.size(), framesPerSecond_);
-        writer_->add(pixels);
+        if (!writer_) {
+            size_ = camera_.size();
+            writer_.emplace(size_, framesPerSecond_);
+        }
+        writer_->add(camera_.size() == size_ ? pixels : inSize(pixels, camera_.size(), size_));
         return;
     }
     std::vector<std::uint32_t> opaque(pixels);

@@ -26,7 +26,7 @@ public:
     PngInfo size() const { return size_; }
 
 private:
-    void drawDesktop(const SimulatedComputer& computer, double scale);
+    void drawDesktop(const SimulatedComputer& computer);
     void fill(Rect frame, std::uint32_t color, const Screen& screen);
     void drawPanel(SimulatedPanel& panel, const SimulatedComputer& computer);
     /// Lays see-through pixels over a part of the picture.
@@ -43,7 +43,8 @@ private:
     std::vector<std::uint32_t> panelPixels_;
 };
 
-/// A film in the making: numbered PNG files in a folder, or one animated picture.
+/// A film in the making: numbered PNG files in a folder, or one animated picture. The animated one
+/// keeps the size of its first frame, whatever becomes of the screen.
 class Film {
 public:
     Film(std::filesystem::path target, int framesPerSecond, std::optional<PixelRect> area);
@@ -60,6 +61,7 @@ private:
     bool animated_;
     Camera camera_;
     std::optional<AnimatedPngWriter> writer_;
+    PngInfo size_;  // of the animated picture
     int count_ = 0;
     bool good_ = true;
 };
