@@ -36,6 +36,11 @@ void SimulatedPanel::orderFront() {
     if (panels_.painting()) follow();
 }
 
+void SimulatedPanel::orderOut() {
+    shown_ = false;
+    wake_.cancel();
+}
+
 void SimulatedPanel::setAlpha(double alpha) {
     alpha_ = alpha;
     const Transaction still(panels_.layers(), Transaction::withoutActions());
@@ -61,6 +66,7 @@ bool SimulatedPanel::takesMouseAt(Point global) const {
 }
 
 void SimulatedPanel::follow() {
+    if (!shown_) return;
     // What changed in this turn is painted together, after it.
     RunLoop& loop = tree.root().engine().runLoop();
     wake_ = loop.timer(0, [this, &loop] {

@@ -25,7 +25,7 @@ public:
     void setFrame(Rect frame) override;
     void setLevel(PanelLevel level) override;
     void orderFront() override;
-    void orderOut() override { shown_ = false; }
+    void orderOut() override;
     bool isVisible() const override { return shown_; }
     void setIgnoresMouse(bool ignores) override { ignoresMouse_ = ignores; }
     void setAlpha(double alpha) override;

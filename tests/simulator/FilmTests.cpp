@@ -61,5 +61,30 @@ TEST_F(Filming, KeepsItsSizeWhenTheScreenChanges) {
     EXPECT_GE(frames, 3);
 }
 
+TEST_F(Filming, AHiddenPanelIsNotFollowed) {
+    const auto made = computer.panels().makePanel({.frame = {0, 0, 100, 100}});
+    auto& panel = static_cast<SimulatedPanel&>(*made);
+    const auto layer = computer.layers.makeLayer(
+        {.bounds = {0, 0, 10, 10}, .position = {50, 50}, .background = Color::white()});
+    panel.root().addSublayer(layer);
+    layer->add({.keyPath = KeyPath::positionX,
+                .motion = BasicMotion{.from = 0.0, .to = 100.0},
+                .timing = {.duration = 1, .repeatCount = forever}},
+               "to and fro");
+    computer.runLoop.advance(1);
+    EXPECT_EQ(panel.frames, 0u) << "it was never shown";
+    panel.orderFront();
+    computer.runLoop.advance(1);
+    EXPECT_GT(panel.repaints, 30u);
+    panel.orderOut();
+    const auto before = panel.frames;
+    layer->setPosition({60, 50});
+    computer.runLoop.advance(1);
+    EXPECT_EQ(panel.frames, before) << "it is hidden";
+    panel.orderFront();
+    computer.runLoop.advance(0.1);
+    EXPECT_GT(panel.frames, before);
+}
+
 }  // namespace
 }  // namespace quibbits
