@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 namespace quibbits {
 
 namespace {
 
 constexpr Seconds pointerSample = 1.0 / 60;
+constexpr Seconds shortestPeriod = 1.0 / 60;
 
 std::string textOf(const Json& fields, std::string_view name, std::string otherwise = {}) {
     const Json* value = fields.find(name);
@@ -59,15 +59,6 @@ DefaultsValue defaultOf(const Json& value) {
     return list;
 }
 
-std::optional<Date> dateOf(const std::string& text) {
-    LocalTime time;
-    int second = 0;
-    const int read = std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d", &time.year, &time.month,
-                                 &time.day, &time.hour, &time.minute, &second);
-    if (read < 3) return std::nullopt;
-    return utcDate(time, second);
-}
-
 }  // namespace
 
 Player::Player(const Scenario& scenario, const Options& options, Resources& resources,
@@ -83,7 +74,7 @@ Player::~Player() {
 
 void Player::begin(const Json& fields) {
     SimulatedComputer::Settings settings{.painting = options_.painting};
-    if (const auto date = dateOf(textOf(fields, "date"))) settings.begin = *date;
+    if (const Json* date = fields.find("date")) settings.begin = dateOf(*date);
     settings.seed = static_cast<std::uint64_t>(numberOf(fields, "seed", 1));
     computer_ = std::make_unique<SimulatedComputer>(settings, resources_, text_);
     const bool expects = std::ranges::any_of(
@@ -219,7 +210,7 @@ bool Player::applyToDesktop(const ScenarioEvent& event) {
     SimulatedComputer& c = *computer_;
     if (event.kind == "screen") {
         c.setScreen({numberOf(fields, "width"), numberOf(fields, "height")},
-                    std::max(numberOf(fields, "scale", 1), 1.0));
+                    numberOf(fields, "scale", 1));
     } else if (event.kind == "screenGone") {
         c.screens.screen.reset();
         c.screens.changed.emit();
@@ -311,9 +302,9 @@ void Player::movePointer(const Json& fields, std::function<void()> then) {
     const Point from = c.pointer.place;
     const Point first = place(fields, "to");
     // A creature that walks is followed; one in the hand goes where the hand goes.
-    const auto target = [this, fields, first] {
-        const Companion* creature = named(textOf(fields, "pet"));
-        return creature && !creature->held ? place(fields, "to") : first;
+    const auto target = [this, shared = std::make_shared<const Json>(fields), first] {
+        const Companion* creature = named(textOf(*shared, "pet"));
+        return creature && !creature->held ? place(*shared, "to") : first;
     };
     const int samples = std::max(static_cast<int>(over / pointerSample), 1);
     for (int i = 1; i <= samples; ++i) {
@@ -382,7 +373,7 @@ void Player::tellPositions(Seconds every) {
         for (const auto& creature : app_->party()) trace_->position(*creature);
     };
     tell();
-    if (every > 0) positions_ = computer_->runLoop.every(every, tell);
+    if (every > 0) positions_ = computer_->runLoop.every(std::max(every, shortestPeriod), tell);
 }
 
 }  // namespace quibbits

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <optional>
+
+#include "sim/VirtualRunLoop.h"
 
 namespace quibbits {
 
@@ -13,22 +17,29 @@ constexpr bool required = true;
 constexpr bool optional = false;
 constexpr std::size_t mostEvents = 1'000'000;
 
+// What the simulated computer can bear.
+constexpr double largest = 1e9;
+constexpr double farthest = 1e6;  // points
+constexpr Seconds longest = 86'400;
+constexpr double largestSide = 8192;  // points
+constexpr double largestScale = 4;
+
 const std::vector<EventSpec>& specs() {
     using enum FieldType;
     static const std::vector<EventSpec> list{
         {"begin",
          "How the computer is when it is switched on. The first line only.",
-         {{"date", text, optional, "local date and time, \"2026-03-02T10:00:00\""},
-          {"seed", wholeNumber, optional, "of all chance; the same seed gives the same life"}}},
+         {{"date", date, optional, "local date and time"},
+          {"seed", count, optional, "of all chance; the same seed gives the same life"}}},
         {"defaults",
          "Writes and deletes user defaults.",
          {{"set", values, optional, "keys and their values"},
           {"remove", texts, optional, "keys to delete"}}},
         {"screen",
          "Changes the screen.",
-         {{"width", number, required, "points"},
-          {"height", number, required, "points"},
-          {"scale", number, optional, "device pixels per point; 1 unless told"}}},
+         {{"width", side, required, ""},
+          {"height", side, required, ""},
+          {"scale", scale, optional, "device pixels per point; 1 unless told"}}},
         {"screenGone", "The screen is disconnected.", {}},
         {"dock",
          "Puts a dock along the bottom of the screen; without a frame it goes away.",
@@ -66,7 +77,7 @@ const std::vector<EventSpec>& specs() {
         {"window",
          "Opens a window in front, or changes one.",
          {{"id", text, required, "the window's name in this scenario"},
-          {"process", wholeNumber, required, "whose window it is"},
+          {"process", count, required, "whose window it is"},
           {"frame", rectangle, required, "global coordinates"},
           {"alpha", number, optional, "its opacity"},
           {"layer", wholeNumber, optional, "0 for ordinary windows"}}},
@@ -74,20 +85,20 @@ const std::vector<EventSpec>& specs() {
         {"front",
          "An application comes to the front.",
          {{"application", text, required, "its id"},
-          {"process", wholeNumber, required, ""},
+          {"process", count, required, ""},
           {"title", text, optional, "of a browser's front window"},
           {"address", text, optional, "of its page, where the browser tells it"}}},
         {"launch",
          "An application starts.",
-         {{"application", text, required, "its id"}, {"process", wholeNumber, required, ""}}},
-        {"terminate", "An application ends.", {{"process", wholeNumber, required, ""}}},
+         {{"application", text, required, "its id"}, {"process", count, required, ""}}},
+        {"terminate", "An application ends.", {{"process", count, required, ""}}},
         {"space", "Another workspace is shown.", {}},
         {"icons",
          "The desktop shows these icons; without a list it does not tell.",
          {{"icons", icons, optional, "in the file manager's order"}}},
         {"battery",
          "The battery's charge; without a level there is no battery.",
-         {{"level", wholeNumber, optional, "percent"},
+         {{"level", count, optional, "percent"},
           {"charging", boolean, optional, "mains power is connected"}}},
         {"heat", "The machine's thermal state.", {{"state", heat, required, ""}}},
         {"network", "The network reports.", {{"online", boolean, required, ""}}},
@@ -132,10 +143,39 @@ const std::vector<EventSpec>& specs() {
     return list;
 }
 
-bool isPair(const Json& value, std::size_t count) {
+bool isNumber(const Json& value, double lowest, double highest) {
+    const auto number = value.number();
+    return number && *number >= lowest && *number <= highest;
+}
+
+bool isWholeNumber(const Json& value, double lowest) {
+    return value.as<std::int64_t>() && isNumber(value, lowest, largest);
+}
+
+bool areCoordinates(const Json& value, std::size_t count) {
     const auto* list = value.as<Json::Array>();
-    return list && list->size() == count &&
-           std::ranges::all_of(*list, [](const Json& v) { return v.number().has_value(); });
+    return list && list->size() == count && std::ranges::all_of(*list, [](const Json& v) {
+               return isNumber(v, -farthest, farthest);
+           });
+}
+
+std::optional<Date> parsedDate(const Json& value) {
+    const auto* text = value.as<std::string>();
+    if (!text) return std::nullopt;
+    LocalTime at;
+    int second = 0;
+    const int read = std::sscanf(text->c_str(), "%4d-%2d-%2dT%2d:%2d:%2d", &at.year, &at.month,
+                                 &at.day, &at.hour, &at.minute, &second);
+    constexpr std::array<std::size_t, 7> lengths{0, 0, 0, 10, 0, 16, 19};  // by what was read
+    if (read < 3 || text->size() != lengths[static_cast<std::size_t>(read)]) return std::nullopt;
+    using namespace std::chrono;
+    const year_month_day day{year{at.year}, month{static_cast<unsigned>(at.month)},
+                             std::chrono::day{static_cast<unsigned>(at.day)}};
+    const auto isBelow = [](int part, int limit) { return part >= 0 && part < limit; };
+    if (!day.ok() || !isBelow(at.hour, 24) || !isBelow(at.minute, 60) || !isBelow(second, 60)) {
+        return std::nullopt;
+    }
+    return utcDate(at, second);
 }
 
 template <typename Check>
@@ -148,7 +188,7 @@ bool isText(const Json& value) {
     return value.as<std::string>() != nullptr;
 }
 bool isRectangle(const Json& value) {
-    return isPair(value, 4) && rectOf(value).width >= 0 && rectOf(value).height >= 0;
+    return areCoordinates(value, 4) && rectOf(value).width >= 0 && rectOf(value).height >= 0;
 }
 
 bool isDefault(const Json& value) {
@@ -172,12 +212,16 @@ bool isOneOf(const Json& value, std::initializer_list<std::string_view> words) {
 
 bool matches(const Json& value, FieldType type) {
     switch (type) {
-        case FieldType::number: return value.number().has_value();
-        case FieldType::wholeNumber: return value.as<std::int64_t>() != nullptr;
-        case FieldType::duration: return value.number().value_or(-1) >= 0;
+        case FieldType::number: return isNumber(value, -largest, largest);
+        case FieldType::wholeNumber: return isWholeNumber(value, -largest);
+        case FieldType::count: return isWholeNumber(value, 0);
+        case FieldType::duration: return isNumber(value, 0, longest);
+        case FieldType::side: return isNumber(value, 1, largestSide);
+        case FieldType::scale: return isNumber(value, 1, largestScale);
+        case FieldType::date: return parsedDate(value).has_value();
         case FieldType::boolean: return value.as<bool>() != nullptr;
         case FieldType::text: return isText(value);
-        case FieldType::point: return isPair(value, 2);
+        case FieldType::point: return areCoordinates(value, 2);
         case FieldType::rectangle: return isRectangle(value);
         case FieldType::texts: return all(value, isText);
         case FieldType::booleans:
@@ -252,7 +296,11 @@ std::string_view describe(FieldType type) {
     switch (type) {
         case FieldType::number: return "a number";
         case FieldType::wholeNumber: return "a whole number";
-        case FieldType::duration: return "seconds, 0 or more";
+        case FieldType::count: return "a whole number, 0 or more";
+        case FieldType::duration: return "seconds, 0 to 86400";
+        case FieldType::side: return "a number of points, 1 to 8192";
+        case FieldType::scale: return "a number from 1 to 4";
+        case FieldType::date: return "a date such as \"2026-03-02T10:00:00\"";
         case FieldType::boolean: return "true or false";
         case FieldType::text: return "a text";
         case FieldType::point: return "[x, y]";
@@ -300,6 +348,10 @@ std::variant<Scenario, ScenarioError> parseScenario(std::string_view text) {
 Point pointOf(const Json& value) {
     const auto& list = *value.as<Json::Array>();
     return {*list[0].number(), *list[1].number()};
+}
+
+Date dateOf(const Json& value) {
+    return *parsedDate(value);
 }
 
 Rect rectOf(const Json& value) {

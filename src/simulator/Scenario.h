@@ -10,17 +10,21 @@
 #include <vector>
 
 #include "codecs/Json.h"
-#include "platform/Geometry.h"
+#include "platform/Date.h"
 
 namespace quibbits {
 
 enum class FieldType {
-    number,
-    wholeNumber,
-    duration,  // a number of seconds, not negative
+    number,       // up to a thousand million either way, as all that follow
+    wholeNumber,  // as is the next
+    count,        // not negative
+    duration,     // a number of seconds, up to a day
+    side,         // of a screen, in points
+    scale,        // device pixels per point
+    date,         // "2026-03-02", with or without "T10:00" or "T10:00:30"
     boolean,
     text,
-    point,      // [x, y]
+    point,      // [x, y], up to a million points away
     rectangle,  // [x, y, width, height], the sizes not negative
     texts,      // a list of texts
     booleans,   // a list of true and false
@@ -69,5 +73,7 @@ std::variant<Scenario, ScenarioError> parseScenario(std::string_view text);
 // Fields that parseScenario has checked.
 Point pointOf(const Json& value);
 Rect rectOf(const Json& value);
+/// The local date and time, as if it were UTC.
+Date dateOf(const Json& value);
 
 }  // namespace quibbits

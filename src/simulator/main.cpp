@@ -1,12 +1,15 @@
 // quibbits-sim: the real program on a simulated computer, in virtual time.
 
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "desktop/files/DiskResources.h"
@@ -84,7 +87,7 @@ std::optional<double> number(const std::string& text) {
     double value = 0;
     const char* end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, value);
-    if (result.ec != std::errc{} || result.ptr != end) return std::nullopt;
+    if (result.ec != std::errc{} || result.ptr != end || !std::isfinite(value)) return std::nullopt;
     return value;
 }
 

@@ -31,6 +31,15 @@ TEST(AScenario, ThatIsMalformedIsRefusedWithItsLineAndTheReason) {
              {"{\"at\":0,\"event\":\"dock\",\"frame\":[0,0,-1,4]}", 1, "\"frame\" of \"dock\""},
              {"{\"at\":0,\"event\":\"defaults\",\"set\":{\"a\":[1]}}", 1, "\"set\""},
              {"{\"at\":0,\"event\":\"space\"}\n{\"at\":0,\"event\":\"begin\"}", 2, "first line"},
+             {R"({"at":0,"event":"begin","date":"yesterday"})", 1, "\"date\" of \"begin\""},
+             {R"({"at":0,"event":"begin","date":"2026-13-01"})", 1, "\"date\" of \"begin\""},
+             {R"({"at":0,"event":"begin","seed":-1})", 1, "\"seed\" of \"begin\""},
+             {R"({"at":0,"event":"screen","width":1e9,"height":9})", 1, "\"width\" of \"screen\""},
+             {R"({"at":0,"event":"screen","width":9,"height":0})", 1, "\"height\" of \"screen\""},
+             {R"({"at":0,"event":"pointer","to":[1e300,0]})", 1, "\"to\" of \"pointer\""},
+             {R"({"at":0,"event":"pointer","to":[1,0],"over":1e300})", 1, "\"over\""},
+             {R"({"at":0,"event":"battery","level":1e18})", 1, "\"level\""},
+             {R"({"at":0,"event":"clock","by":1e300})", 1, "\"by\""},
          }) {
         const auto parsed = parseScenario(text);
         const auto* error = std::get_if<ScenarioError>(&parsed);
@@ -49,7 +58,11 @@ TEST(AScenario, MayUseEveryEventThatItsHelpTellsOf) {
             switch (field.type) {
                 case FieldType::number:
                 case FieldType::duration: line.emplace_back(field.name, 1.5); break;
-                case FieldType::wholeNumber: line.emplace_back(field.name, 1); break;
+                case FieldType::wholeNumber:
+                case FieldType::count: line.emplace_back(field.name, 1); break;
+                case FieldType::side: line.emplace_back(field.name, 300); break;
+                case FieldType::scale: line.emplace_back(field.name, 2); break;
+                case FieldType::date: line.emplace_back(field.name, "2026-03-02T10:00"); break;
                 case FieldType::boolean: line.emplace_back(field.name, true); break;
                 case FieldType::text: line.emplace_back(field.name, "a"); break;
                 case FieldType::point: line.emplace_back(field.name, Json::Array{1.0, 2.0}); break;
