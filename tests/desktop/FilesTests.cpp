@@ -33,6 +33,16 @@ TEST(TheDesktopFolder, IsTheOneThatTheUsersListNames) {
     setenv("HOME", home.c_str(), 1);
 }
 
+TEST(TheDesktopFolder, IsTheHomeOfWhoHasNoOtherAndNeverEndsInASlash) {
+    TemporaryFolder folder;
+    setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1);
+    write(folder / "config/user-dirs.dirs", "XDG_DESKTOP_DIR=\"$HOME/\"\n");
+    std::string home = getenv("HOME");
+    while (home.ends_with('/')) home.pop_back();
+    EXPECT_EQ(DiskFiles(folder / "Trash").desktopFolder(), home);
+    unsetenv("XDG_CONFIG_HOME");
+}
+
 struct TrashTest : testing::Test {
     TemporaryFolder folder;
     fs::path trash = folder / "data/Trash";

@@ -129,7 +129,7 @@ bool writeInfo(const fs::path& info, const std::string& text) {
 }  // namespace
 
 DiskFiles::DiskFiles(fs::path trash)
-    : trash_(std::move(trash)), desktop_(quibbits::desktopFolder().lexically_normal()) {}
+    : trash_(std::move(trash)), desktop_(quibbits::desktopFolder()) {}
 
 fs::path DiskFiles::homeTrash() {
     return dataFolder() / "Trash";

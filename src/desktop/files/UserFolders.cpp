@@ -1,7 +1,8 @@
 #include "desktop/files/UserFolders.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <string>
+#include <string_view>
 
 #include "desktop/files/WholeFile.h"
 
@@ -16,6 +17,11 @@ constexpr std::size_t longestList = 64 * 1024;
 fs::path home() {
     const char* home = std::getenv("HOME");
     return home && home[0] ? home : "/";
+}
+
+fs::path withoutEndingSlash(fs::path folder) {
+    folder = folder.lexically_normal();
+    return folder.has_filename() ? folder : folder.parent_path();
 }
 
 fs::path folder(const char* variable, const char* atHome) {
@@ -45,10 +51,11 @@ fs::path desktopFolder() {
         at = end + 1;
         if (!line.starts_with(key)) continue;
         line = line.substr(key.size(), line.rfind('"') - key.size());
-        if (line.starts_with(atHome)) return home() / line.substr(atHome.size());
-        if (line.starts_with('/')) return line;
+        if (line.starts_with(atHome))
+            return withoutEndingSlash(home() / line.substr(atHome.size()));
+        if (line.starts_with('/')) return withoutEndingSlash(line);
     }
-    return home() / "Desktop";
+    return withoutEndingSlash(home() / "Desktop");
 }
 
 }  // namespace quibbits

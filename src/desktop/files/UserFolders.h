@@ -10,7 +10,8 @@ namespace quibbits {
 std::filesystem::path configFolder();
 /// $XDG_DATA_HOME, or ~/.local/share.
 std::filesystem::path dataFolder();
-/// The folder that the desktop shows: what the user's list of folders names, else ~/Desktop.
+/// The folder that the desktop shows, without a slash at its end: what the user's list of folders
+/// names, else ~/Desktop.
 std::filesystem::path desktopFolder();
 
 }  // namespace quibbits
