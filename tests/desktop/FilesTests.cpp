@@ -8,6 +8,7 @@
 #include "desktop/files/DiskFiles.h"
 #include "desktop/files/DiskResources.h"
 #include "desktop/files/UserFolders.h"
+#include "desktop/files/WholeFile.h"
 
 namespace quibbits {
 namespace {
@@ -41,6 +42,13 @@ TEST(TheDesktopFolder, IsTheHomeOfWhoHasNoOtherAndNeverEndsInASlash) {
     while (home.ends_with('/')) home.pop_back();
     EXPECT_EQ(DiskFiles(folder / "Trash").desktopFolder(), home);
     unsetenv("XDG_CONFIG_HOME");
+}
+
+TEST(AWholeFile, ThatCannotTakeItsPlaceLeavesNothingBeside) {
+    TemporaryFolder folder;
+    fs::create_directories(folder / "taken/by a folder");
+    EXPECT_FALSE(writeWholeFile(folder / "taken", "text"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder / ""), {}), 1);
 }
 
 struct TrashTest : testing::Test {

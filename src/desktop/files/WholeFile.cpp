@@ -54,18 +54,16 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& file, std:
 bool writeWholeFile(const std::filesystem::path& file, std::string_view bytes) {
     const auto fresh = file.native() + ".new";
     const auto folder = file.parent_path();
-    {
-        const FileDescriptor out(
-            open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
-        if (!out) return false;
-        if (!writeAll(out.get(), bytes) || fsync(out.get()) != 0) {
-            const int reason = errno;
-            unlink(fresh.c_str());
-            errno = reason;
-            return false;
-        }
+    const FileDescriptor out(
+        open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (!out) return false;
+    if (!writeAll(out.get(), bytes) || fsync(out.get()) != 0 ||
+        rename(fresh.c_str(), file.c_str()) != 0) {
+        const int reason = errno;
+        unlink(fresh.c_str());
+        errno = reason;
+        return false;
     }
-    if (rename(fresh.c_str(), file.c_str()) != 0) return false;
     const FileDescriptor directory(
         open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (directory) fsync(directory.get());
