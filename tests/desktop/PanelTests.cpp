@@ -252,6 +252,20 @@ TEST_F(PanelTest, WithoutACompositorThePanelIsCutToWhatIsDrawn) {
     EXPECT_TRUE(shows(298, down(330), white)) << "the panel turned black";
 }
 
+TEST_F(PanelTest, AServerThatLacksAnExtensionShowsTheCreatureAllTheSame) {
+    for (const char* lacking : {"XFIXES", "RANDR", "MIT-SHM"}) {
+        SCOPED_TRACE(lacking);
+        desktop = std::make_unique<VirtualDesktop>(std::vector<std::string>{"-extension", lacking});
+        other = std::make_unique<OtherProgram>(desktop->display());
+        showPanel();
+        EXPECT_TRUE(shows(330, down(330), red));
+        EXPECT_FALSE(connection->ended());
+        creature.reset();
+        panel.reset();
+        disconnect();
+    }
+}
+
 TEST_F(PanelTest, AnotherScreenSizeIsFollowed) {
     desktop->startWindowManager();
     desktop->startCompositor();

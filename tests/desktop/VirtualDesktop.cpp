@@ -51,12 +51,14 @@ std::string VirtualDesktop::missingTool() {
     return {};
 }
 
-VirtualDesktop::VirtualDesktop() {
+VirtualDesktop::VirtualDesktop(const std::vector<std::string>& arguments) {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-    server_ = start({"Xvfb", "-displayfd", "3", "-screen", "0", "1280x800x24", "-nolisten", "tcp",
-                     "-noreset", "+extension", "Composite", "+extension", "RANDR"},
-                    ends[1]);
+    std::vector<std::string> command{"Xvfb",        "-displayfd", "3",    "-screen",  "0",
+                                     "1280x800x24", "-nolisten",  "tcp",  "-noreset", "+extension",
+                                     "Composite",   "+extension", "RANDR"};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    server_ = start(command, ends[1]);
     ::close(ends[1]);
     char digit = 0;
     display_ = ":";

@@ -15,7 +15,8 @@ namespace quibbits {
 
 class VirtualDesktop {
 public:
-    VirtualDesktop();
+    /// The server's further arguments, such as an extension that it shall lack.
+    explicit VirtualDesktop(const std::vector<std::string>& arguments = {});
     ~VirtualDesktop();
     VirtualDesktop(const VirtualDesktop&) = delete;
     VirtualDesktop& operator=(const VirtualDesktop&) = delete;

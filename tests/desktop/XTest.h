@@ -35,6 +35,14 @@ struct XTest : testing::Test {
         panels = std::make_unique<x11::XPanels>(*connection, *screens, *pointer, *engine);
     }
 
+    void disconnect() {
+        panels.reset();
+        engine.reset();
+        pointer.reset();
+        screens.reset();
+        connection.reset();
+    }
+
     /// Turns the loop until the condition holds; false when it never does.
     bool eventually(const std::function<bool()>& condition, Seconds longest = 3) {
         const Instant end = loop.now() + longest;

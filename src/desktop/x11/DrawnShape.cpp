@@ -54,12 +54,13 @@ DrawnShape::~DrawnShape() {
 }
 
 void DrawnShape::setActive(bool active, xcb_window_t window) {
+    if (!connection_.xfixes) return;
     auto* xcb = connection_.xcb();
     if (region_) {
         xcb_xfixes_destroy_region(xcb, region_);
         region_ = 0;
     }
-    if (active && connection_.xfixes) {
+    if (active) {
         region_ = xcb_generate_id(xcb);
         xcb_xfixes_create_region(xcb, region_, 0, nullptr);
     }

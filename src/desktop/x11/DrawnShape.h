@@ -19,7 +19,8 @@ public:
     DrawnShape(const DrawnShape&) = delete;
     DrawnShape& operator=(const DrawnShape&) = delete;
 
-    /// Cuts the window to an outline that is empty at first, or leaves it whole.
+    /// Cuts the window to an outline that is empty at first, or leaves it whole, as it stays on a
+    /// server that lacks what this takes.
     void setActive(bool active, xcb_window_t window);
     bool isActive() const { return region_ != 0; }
     /// The pixels that were drawn in the area, row after row.
