@@ -413,5 +413,21 @@ TEST_F(DragTest, FilesAndItemsAreDroppedWhereTheCoreTakesThem) {
     EXPECT_EQ(dropped.size(), 2u);
 }
 
+TEST_F(DragTest, APanelMayEndAtADrop) {
+    desktop->startWindowManager();
+    showPanel();
+    turnFor(0.3);
+    panel->onDragOver = [](const DragInfo&) { return true; };
+    panel->onDrop = [&](const DragInfo&) {
+        panel.reset();
+        return true;
+    };
+    begin({"text/uri-list"});
+    EXPECT_TRUE(moveTo(330, down(330)));
+    other->message(target, "XdndDrop", {source, 0, 0});
+    EXPECT_EQ(answer("XdndFinished"), 1u);
+    EXPECT_FALSE(panel);
+}
+
 }  // namespace
 }  // namespace quibbits

@@ -152,16 +152,22 @@ void Connection::deliver(const xcb_generic_event_t& event) {
     if (found != listeners_.end()) found->second.emit(event);
 }
 
+void Connection::message(const Message& message, std::array<std::uint32_t, 5> data) {
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = message.about;
+    event.type = atom(message.type);
+    std::memcpy(event.data.data32, data.data(), sizeof data);
+    xcb_send_event(xcb_, 0, message.to, message.mask, reinterpret_cast<const char*>(&event));
+}
+
 void Connection::messageRoot(xcb_window_t window, Atom type, std::array<std::uint32_t, 5> data) {
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = atom(type);
-    std::memcpy(message.data.data32, data.data(), sizeof data);
-    xcb_send_event(xcb_, 0, root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&message));
+    message({.to = root(),
+             .about = window,
+             .type = type,
+             .mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT},
+            data);
 }
 
 }  // namespace quibbits::x11

@@ -75,7 +75,15 @@ public:
 
     /// Takes in every event that has arrived and sends what is buffered.
     void dispatch();
-    /// Sends an event to the root window, where window managers take their requests.
+    struct Message {
+        xcb_window_t to = 0;
+        xcb_window_t about = 0;
+        Atom type{};
+        std::uint32_t mask = 0;  // of who hears it; 0 for the window's own program
+    };
+    /// Sends five words to a window.
+    void message(const Message& message, std::array<std::uint32_t, 5> data);
+    /// Asks the window manager for something, by way of the root window.
     void messageRoot(xcb_window_t window, Atom type, std::array<std::uint32_t, 5> data);
 
     /// The server is gone.

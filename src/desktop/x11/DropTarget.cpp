@@ -1,7 +1,7 @@
 #include "desktop/x11/DropTarget.h"
 
 #include <algorithm>
-#include <cstring>
+#include <utility>
 
 #include "desktop/x11/DropData.h"
 #include "desktop/x11/Properties.h"
@@ -11,6 +11,16 @@ namespace {
 
 constexpr std::uint32_t protocolVersion = 5;
 constexpr std::size_t longestItemName = 256;
+
+xcb_atom_t actionFor(const Connection& connection, bool taken) {
+    constexpr xcb_atom_t none = XCB_NONE;
+    return taken ? connection.atom(Atom::dndActionCopy) : none;
+}
+
+void tellFinished(Connection& connection, xcb_window_t source, xcb_window_t target, bool taken) {
+    connection.message({.to = source, .about = source, .type = Atom::dndFinished},
+                       {target, taken ? 1u : 0u, actionFor(connection, taken)});
+}
 
 }  // namespace
 
@@ -65,12 +75,13 @@ void DropTarget::moved(const std::uint32_t* data) {
     wouldTake_ = (offersFiles_ || offersItem_) && over_(drag_);
     constexpr std::uint32_t accept = 1;
     constexpr std::uint32_t tellEveryMove = 2;
-    tellSource(Atom::dndStatus,
-               {window_, (wouldTake_ ? accept : 0) | tellEveryMove, 0, 0, actionFor(wouldTake_)});
+    connection_.message({.to = source_, .about = source_, .type = Atom::dndStatus},
+                        {window_, (wouldTake_ ? accept : 0) | tellEveryMove, 0, 0,
+                         actionFor(connection_, wouldTake_)});
 }
 
 void DropTarget::dropped(const std::uint32_t* data) {
-    if (!wouldTake_) return finish(false);
+    if (!wouldTake_) return refuse();
     dropping_ = true;
     request(offersItem_ ? Atom::privateItem : Atom::uriList, data[2]);
 }
@@ -96,27 +107,23 @@ void DropTarget::received(const xcb_selection_notify_event_t& event) {
     } else if (event.target == connection_.atom(Atom::uriList)) {
         drag_.files = filesOfUriList(transfer.text());
     }
-    if (dropping_) finish(drop_(drag_));
+    if (dropping_) take();
 }
 
-xcb_atom_t DropTarget::actionFor(bool taken) const {
-    constexpr xcb_atom_t none = XCB_NONE;
-    return taken ? connection_.atom(Atom::dndActionCopy) : none;
-}
-
-void DropTarget::finish(bool taken) {
-    tellSource(Atom::dndFinished, {window_, taken ? 1u : 0u, actionFor(taken)});
+/// Whoever takes the drop may end the window with it, and this.
+void DropTarget::take() {
+    Connection& connection = connection_;
+    const xcb_window_t window = window_;
+    const xcb_window_t source = source_;
+    const Drag drag = std::move(drag_);
+    const Ask drop = drop_;
     forget();
+    tellFinished(connection, source, window, drop(drag));
 }
 
-void DropTarget::tellSource(Atom type, std::array<std::uint32_t, 5> data) {
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = source_;
-    message.type = connection_.atom(type);
-    std::memcpy(message.data.data32, data.data(), sizeof data);
-    xcb_send_event(connection_.xcb(), 0, source_, 0, reinterpret_cast<const char*>(&message));
+void DropTarget::refuse() {
+    tellFinished(connection_, source_, window_, false);
+    forget();
 }
 
 void DropTarget::forget() {

@@ -20,7 +20,8 @@ public:
     };
     using Ask = std::function<bool(const Drag&)>;
 
-    /// `over` says whether a drop would be taken, `drop` takes it. Both come from the run loop.
+    /// `over` says whether a drop would be taken, `drop` takes it. Both come from the run loop, and
+    /// `drop` may end this.
     DropTarget(Connection& connection, xcb_window_t window, Ask over, Ask drop);
 
 private:
@@ -30,9 +31,8 @@ private:
     void dropped(const std::uint32_t* data);
     void received(const xcb_selection_notify_event_t& event);
     void request(Atom type, std::uint32_t time);
-    xcb_atom_t actionFor(bool taken) const;
-    void finish(bool taken);
-    void tellSource(Atom type, std::array<std::uint32_t, 5> data);
+    void take();
+    void refuse();
     void forget();
 
     Connection& connection_;

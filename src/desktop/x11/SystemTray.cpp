@@ -162,15 +162,8 @@ void SystemTray::dock() {
     setProperty(connection_, window_, info, info, {{protocol, mayBeShown}});
 
     constexpr std::uint32_t requestDock = 0;
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = manager_;
-    message.type = connection_.atom(Atom::trayRequest);
-    message.data.data32[0] = XCB_CURRENT_TIME;
-    message.data.data32[1] = requestDock;
-    message.data.data32[2] = window_;
-    xcb_send_event(xcb, 0, manager_, 0, reinterpret_cast<const char*>(&message));
+    connection_.message({.to = manager_, .about = manager_, .type = Atom::trayRequest},
+                        {XCB_CURRENT_TIME, requestDock, window_});
     xcb_flush(xcb);
 }
 

@@ -43,8 +43,8 @@ XPanel::XPanel(XPanels& panels, const Panels::Spec& spec)
     if (spec.acceptsDrops) {
         drops_.emplace(
             connection_, window_.id(),
-            [this](const auto& drag) { return onDragOver && onDragOver(dragInfo(drag)); },
-            [this](const auto& drag) { return onDrop && onDrop(dragInfo(drag)); });
+            [this](const auto& drag) { return ask(onDragOver, dragInfo(drag)); },
+            [this](const auto& drag) { return ask(onDrop, dragInfo(drag)); });
     }
     listen();
 }
@@ -282,6 +282,11 @@ void XPanel::pointerMoved() {
 /// The listener may end this panel: it is the last to be called.
 void XPanel::tell(std::function<void()> listener) {
     if (listener) listener();
+}
+
+/// As may this one.
+bool XPanel::ask(std::function<bool(const DragInfo&)> listener, const DragInfo& drag) {
+    return listener && listener(drag);
 }
 
 void XPanel::buttonPressed(const xcb_button_press_event_t& event) {

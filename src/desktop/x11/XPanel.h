@@ -63,6 +63,7 @@ private:
     void buttonReleased(const xcb_button_press_event_t& event);
     void pointerMoved() override;
     static void tell(std::function<void()> listener);
+    static bool ask(std::function<bool(const DragInfo&)> listener, const DragInfo& drag);
     void listen();
 
     void frameSoon();
