@@ -37,7 +37,6 @@ public:
 
     bool operator==(const Json&) const = default;
 
-    bool isNull() const { return std::holds_alternative<std::monostate>(value_); }
     /// The value when it has exactly that type, else null.
     template <typename T>
     const T* as() const {

@@ -91,9 +91,6 @@ public:
     void setPosition(Point p) {
         change([&](auto& l) { l.position = p; });
     }
-    void setBounds(Rect r) {
-        change([&](auto& l) { l.bounds = r; });
-    }
     /// Bounds of the rectangle's size and a position that puts the layer there, as long as its
     /// transform is plain.
     void setFrame(Rect r);

@@ -2,8 +2,6 @@
 
 #include <numbers>
 
-#include "layers/PathMeasure.h"
-
 namespace quibbits {
 
 namespace {
@@ -132,10 +130,6 @@ Rect Path::bounds() const {
         if (element.verb == Verb::cubic) reach(element.control2);
     }
     return {low.x, low.y, high.x - low.x, high.y - low.y};
-}
-
-Point Path::at(double share) const {
-    return PathMeasure(*this).at(share);
 }
 
 }  // namespace quibbits

@@ -38,10 +38,6 @@ public:
     Rect bounds() const;
     bool operator==(const Path&) const = default;
 
-    /// Where one is after a share of the way, 0 to 1. The elements share the way by their length;
-    /// within an element the curve's own parameter runs evenly, as the gravity of a jump does.
-    Point at(double share) const;
-
 private:
     std::vector<Element> elements_;
 };

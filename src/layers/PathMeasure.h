@@ -12,9 +12,10 @@ class PathMeasure {
 public:
     explicit PathMeasure(const Path& path);
 
-    /// Where one is after a share of the way; before 0 the start, after 1 the end.
+    /// Where one is after a share of the way; before 0 the start, after 1 the end. The elements
+    /// share the way by their length; within an element the curve's own parameter runs evenly, as
+    /// the gravity of a jump does.
     Point at(double share) const;
-    double length() const { return length_; }
 
 private:
     struct Piece {

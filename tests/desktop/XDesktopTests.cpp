@@ -34,7 +34,7 @@ TEST_F(XDesktop, AStillPointerWakesNobodyAndEveryMoveIsTold) {
     eventually([&] { return loop.now() > start + 1; });
     EXPECT_GE(moved, 8);
     EXPECT_LE(moved, 13) << "ten a second are enough far from everything";
-    pointer->setAttentive(true);
+    pointer->setPace(this, x11::Pace::quick);
     moved = 0;
     turnFor(0.5);
     EXPECT_GE(moved, 20);

@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "dial/DialShape.h"
+#include "layers/PathMeasure.h"
 
 namespace quibbits {
 namespace {
@@ -49,7 +50,7 @@ bool goesAround(const std::vector<Point>& line, Point p) {
 std::vector<Point> outlinePoints() {
     std::vector<Point> line;
     constexpr int count = 1500;
-    const Path outline = DialShape::outline();
+    const PathMeasure outline(DialShape::outline());
     for (int i = 0; i < count; ++i) line.push_back(outline.at(static_cast<double>(i) / count));
     return line;
 }

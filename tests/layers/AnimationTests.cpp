@@ -5,6 +5,7 @@
 #include "layers/AnimationList.h"
 #include "layers/LayerEngine.h"
 #include "layers/ManualRunLoop.h"
+#include "layers/PathMeasure.h"
 
 namespace quibbits {
 namespace {
@@ -150,7 +151,7 @@ TEST_F(Animations, APathIsWalkedByTheLengthOfItsPieces) {
     EXPECT_NEAR(distance(at(3), {30, 0}), 0, 1e-9);
     EXPECT_NEAR(distance(at(3.9), {30, 9}), 0, 1e-9);
     // Along one curve its own parameter runs evenly, so the height of a jump is gravity's.
-    EXPECT_EQ(Path::quad({0, 0}, {8, 0}, {4, 16}).at(0.25), (Point{2, 6}));
+    EXPECT_EQ(PathMeasure(Path::quad({0, 0}, {8, 0}, {4, 16})).at(0.25), (Point{2, 6}));
 }
 
 TEST_F(Animations, AGroupRunsItsPartsAndCutsThemAtItsEnd) {

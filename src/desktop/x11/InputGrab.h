@@ -18,8 +18,6 @@ public:
     /// the pointer. The window must be shown.
     bool take(xcb_window_t window);
     void release();
-    /// The server took the pointer back, as it does from a window that vanishes.
-    void lost() { holds_ = false; }
     explicit operator bool() const { return holds_; }
 
 private:

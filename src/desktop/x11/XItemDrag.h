@@ -28,7 +28,6 @@ public:
 private:
     void showPicture(const ItemDrag& drag);
     void listen();
-    void takeInput();
     void pointerMoved() override;
     void move();
     void drop();

@@ -124,16 +124,16 @@ Seconds XPointer::untouched() const {
 
 PointerPicture XPointer::picture() const {
     if (!connection_.xfixes) return {};
-    const auto asked = xcb_xfixes_get_cursor_image(connection_.xcb());
-    const Owned<xcb_xfixes_get_cursor_image_reply_t> reply(
-        xcb_xfixes_get_cursor_image_reply(connection_.xcb(), asked, nullptr));
-    if (!reply) return {};
-    const std::uint32_t* pixels = xcb_xfixes_get_cursor_image_cursor_image(reply.get());
-    const int count = xcb_xfixes_get_cursor_image_cursor_image_length(reply.get());
+    auto* xcb = connection_.xcb();
+    const auto cursor =
+        reply(xcb, xcb_xfixes_get_cursor_image_reply, xcb_xfixes_get_cursor_image(xcb));
+    if (!cursor) return {};
+    const std::uint32_t* pixels = xcb_xfixes_get_cursor_image_cursor_image(cursor.get());
+    const int count = xcb_xfixes_get_cursor_image_cursor_image_length(cursor.get());
     const double scale = screens_.coordinates().scale;
-    return {Image::fromArgb(reply->width, reply->height, {pixels, pixels + count}),
-            {reply->width / scale, reply->height / scale},
-            {reply->xhot / scale, reply->yhot / scale}};
+    return {Image::fromArgb(cursor->width, cursor->height, {pixels, pixels + count}),
+            {cursor->width / scale, cursor->height / scale},
+            {cursor->xhot / scale, cursor->yhot / scale}};
 }
 
 bool XPointer::setHidden(bool hidden) {
@@ -149,11 +149,6 @@ bool XPointer::setHidden(bool hidden) {
     return true;
 }
 
-void XPointer::setAttentive(bool attentive) {
-    attentive_ = attentive;
-    if (asking_ && askingInterval_ != interval()) startAsking();
-}
-
 void XPointer::setPace(const void* who, Pace pace) {
     if (pace == Pace::calm) {
         paces_.erase(who);
@@ -164,7 +159,7 @@ void XPointer::setPace(const void* who, Pace pace) {
 }
 
 Seconds XPointer::interval() const {
-    Pace pace = attentive_ || buttons_.any() ? Pace::quick : Pace::calm;
+    Pace pace = buttons_.any() ? Pace::quick : Pace::calm;
     for (const auto& [who, wish] : paces_) pace = std::max(pace, wish);
     return intervalOf(pace);
 }

@@ -44,8 +44,6 @@ public:
     bool setHidden(bool hidden) override;
     PointerPicture picture() const override;
 
-    /// Somebody watches the pointer closely, as a creature does that follows it.
-    void setAttentive(bool attentive);
     /// The pace that somebody needs; the quickest wish counts.
     void setPace(const void* who, Pace pace);
 
@@ -80,7 +78,6 @@ private:
     const XScreens& screens_;
     PointerOwner* owner_ = nullptr;
     bool listening_ = false;  // for raw motion; otherwise asking
-    bool attentive_ = false;
     bool hidden_ = false;
     std::map<const void*, Pace> paces_;
     Timer asking_;
