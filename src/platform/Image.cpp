@@ -15,14 +15,7 @@ bool fits(int width, int height, std::size_t count) {
 
 Image Image::fromArgb(int width, int height, std::vector<Argb> pixels) {
     if (!fits(width, height, pixels.size())) return {};
-    auto store = std::make_shared<Store>();
-    store->width = width;
-    store->colors = std::move(pixels);
-    Image image;
-    image.store_ = std::move(store);
-    image.width_ = width;
-    image.height_ = height;
-    return image;
+    return of({.width = width, .colors = std::move(pixels), .indices = {}}, height);
 }
 
 Image Image::fromPalette(int width, int height, std::vector<std::uint8_t> indices,
@@ -30,14 +23,15 @@ Image Image::fromPalette(int width, int height, std::vector<std::uint8_t> indice
     if (!fits(width, height, indices.size())) return {};
     const std::size_t used = 1u + *std::max_element(indices.begin(), indices.end());
     if (palette.size() < used) palette.resize(used, 0);
-    auto store = std::make_shared<Store>();
-    store->width = width;
-    store->indices = std::move(indices);
-    store->colors = std::move(palette);
+    return of({.width = width, .colors = std::move(palette), .indices = std::move(indices)},
+              height);
+}
+
+Image Image::of(Store store, int height) {
     Image image;
-    image.store_ = std::move(store);
-    image.width_ = width;
+    image.width_ = store.width;
     image.height_ = height;
+    image.store_ = std::make_shared<const Store>(std::move(store));
     return image;
 }
 

@@ -53,6 +53,8 @@ private:
             return indices.empty() ? colors[i] : colors[indices[i]];
         }
     };
+    static Image of(Store store, int height);
+
     std::shared_ptr<const Store> store_;
     int left_ = 0;
     int top_ = 0;

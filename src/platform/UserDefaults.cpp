@@ -4,24 +4,19 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/Overloaded.h"
+
 namespace quibbits {
 
 namespace {
 
-template <typename... F>
-struct Overloaded : F... {
-    using F::operator()...;
-};
-template <typename... F>
-Overloaded(F...) -> Overloaded<F...>;  // clang 14 does not deduce aggregates
-
-std::string_view trimmed(std::string_view text) {
+std::string_view withoutLeadingBlanks(std::string_view text) {
     const auto first = text.find_first_not_of(" \t\r\n");
     return first == std::string_view::npos ? std::string_view{} : text.substr(first);
 }
 
 bool meansYes(std::string_view text) {
-    text = trimmed(text);
+    text = withoutLeadingBlanks(text);
     if (!text.empty() && (text.front() == '+' || text.front() == '-')) text.remove_prefix(1);
     const auto digit = text.find_first_not_of('0');
     if (digit == std::string_view::npos) return false;
@@ -30,7 +25,7 @@ bool meansYes(std::string_view text) {
 }
 
 double leadingNumber(std::string_view text) {
-    text = trimmed(text);
+    text = withoutLeadingBlanks(text);
     if (text.starts_with("+-")) return 0;
     if (text.starts_with('+')) text.remove_prefix(1);
     double value = 0;

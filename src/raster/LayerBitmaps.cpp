@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/Overloaded.h"
 #include "raster/Blur.h"
 #include "raster/Pen.h"
 #include "raster/TextEngine.h"
@@ -10,13 +11,6 @@
 namespace quibbits {
 
 namespace {
-
-template <typename... F>
-struct Overloaded : F... {
-    using F::operator()...;
-};
-template <typename... F>
-Overloaded(F...) -> Overloaded<F...>;
 
 /// Bitmaps not used in this many paintings are let go.
 constexpr std::uint64_t keptFor = 120;
