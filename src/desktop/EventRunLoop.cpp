@@ -79,6 +79,7 @@ Date EventRunLoop::date() const {
 
 LocalTime EventRunLoop::localTime(Date date) const {
     tzset();  // the user may have travelled
+    date = std::clamp(date, Date::distantPast(), Date::distantFuture());
     const auto time = static_cast<time_t>(std::floor(date.secondsSince1970));
     tm local{};
     if (!localtime_r(&time, &local)) return {};

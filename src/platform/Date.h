@@ -13,7 +13,8 @@ struct Date {
     double secondsSince1970 = 0;
     auto operator<=>(const Date&) const = default;
 
-    static constexpr Date distantPast() { return {-62135769600.0}; }  // the first day of year 1
+    static constexpr Date distantPast() { return {-62135769600.0}; }    // the first day of year 1
+    static constexpr Date distantFuture() { return {253402214400.0}; }  // the last of year 9999
 };
 
 inline Seconds operator-(Date a, Date b) {

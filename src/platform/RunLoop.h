@@ -49,6 +49,7 @@ public:
 
     virtual Instant now() const = 0;
     virtual Date date() const = 0;
+    /// A date before year 1 or after year 9999 counts as the first or last day between.
     virtual LocalTime localTime(Date date) const = 0;
 
     /// Runs the job on the loop's thread after everything already due. Safe from any thread.

@@ -16,6 +16,7 @@ Date utcDate(const LocalTime& time, Seconds second) {
 }
 
 LocalTime VirtualRunLoop::localTime(Date date) const {
+    date = std::clamp(date, Date::distantPast(), Date::distantFuture());
     const auto total = static_cast<std::int64_t>(std::floor(date.secondsSince1970 + aheadOfUtc_));
     const auto days = floor<std::chrono::days>(sys_seconds{seconds{total}});
     const year_month_day day{days};

@@ -137,6 +137,12 @@ TEST_F(RunLoopTest, ASignalToEndEndsTheLoop) {
     }
 }
 
+TEST_F(RunLoopTest, ADateBeyondTheCalendarIsItsEnd) {
+    EXPECT_EQ(loop.localTime({1e300}), loop.localTime(Date::distantFuture()));
+    EXPECT_EQ(loop.localTime({-1e300}), loop.localTime(Date::distantPast()));
+    EXPECT_GE(loop.localTime({1e300}).year, 9999);
+}
+
 TEST_F(RunLoopTest, LocalTimeFollowsTheTimeZone) {
     const char* old = std::getenv("TZ");
     const std::string kept = old ? old : "";
