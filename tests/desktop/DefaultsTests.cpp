@@ -152,9 +152,12 @@ TEST_F(Defaults, ALinkToTheRealFileStaysALink) {
 TEST_F(Defaults, ANumberThatIsNotFiniteHoldsInMemoryOnly) {
     DefaultsFile defaults(file);
     defaults.set("x", std::numeric_limits<double>::infinity());
+    defaults.set("date", Date{std::numeric_limits<double>::infinity()});
     defaults.set("y", 1.0);
     defaults.flush();
     EXPECT_TRUE(std::isinf(defaults.real("x")));
+    EXPECT_TRUE(defaults.onlyDate("date"));
+    EXPECT_TRUE(DefaultsFile(file).stored("date") == std::nullopt);
     EXPECT_EQ(DefaultsFile(file).all().size(), 1u);
 }
 

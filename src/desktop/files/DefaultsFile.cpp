@@ -61,6 +61,7 @@ std::optional<Json> jsonFromDefaults(const DefaultsValue& value) {
         }
         std::optional<Json> operator()(const std::string& v) const { return v; }
         std::optional<Json> operator()(Date v) const {
+            if (!std::isfinite(v.secondsSince1970)) return std::nullopt;
             return Json(Json::Object{{"date", v.secondsSince1970}});
         }
         std::optional<Json> operator()(const std::vector<std::string>& v) const {
