@@ -31,9 +31,10 @@ bool isLocal(const Connection& connection) {
 }  // namespace
 
 PixelTransfer::PixelTransfer(Connection& connection)
-    : connection_(connection), canShare_(connection.shm && isLocal(connection)), limit_(largest) {
+    : connection_(connection), canShare_(connection.shm && isLocal(connection)) {
+    // A server that will not share memory after all gets the band at hand in one request.
     const std::size_t request = std::size_t{xcb_get_maximum_request_length(connection.xcb())} * 4;
-    if (!canShare_) limit_ = std::min(largest, request - requestHead);
+    limit_ = std::min(largest, request - requestHead);
 }
 
 PixelTransfer::~PixelTransfer() {

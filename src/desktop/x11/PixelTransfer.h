@@ -39,7 +39,7 @@ private:
 
     Connection& connection_;
     bool canShare_ = false;
-    std::size_t limit_;
+    std::size_t limit_ = 0;           // of a band, in bytes
     std::uint8_t* memory_ = nullptr;  // shared
     std::vector<std::uint8_t> own_;   // not shared
     xcb_shm_seg_t segment_ = 0;

@@ -18,6 +18,7 @@ constexpr Seconds settling = 0.1;
 constexpr double dotsPerInch = 96;
 constexpr double scaleStep = 0.25;
 constexpr double largestScale = 8;
+constexpr std::uint32_t widestStrut = 0xffff;  // pixels; no display is larger
 
 /// The value of "Xft.dpi:" in the server's resource texts.
 std::optional<double> resourceDpi(std::string_view resources) {
@@ -29,9 +30,8 @@ std::optional<double> resourceDpi(std::string_view resources) {
         if (!line.starts_with(name)) continue;
         line.remove_prefix(std::min(line.find_first_not_of(" \t", name.size()), line.size()));
         double value = 0;
-        if (std::from_chars(line.data(), line.data() + line.size(), value).ec == std::errc{}) {
-            return value;
-        }
+        const auto result = std::from_chars(line.data(), line.data() + line.size(), value);
+        if (result.ec == std::errc{} && value > 0) return value;
     }
     return std::nullopt;
 }
@@ -191,7 +191,9 @@ PixelRect XScreens::withoutDocks(PixelRect monitor, const std::vector<Dock>& doc
     for (const auto& dock : docks) {
         if (!overlaps(dock.frame, monitor)) continue;
         // Struts are counted from the edges of the whole display.
-        const auto reserved = [&](std::size_t side) { return static_cast<int>(dock.strut[side]); };
+        const auto reserved = [&](std::size_t side) {
+            return static_cast<int>(std::min(dock.strut[side], widestStrut));
+        };
         if (reserved(0) > 0) left = std::max(left, reserved(0));
         if (reserved(1) > 0) right = std::min(right, display_.width - reserved(1));
         if (reserved(2) > 0) top = std::max(top, reserved(2));
