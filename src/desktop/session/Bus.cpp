@@ -249,17 +249,23 @@ void Bus::request(Name& name) {
     name.slot.reset(slot);
 }
 
+/// Does what is to be done at the handle's end, if the bus and what it stands for are still there.
+template <typename Thing, typename End>
+Subscription Bus::handleOf(const std::shared_ptr<Thing>& thing, End end) {
+    return Subscription([alive = lifetime_.guard([] { return true; }), weak = std::weak_ptr(thing),
+                         end = std::move(end)]() mutable {
+        const auto given = weak.lock();
+        if (!given || !alive()) return;
+        given->slot.reset();
+        end(given);
+    });
+}
+
 Subscription Bus::serve(Object object) {
     const auto served = std::make_shared<Served>(Served{std::move(object), {}});
     served_.push_back(served);
     if (bus_) install(*served);
-    return Subscription([this, alive = lifetime_.guard([] { return true; }),
-                         weak = std::weak_ptr(served)]() mutable {
-        const auto given = weak.lock();
-        if (!given || !alive()) return;
-        given->slot.reset();
-        std::erase(served_, given);
-    });
+    return handleOf(served, [this](const auto& given) { std::erase(served_, given); });
 }
 
 Subscription Bus::own(std::string name) {
@@ -269,11 +275,7 @@ Subscription Bus::own(std::string name) {
         request(*owned);
         prepare();
     }
-    return Subscription([this, alive = lifetime_.guard([] { return true; }),
-                         weak = std::weak_ptr(owned)]() mutable {
-        const auto given = weak.lock();
-        if (!given || !alive()) return;
-        given->slot.reset();
+    return handleOf(owned, [this](const auto& given) {
         if (bus_) sd_bus_release_name_async(bus_, nullptr, given->name.c_str(), nullptr, nullptr);
         std::erase(names_, given);
         prepare();
@@ -344,11 +346,7 @@ Subscription Bus::match(std::string rule, Heard heard) {
         install(*match);
         prepare();
     }
-    return Subscription([this, alive = lifetime_.guard([] { return true; }),
-                         weak = std::weak_ptr(match)]() mutable {
-        const auto given = weak.lock();
-        if (!given || !alive()) return;
-        given->slot.reset();
+    return handleOf(match, [this](const auto& given) {
         given->heard = nullptr;
         std::erase(matches_, given);
         prepare();

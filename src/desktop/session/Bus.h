@@ -99,6 +99,8 @@ private:
     void uninstallAll();
     void finish(Pending& pending, sd_bus_message* reply, const Failure& failure);
     void failLater(const std::shared_ptr<Pending>& pending, Failure failure);
+    template <typename Thing, typename End>
+    Subscription handleOf(const std::shared_ptr<Thing>& thing, End end);
 
     EventRunLoop& loop_;
     Place place_;
