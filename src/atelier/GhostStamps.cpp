@@ -6,10 +6,6 @@
 namespace quibbits::atelier {
 namespace {
 
-Stamp sided(Stamp left, Side side) {
-    return side == Side::left ? left : mirrored(std::move(left));
-}
-
 Stamp lightened(Stamp stamp) {
     for (auto& row : stamp.rows) std::ranges::replace(row, 'K', 'G');
     return stamp;

@@ -193,7 +193,7 @@ Stamp portraitEye(Mood mood, FaceStyle style, Side side, Distance distance) {
         if (eye.width() == 6 && furry) eye = narrowed(eye, 3);
         if (eye.width() == 8) eye = narrowed(eye, 2);
     }
-    if (side == Side::right) eye = mirrored(std::move(eye));
+    eye = sided(std::move(eye), side);
     if (!isLit(mood)) return eye;
     if (furry) {
         lightFurryEye(eye, mood);
@@ -216,7 +216,7 @@ Stamp portraitBrow(Mood mood, Side side) {
         case Mood::sigh: brow = {{"....BB", "BBBB.."}}; break;
         default: return {};
     }
-    return side == Side::left ? brow : mirrored(std::move(brow));
+    return sided(std::move(brow), side);
 }
 
 Stamp portraitMouth(Mood mood, FaceStyle style) {

@@ -12,10 +12,6 @@ Stamp squared(Stamp stamp) {
     return stamp;
 }
 
-Stamp sided(Stamp left, Side side) {
-    return side == Side::left ? left : mirrored(std::move(left));
-}
-
 /// Open eyes keep their highlight at the upper left on both sides: one lamp lights both.
 Stamp relit(Stamp stamp, Side side) {
     if (side == Side::left) return stamp;
@@ -87,6 +83,10 @@ Stamp mirrored(Stamp stamp) {
     stamp = squared(std::move(stamp));
     for (auto& row : stamp.rows) std::ranges::reverse(row);
     return stamp;
+}
+
+Stamp sided(Stamp left, Side side) {
+    return side == Side::left ? left : mirrored(std::move(left));
 }
 
 Stamp turned(Stamp stamp, int quarters) {

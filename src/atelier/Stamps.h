@@ -26,6 +26,8 @@ enum class Side { left, right };  ///< of the picture
 enum class Turn { facing, halfway, aside };
 
 Stamp mirrored(Stamp stamp);
+/// What is typed for the left side, on that side.
+Stamp sided(Stamp left, Side side);
 /// Turned by quarters of a circle to the left.
 Stamp turned(Stamp stamp, int quarters);
 
