@@ -279,10 +279,7 @@ public:
     }
 
 private:
-    [[nodiscard]] std::size_t index(int x, int y) const {
-        return static_cast<std::size_t>(y) * static_cast<std::size_t>(grid_.width) +
-               static_cast<std::size_t>(x);
-    }
+    [[nodiscard]] std::size_t index(int x, int y) const { return indexOf(x, y, grid_.width); }
 
     void flood(int x, int y) {
         patch_.assign(1, {x, y});

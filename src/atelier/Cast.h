@@ -24,15 +24,11 @@ struct CellGrid {
     int height = 0;
     std::vector<Cell> cells;
 
-    [[nodiscard]] Cell& at(int x, int y) {
-        return cells[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
-                     static_cast<std::size_t>(x)];
-    }
+    [[nodiscard]] Cell& at(int x, int y) { return cells[indexOf(x, y, width)]; }
     /// The cell when it is inside and filled, else nothing.
     [[nodiscard]] const Cell* seen(int x, int y) const {
         if (x < 0 || y < 0 || x >= width || y >= height) return nullptr;
-        const Cell& cell = cells[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
-                                 static_cast<std::size_t>(x)];
+        const Cell& cell = cells[indexOf(x, y, width)];
         return cell.filled ? &cell : nullptr;
     }
 };

@@ -34,16 +34,11 @@ public:
     [[nodiscard]] Image image() const { return {width_, height_, argb_}; }
 
 private:
-    [[nodiscard]] std::size_t index(int x, int y) const {
-        return static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +
-               static_cast<std::size_t>(x);
-    }
-
     void put(const Image& cell, int left, int top) {
         auto pixel = cell.argb.begin();
         for (int y = top; y < top + cell.height; ++y) {
             for (int x = left; x < left + cell.width; ++x, ++pixel) {
-                if (*pixel != 0 && x < width_) argb_[index(x, y)] = *pixel;
+                if (*pixel != 0 && x < width_) argb_[indexOf(x, y, width_)] = *pixel;
             }
         }
     }

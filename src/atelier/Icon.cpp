@@ -168,7 +168,7 @@ Image drawn(const Face& face, int size, Colouring colouring) {
         for (int x = 0; x < factor * across; ++x) {
             const char letter =
                 rows[static_cast<std::size_t>(y / factor)][static_cast<std::size_t>(x / factor)];
-            image.argb[static_cast<std::size_t>((y + rim) * size + x + rim)] = colouring(letter);
+            image.argb[indexOf(x + rim, y + rim, size)] = colouring(letter);
         }
     }
     return image;

@@ -43,6 +43,12 @@ constexpr Ink inkOf(char letter) {
 /// 0xAARRGGBB for every ink.
 using Palette = std::array<std::uint32_t, 256>;
 
+/// Where the pixel lies among the rows of a picture of that width.
+constexpr std::size_t indexOf(int x, int y, int width) {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+           static_cast<std::size_t>(x);
+}
+
 /// A rectangle of inks. `originX` and `originY` say where the creature's foot point lies: the pixel
 /// whose centre is the foot point, and the first row below the ground.
 struct Drawing {
@@ -63,14 +69,8 @@ struct Drawing {
     [[nodiscard]] bool holds(int x, int y) const {
         return x >= 0 && y >= 0 && x < width && y < height;
     }
-    [[nodiscard]] Ink& at(int x, int y) {
-        return inks[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
-                    static_cast<std::size_t>(x)];
-    }
-    [[nodiscard]] Ink at(int x, int y) const {
-        return inks[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
-                    static_cast<std::size_t>(x)];
-    }
+    [[nodiscard]] Ink& at(int x, int y) { return inks[indexOf(x, y, width)]; }
+    [[nodiscard]] Ink at(int x, int y) const { return inks[indexOf(x, y, width)]; }
     bool operator==(const Drawing&) const = default;
 };
 

@@ -20,7 +20,7 @@ constexpr std::uint32_t shadow = 0xff9dbd8d;
 
 bool isBlank(const Image& image, int column) {
     for (int y = 0; y < image.height; ++y) {
-        if (image.argb[static_cast<std::size_t>(y * image.width + column)] != 0) return false;
+        if (image.argb[indexOf(column, y, image.width)] != 0) return false;
     }
     return true;
 }
@@ -93,10 +93,7 @@ private:
         }
     }
 
-    std::uint32_t& at(int x, int y) {
-        return image_.argb[static_cast<std::size_t>(y) * static_cast<std::size_t>(image_.width) +
-                           static_cast<std::size_t>(x)];
-    }
+    std::uint32_t& at(int x, int y) { return image_.argb[indexOf(x, y, image_.width)]; }
 
     Image image_;
     int horizon_;

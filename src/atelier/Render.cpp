@@ -53,19 +53,27 @@ bool isClear(char letter) {
     return letter == '.' || letter == ' ';
 }
 
+/// Inks the letters of a stamp that lies at (left, top) where `shows(x, y)` allows it.
+template <typename Shows>
+void print(const Stamp& stamp, int left, int top, Drawing& drawing, Shows shows) {
+    int y = top;
+    for (const auto& letters : stamp.rows) {
+        int x = left;
+        for (const char letter : letters) {
+            if (!isClear(letter) && shows(x, y)) drawing.at(x, y) = inkOf(letter);
+            ++x;
+        }
+        ++y;
+    }
+}
+
 void layDecals(const Model& model, const CellGrid& grid, Drawing& drawing) {
     for (const auto& decal : model.decals()) {
-        for (int row = 0; row < decal.stamp.height(); ++row) {
-            const auto& letters = decal.stamp.rows[static_cast<std::size_t>(row)];
-            for (int column = 0; column < static_cast<int>(letters.size()); ++column) {
-                const char letter = letters[static_cast<std::size_t>(column)];
-                const int x = decal.x + column + drawing.originX;
-                const int y = drawing.originY - decal.y + row;
-                const auto* cell = grid.seen(x, y);
-                if (isClear(letter) || cell == nullptr || cell->part != decal.on) continue;
-                drawing.at(x, y) = inkOf(letter);
-            }
-        }
+        print(decal.stamp, decal.x + drawing.originX, drawing.originY - decal.y, drawing,
+              [&](int x, int y) {
+                  const auto* cell = grid.seen(x, y);
+                  return cell != nullptr && cell->part == decal.on;
+              });
     }
 }
 
@@ -87,17 +95,11 @@ Drawing render(const Model& model, const Canvas& canvas) {
 
 void scatterMotes(const Model& model, int groundRow, Drawing& drawing) {
     for (const auto& mote : model.motes()) {
-        for (int row = 0; row < mote.stamp.height(); ++row) {
-            const auto& letters = mote.stamp.rows[static_cast<std::size_t>(row)];
-            for (int column = 0; column < static_cast<int>(letters.size()); ++column) {
-                const char letter = letters[static_cast<std::size_t>(column)];
-                const int x = mote.x + column + drawing.originX;
-                const int y = drawing.originY - mote.y + row;
-                if (isClear(letter) || !drawing.holds(x, y) || y >= groundRow) continue;
-                if (mote.behind && drawing.at(x, y) != noInk) continue;
-                drawing.at(x, y) = inkOf(letter);
-            }
-        }
+        print(mote.stamp, mote.x + drawing.originX, drawing.originY - mote.y, drawing,
+              [&](int x, int y) {
+                  return drawing.holds(x, y) && y < groundRow &&
+                         !(mote.behind && drawing.at(x, y) != noInk);
+              });
     }
 }
 

@@ -48,8 +48,7 @@ Image enlarged(const Image& image, int factor) {
                        static_cast<std::size_t>(large.height));
     for (int y = 0; y < large.height; ++y) {
         for (int x = 0; x < large.width; ++x) {
-            const int at = y / factor * image.width + x / factor;
-            large.argb.push_back(image.argb[static_cast<std::size_t>(at)]);
+            large.argb.push_back(image.argb[indexOf(x / factor, y / factor, image.width)]);
         }
     }
     return large;
