@@ -7,6 +7,13 @@
 namespace quibbits::atelier {
 namespace {
 
+constexpr EarPlace antlerPlace{.root = {4.2, 3.8, -1.2},
+                               .near = {0, 0.6, 0.8},
+                               .far = {0, -2.0, -1.0},
+                               .outwards = 30,
+                               .nearUp = 30,
+                               .backwards = 26};
+
 /// It does not stand: its legs trail, one lower than the other.
 Pose swimming(Pose pose) {
     if (pose.footing == Footing::lying) return pose;
@@ -24,7 +31,7 @@ void shapeTail(Model& model, const Frame& hip, double turn, const Pose& pose) {
                              return t < 0.64 ? 2.0 : 46.0 + pose.tailTip;
                          }};
     model.chain(
-        hip.moved({0, -2.4, -3.8}).yawed(turn).pitched(-pose.tailPitch),
+        tallTailRoot(hip, turn, pose),
         {.points = tailCurve(tail, pose),
          .radii = {1.8, 2.4, 3.0, 3.4, 3.2, 2.4, 1.4},
          .materialAlong =
@@ -39,11 +46,7 @@ void shapeTail(Model& model, const Frame& hip, double turn, const Pose& pose) {
 void shapeAntler(Model& model, const Frame& head, Side side, const Pose& pose) {
     const double sign = sideSign(side);
     const Part part = either(side, Part::earLeft, Part::earRight);
-    const auto [near, far] = pairCheat(head, side);
-    const Frame antler =
-        head.moved({4.2 * sign, 3.8 + 0.6 * near - 2.0 * far, -1.2 + 0.8 * near - 1.0 * far})
-            .rolled(-sign * (30 - 30 * near + pose.earSpread))
-            .pitched(-pose.ear - 26);
+    const Frame antler = earUpon(head, side, antlerPlace, pose);
     model.chain(
         antler,
         {.points = {{0, -1, 0}, {0, 2, 0}, {0.8 * sign, 4.6, 0}, {0.4 * sign, 8.0, 0}},

@@ -81,6 +81,14 @@ Frame headUpon(const Frame& hip, const Neck& neck, double faceTurn, const Pose& 
                     pose);
 }
 
+Frame headInTheAir(const Frame& root, double height, double faceTurn, const Pose& pose) {
+    return root.moved({0, height, 0})
+        .pitched(pose.bodyPitch + pose.headPitch)
+        .yawed(pose.headYaw + faceTurn)
+        .rolled(pose.bodyRoll + pose.headRoll)
+        .moved({0, pose.headY, pose.headZ});
+}
+
 void layFurryFace(Model& model, const Frame& head, const FurryFace& face, const Pose& pose) {
     const double hidden = isStroke(pose.eyes) ? face.strokeHidden : face.eyeHidden;
     for (const Side side : {Side::left, Side::right}) {

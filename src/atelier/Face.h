@@ -64,6 +64,9 @@ struct Neck {
 };
 Frame headUpon(const Frame& hip, const Neck& neck, double faceTurn, const Pose& pose);
 
+/// The head of a creature that is nothing but a head, at a height above the foot point.
+Frame headInTheAir(const Frame& root, double height, double faceTurn, const Pose& pose);
+
 /// The features of a furry face: eyes on the skull, a blush on the cheeks, a nose and a mouth on
 /// the middle line of the muzzle.
 struct FurryFace {

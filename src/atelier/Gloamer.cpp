@@ -40,8 +40,7 @@ void shapeHoodTip(Model& model, const Frame& head, const Pose& pose) {
 
 void shapeMitten(Model& model, const Frame& head, Side side, const Pose& pose) {
     const double sign = sideSign(side);
-    const double swing = side == Side::right ? pose.armRight : pose.armLeft;
-    const double spread = side == Side::right ? pose.spreadRight : pose.spreadLeft;
+    const auto [swing, spread] = armPose(pose, side);
     const Part part = either(side, Part::puffLeft, Part::puffRight);
     const double bob = 0.9 * std::sin(pose.phase + sign);
     const bool facesAway = head.axes.z.z < -0.2;
@@ -77,12 +76,8 @@ void shapeTongue(Model& model, const Stage& stage, const Frame& head, const Pose
 }
 
 Head shape(Model& model, const Stage& stage, const Pose& pose) {
-    const Frame head = steadied(stage.root.moved({0, 14.0 - 5 * pose.settled, 0})
-                                    .pitched(pose.bodyPitch + pose.headPitch)
-                                    .yawed(pose.headYaw + stage.faceTurn)
-                                    .rolled(pose.bodyRoll + pose.headRoll)
-                                    .moved({0, pose.headY, pose.headZ}),
-                                pose);
+    const Frame head =
+        steadied(headInTheAir(stage.root, 14.0 - 5 * pose.settled, stage.faceTurn, pose), pose);
     model.ellipsoid(head, {{}, hoodRadii}, Material::fur, Part::head);
     shapeSkirt(model, head, pose);
     shapeHoodTip(model, head, pose);

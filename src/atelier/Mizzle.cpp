@@ -14,6 +14,12 @@ constexpr Vec3 ballRadii{7.4, 6.6, 7.0};
 constexpr Ellipsoid cheeks{{0, 0, 0}, {7.8, 6.7, 7.2}};
 constexpr Ellipsoid muzzle{{0, -2.2, 5.3}, {2.7, 1.9, 2.5}};
 
+constexpr EarPlace earPlace{.root = {4.0, 5.3, -0.4},
+                            .near = {0, 0, 0.4},
+                            .far = {0, -1.6, 0},
+                            .outwards = 28,
+                            .nearUp = 30};
+
 /// A cream bib below the face and a plum stripe over the back.
 Material markings(Vec3 q) {
     const double x = q.x;
@@ -24,9 +30,7 @@ Material markings(Vec3 q) {
 }
 
 void shapeFoot(Model& model, const Frame& root, Side side, const Pose& pose) {
-    const bool right = side == Side::right;
-    const double swing = right ? pose.legRight : pose.legLeft;
-    const double lift = right ? pose.liftRight : pose.liftLeft;
+    const auto [swing, lift] = legPose(pose, side);
     const Part part = either(side, Part::legLeft, Part::legRight);
     const Frame foot = root.moved({2.9 * sideSign(side), 1.3 + lift, 0.6})
                            .pitched(-swing * 0.3)
@@ -36,12 +40,8 @@ void shapeFoot(Model& model, const Frame& root, Side side, const Pose& pose) {
 }
 
 void shapeEar(Model& model, const Frame& head, Side side, const Pose& pose) {
-    const double sign = sideSign(side);
     const Part part = either(side, Part::earLeft, Part::earRight);
-    const auto [near, far] = pairCheat(head, side);
-    const Frame ear = head.moved({4.0 * sign, 5.3 - 1.6 * far, -0.4 + 0.4 * near})
-                          .rolled(-sign * (28 - 30 * near + pose.earSpread))
-                          .pitched(-pose.ear);
+    const Frame ear = earUpon(head, side, earPlace, pose);
     model.ellipsoid(ear, {{0, 1.6, 0}, {2.1, 3.0, 1.6}}, Material::fur, part);
     model.ellipsoid(ear, {{0, 1.6, 1.1}, {1.1, 1.8, 0.8}}, Material::skin, part);
 }
@@ -76,8 +76,7 @@ void shapeTail(Model& model, const Frame& root, double turn, const Pose& pose) {
 
 /// Stubs that show only while they are raised.
 void shapeArm(Model& model, const Frame& head, Side side, const Pose& pose) {
-    const double swing = side == Side::right ? pose.armRight : pose.armLeft;
-    const double spread = side == Side::right ? pose.spreadRight : pose.spreadLeft;
+    const auto [swing, spread] = armPose(pose, side);
     if (swing < 30 && spread < 30) return;
     const double sign = sideSign(side);
     model.chain(

@@ -87,10 +87,18 @@ Frame hipFrame(const Frame& root, Vec3 standing, double drop, const Pose& pose) 
         .rolled(pose.bodyRoll);
 }
 
+LegPose legPose(const Pose& pose, Side side) {
+    return side == Side::right ? LegPose{pose.legRight, pose.liftRight}
+                               : LegPose{pose.legLeft, pose.liftLeft};
+}
+
+ArmPose armPose(const Pose& pose, Side side) {
+    return side == Side::right ? ArmPose{pose.armRight, pose.spreadRight}
+                               : ArmPose{pose.armLeft, pose.spreadLeft};
+}
+
 void leg(Model& model, const Frame& body, Side side, const LegShape& shape, const Pose& pose) {
-    const bool right = side == Side::right;
-    const double swing = right ? pose.legRight : pose.legLeft;
-    const double lift = right ? pose.liftRight : pose.liftLeft;
+    const auto [swing, lift] = legPose(pose, side);
     const Part part = either(side, Part::legLeft, Part::legRight);
     const double stretch = std::max(0.78, std::cos(radians(std::min(50.0, std::abs(swing)))));
     const double ankle = -shape.length / stretch + shape.foot.y + lift;
@@ -106,9 +114,7 @@ void leg(Model& model, const Frame& body, Side side, const LegShape& shape, cons
 }
 
 void arm(Model& model, const Frame& body, Side side, const ArmShape& shape, const Pose& pose) {
-    const bool right = side == Side::right;
-    const double swing = right ? pose.armRight : pose.armLeft;
-    const double spread = right ? pose.spreadRight : pose.spreadLeft;
+    const auto [swing, spread] = armPose(pose, side);
     const Part part = either(side, Part::armLeft, Part::armRight);
     const double half = shape.length / 2;
     const Frame upper =
@@ -123,6 +129,15 @@ void arm(Model& model, const Frame& body, Side side, const ArmShape& shape, cons
     const double round = shape.paw + 0.15;
     model.ellipsoid(lower.moved({0, -half, 0}), {{0, -0.2, 0}, {round, shape.paw + 0.1, round}},
                     Material::paw, part);
+}
+
+Frame earUpon(const Frame& head, Side side, const EarPlace& place, const Pose& pose) {
+    const double sign = sideSign(side);
+    const auto [near, far] = pairCheat(head, side);
+    const Vec3 root = place.root + place.near * near + place.far * far;
+    return head.moved({root.x * sign, root.y, root.z})
+        .rolled(-sign * (place.outwards - place.nearUp * near + pose.earSpread))
+        .pitched(-pose.ear - place.backwards);
 }
 
 std::vector<Vec3> tailCurve(const TailShape& shape, const Pose& pose) {

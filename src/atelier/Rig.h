@@ -121,6 +121,18 @@ private:
 /// it has settled down.
 Frame hipFrame(const Frame& root, Vec3 standing, double drop, const Pose& pose);
 
+/// What the pose asks of one leg or arm.
+struct LegPose {
+    double swing = 0;
+    double lift = 0;
+};
+LegPose legPose(const Pose& pose, Side side);
+struct ArmPose {
+    double swing = 0;
+    double spread = 0;
+};
+ArmPose armPose(const Pose& pose, Side side);
+
 struct LegShape {
     Vec3 hip;  // of the right leg
     double length = 0;
@@ -138,6 +150,18 @@ struct ArmShape {
 };
 /// An arm of two pieces with a paw.
 void arm(Model& model, const Frame& body, Side side, const ArmShape& shape, const Pose& pose);
+
+/// Where a pair of ears grows and how it leans.
+struct EarPlace {
+    Vec3 root;             // of the right one, on the head
+    Vec3 near;             // how much farther the near one of a view from the side is moved
+    Vec3 far;              // and the far one
+    double outwards = 0;   // degrees
+    double nearUp = 0;     // degrees by which the near one leans less
+    double backwards = 0;  // degrees
+};
+/// The frame of one ear: its y runs along the ear.
+Frame earUpon(const Frame& head, Side side, const EarPlace& place, const Pose& pose);
 
 struct TailShape {
     int joints = 0;

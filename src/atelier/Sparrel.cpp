@@ -15,6 +15,12 @@ constexpr Ellipsoid cheeks{{0, 0, 0}, {7.6, 6.5, 6.9}};
 constexpr Neck neck{.root = {0, 4.7, 0.9}, .toHead = {0, 5.0, 0.7}};
 constexpr LegShape legShape{
     .hip = {2.6, 6.2, 0.0}, .length = 6.2, .radius = 1.7, .foot = {1.8, 1.2, 2.7}};
+constexpr EarPlace earPlace{.root = {4.2, 4.5, -0.8},
+                            .near = {0, 0.4, -0.6},
+                            .far = {0, -2.0, 0.4},
+                            .outwards = 22,
+                            .nearUp = 30,
+                            .backwards = 8};
 constexpr ArmShape armShape{.shoulder = {3.4, 3.4, 1.5}, .length = 4.8, .upper = 1.25, .paw = 1.4};
 
 Material bellyMarkings(Vec3 q) {
@@ -48,7 +54,7 @@ void shapeTrunk(Model& model, const Frame& hip) {
 
 /// The round haunch of a squirrel, carried along by the leg.
 void shapeHaunch(Model& model, const Frame& root, Side side, const Pose& pose) {
-    const double swing = side == Side::right ? pose.legRight : pose.legLeft;
+    const double swing = legPose(pose, side).swing;
     const double down = 1.6 * pose.settled;
     const Frame hip =
         root.moved({2.7 * sideSign(side), 5.4 - down + pose.bodyY, -0.4}).pitched(-swing * 0.5);
@@ -79,13 +85,8 @@ void shapeTail(Model& model, const Frame& hip, const Stage& stage, Pose pose) {
 }
 
 void shapeEar(Model& model, const Frame& head, Side side, const Pose& pose) {
-    const double sign = sideSign(side);
     const Part part = either(side, Part::earLeft, Part::earRight);
-    const auto [near, far] = pairCheat(head, side);
-    const Frame ear =
-        head.moved({4.2 * sign, 4.5 + 0.4 * near - 2.0 * far, -0.8 - 0.6 * near + 0.4 * far})
-            .rolled(-sign * (22 - 30 * near + pose.earSpread))
-            .pitched(-pose.ear - 8);
+    const Frame ear = earUpon(head, side, earPlace, pose);
     // Round below, with a tuft standing up from it.
     model.chain(
         ear,

@@ -71,6 +71,10 @@ TallFrames shapeTallBody(Model& model, const Stage& stage, const Pose& pose) {
     return {hip, head};
 }
 
+Frame tallTailRoot(const Frame& hip, double turn, const Pose& pose) {
+    return hip.moved({0, -2.4, -3.8}).yawed(turn).pitched(-pose.tailPitch);
+}
+
 Head tallHead(const Frame& frame) {
     return {.frame = frame,
             .radii = headRadii,

@@ -13,6 +13,9 @@ struct TallFrames {
 /// Legs, trunk, ruff, arms and the head without its ears.
 TallFrames shapeTallBody(Model& model, const Stage& stage, const Pose& pose);
 
+/// Where the tail grows, turned out of the head's way.
+Frame tallTailRoot(const Frame& hip, double turn, const Pose& pose);
+
 Head tallHead(const Frame& frame);
 
 enum class Brow { soft, keen };

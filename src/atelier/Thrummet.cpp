@@ -6,6 +6,13 @@
 namespace quibbits::atelier {
 namespace {
 
+constexpr EarPlace earPlace{.root = {4.2, 3.8, -1.2},
+                            .near = {0, 0.6, 1.2},
+                            .far = {0, -2.6, -1.2},
+                            .outwards = 30,
+                            .nearUp = 40,
+                            .backwards = 26};
+
 /// The tail leans to one side as it rises, so that the head does not hide it from the front.
 constexpr double tailLean = 5.0;
 /// More of it when seen from behind, where the whole fork stands before the head.
@@ -53,7 +60,7 @@ void shapeProngs(Model& model, const Frame& root, const std::vector<Vec3>& stem,
 }
 
 void shapeTail(Model& model, const Frame& hip, double turn, const Pose& pose) {
-    const Frame root = hip.moved({0, -2.4, -3.8}).yawed(turn).pitched(-pose.tailPitch);
+    const Frame root = tallTailRoot(hip, turn, pose);
     const auto stem = forkStem(pose, leanOf(hip));
     model.chain(root,
                 {.points = stem,
@@ -69,13 +76,8 @@ void shapeTail(Model& model, const Frame& hip, double turn, const Pose& pose) {
 }
 
 void shapeEar(Model& model, const Frame& head, Side side, const Pose& pose) {
-    const double sign = sideSign(side);
     const Part part = either(side, Part::earLeft, Part::earRight);
-    const auto [near, far] = pairCheat(head, side);
-    const Frame ear =
-        head.moved({4.2 * sign, 3.8 + 0.6 * near - 2.6 * far, -1.2 + 1.2 * near - 1.2 * far})
-            .rolled(-sign * (30 - 40 * near + pose.earSpread))
-            .pitched(-pose.ear - 26);
+    const Frame ear = earUpon(head, side, earPlace, pose);
     model.chain(
         ear,
         {.points = {{0, -1, 0}, {0, 2, 0}, {0, 5, 0.3}, {0, 8.8, 1.0}},

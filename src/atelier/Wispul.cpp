@@ -114,12 +114,8 @@ void shapeTongue(Model& model, const Stage& stage, const Frame& head, const Pose
 }
 
 Head shape(Model& model, const Stage& stage, const Pose& pose) {
-    const Frame head = stage.root.moved({0, 9.0 - 3 * pose.settled, 0})
-                           .pitched(pose.bodyPitch + pose.headPitch)
-                           .yawed(pose.headYaw + stage.faceTurn)
-                           .rolled(pose.bodyRoll + pose.headRoll)
-                           .moved({0, pose.headY, pose.headZ})
-                           .snapped();
+    const Frame head =
+        headInTheAir(stage.root, 9.0 - 3 * pose.settled, stage.faceTurn, pose).snapped();
     model.ellipsoid(head, {{}, ballRadii}, Material::fur, Part::head, markings);
     shapeCrown(model, stage, head, pose);
     shapeHem(model, head, pose);
