@@ -152,7 +152,12 @@ private:
                 made.motion = basic;
                 break;
             }
-            case 1: made.motion = SpringMotion{.from = some(), .to = some(), .damping = 6}; break;
+            case 1:
+                made.motion = SpringMotion{.from = some(),
+                                           .to = some(),
+                                           .damping = 6,
+                                           .initialVelocity = random_.coin() ? 0 : number(-60, 60)};
+                break;
             default: {
                 KeyframeMotion keys;
                 for (std::size_t i = 1 + random_.index(4); i > 0; --i) {
