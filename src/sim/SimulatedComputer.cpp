@@ -104,6 +104,14 @@ bool SimulatedFiles::moveToTrash(const std::string& path) {
 
 namespace {
 
+/// A listener is a copy here, as on a real display: it may end the panel that it is set on.
+void tell(std::function<void()> listener) {
+    if (listener) listener();
+}
+bool ask(std::function<bool(const DragInfo&)> listener, const DragInfo& drag) {
+    return listener && listener(drag);
+}
+
 /// A drag in global coordinates, as a panel is told of it.
 DragInfo within(DragInfo drag, Rect frame) {
     drag.location = drag.location - Vector{frame.x, frame.y};
@@ -187,9 +195,9 @@ void SimulatedComputer::movePointer(Point to) {
         if (drag.onMove) drag.onMove(to);
         panelTaking({.location = to, .item = drag.item});
     } else if (panels_.grabbing) {
-        if (panels_.grabbing->onMouseDragged) panels_.grabbing->onMouseDragged();
+        tell(panels_.grabbing->onMouseDragged);
     } else if (SimulatedPanel* panel = panelUnderPointer(); panel && !pointer.down.any()) {
-        if (panel->onMouseMoved) panel->onMouseMoved();
+        tell(panel->onMouseMoved);
     } else {
         pointer.elsewhere.emit(pointer.down.left ? PointerEvent::leftDragged : PointerEvent::moved);
     }
@@ -206,15 +214,15 @@ void SimulatedComputer::press(MouseButton button) {
             pointer.elsewhere.emit(PointerEvent::leftDown);
         } else {
             panels_.grabbing = panel;
-            if (panel->onMouseDown) panel->onMouseDown();
+            tell(panel->onMouseDown);
         }
     } else if (button == MouseButton::right) {
         pointer.down.right = true;
         if (!panel) {
             pressesBeneath.push_back(pointer.place);
             pointer.elsewhere.emit(PointerEvent::rightDown);
-        } else if (panel->onRightMouseDown) {
-            panel->onRightMouseDown();
+        } else {
+            tell(panel->onRightMouseDown);
         }
     } else {
         pointer.down.middle = true;
@@ -232,7 +240,7 @@ void SimulatedComputer::release(MouseButton button) {
         dropOnStage({.location = pointer.place, .item = carried->item});
         if (carried->onEnd) carried->onEnd();
     } else if (SimulatedPanel* panel = std::exchange(panels_.grabbing, nullptr)) {
-        if (panel->onMouseUp) panel->onMouseUp();
+        tell(panel->onMouseUp);
     } else {
         pointer.elsewhere.emit(PointerEvent::leftUp);
     }
@@ -242,9 +250,7 @@ void SimulatedComputer::clickStatusItem(MouseButton button) {
     if (const auto icon = statusItem.frame()) movePointer(icon->center());
     press(button);
     release(button);
-    const auto& action =
-        button == MouseButton::right ? statusItem.onRightClick : statusItem.onClick;
-    if (action) action();
+    tell(button == MouseButton::right ? statusItem.onRightClick : statusItem.onClick);
 }
 
 std::vector<std::optional<Menu>*> SimulatedComputer::menus() {
@@ -318,14 +324,14 @@ SimulatedPanel* SimulatedComputer::panelTaking(const DragInfo& drag) const {
     for (auto it = open.rbegin(); it != open.rend(); ++it) {
         SimulatedPanel& panel = **it;
         if (!panel.acceptsDrops() || !panel.isVisible()) continue;
-        if (panel.onDragOver && panel.onDragOver(within(drag, panel.frame()))) return &panel;
+        if (ask(panel.onDragOver, within(drag, panel.frame()))) return &panel;
     }
     return nullptr;
 }
 
 bool SimulatedComputer::dropOnStage(DragInfo drag) {
     const SimulatedPanel* panel = panelTaking(drag);
-    return panel && panel->onDrop && panel->onDrop(within(drag, panel->frame()));
+    return panel && ask(panel->onDrop, within(drag, panel->frame()));
 }
 
 }  // namespace quibbits
