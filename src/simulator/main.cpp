@@ -168,10 +168,13 @@ int play(const Arguments& arguments, const Scenario& scenario) {
         options.frameEvery = 1.0 / arguments.framesPerSecond;
         options.onFrame = [&](SimulatedComputer& computer) { film->shoot(computer); };
     }
-    Player player(scenario, options, resources, text);
-    player.play();
-
-    for (const std::string& each : player.disappointments()) {
+    std::vector<std::string> disappointments;
+    {
+        Player player(scenario, options, resources, text);
+        player.play();
+        disappointments = player.disappointments();
+    }  // it ends with the program's last words
+    for (const std::string& each : disappointments) {
         std::cerr << arguments.scenario << ": " << each << "\n";
     }
     if (trace) trace->flush();
@@ -183,7 +186,7 @@ int play(const Arguments& arguments, const Scenario& scenario) {
         std::cerr << "quibbits-sim: the film could not be written\n";
         return failed;
     }
-    return player.disappointments().empty() ? 0 : failed;
+    return disappointments.empty() ? 0 : failed;
 }
 
 }  // namespace
