@@ -56,7 +56,8 @@ public:
     virtual void post(Job job) = 0;
 
     /// Runs the job once at the instant, or as soon as possible when that is past. Jobs that are
-    /// due together run in the order in which they were scheduled.
+    /// due together run in the order in which they were scheduled; a repeating one is scheduled
+    /// anew by each of its runs.
     void at(Instant due, Job job) { schedule({.due = due}, std::move(job)); }
     /// Runs the job once after a delay that nobody can cancel.
     void after(Seconds delay, Job job) { schedule({.due = now() + delay}, std::move(job)); }

@@ -29,25 +29,25 @@ LocalTime VirtualRunLoop::localTime(Date date) const {
 }
 
 std::uint64_t VirtualRunLoop::schedule(Schedule when, Job job) {
-    const std::uint64_t id = nextId_++;
-    const Instant due = std::max(when.due, now_);
-    jobs_.emplace(Key{due, id}, Entry{std::move(job), when.interval});
-    dueOf_.emplace(id, due);
+    const std::uint64_t id = ++lastSequence_;
+    const Order order{std::max(when.due, now_), id};
+    jobs_.emplace(order, Pending{id, when.interval, std::move(job)});
+    orders_.emplace(id, order);
     return id;
 }
 
 void VirtualRunLoop::cancel(std::uint64_t id) {
     if (running_ == id) running_ = 0;
-    const auto due = dueOf_.find(id);
-    if (due == dueOf_.end()) return;
-    const auto node = jobs_.extract(Key{due->second, id});  // a job's end may cancel others
-    dueOf_.erase(due);
+    const auto found = orders_.find(id);
+    if (found == orders_.end()) return;
+    const auto node = jobs_.extract(found->second);  // a job's end may cancel others
+    orders_.erase(found);
 }
 
 void VirtualRunLoop::dropJobs() {
     while (!jobs_.empty()) {
         const auto node = jobs_.extract(jobs_.begin());
-        dueOf_.erase(node.key().id);
+        orders_.erase(node.mapped().id);
     }
 }
 
@@ -58,24 +58,22 @@ std::optional<Instant> VirtualRunLoop::nextDue() const {
 
 void VirtualRunLoop::advanceTo(Instant instant) {
     while (!jobs_.empty() && jobs_.begin()->first.due <= instant) {
-        auto node = jobs_.extract(jobs_.begin());
-        const Key key = node.key();
-        Entry entry = std::move(node.mapped());
-        dueOf_.erase(key.id);
-        now_ = key.due;
+        auto next = jobs_.extract(jobs_.begin());
+        auto& pending = next.mapped();
+        orders_.erase(pending.id);
+        now_ = next.key().due;
         if (now_ != lastWake_) {
             lastWake_ = now_;
             ++wakeUps_;
         }
-        running_ = key.id;
-        entry.job();
-        const bool goesOn = entry.interval > 0 && running_ == key.id;
+        running_ = pending.id;
+        pending.job();
+        const bool goesOn = pending.interval > 0 && running_ == pending.id;
         running_ = 0;
-        if (goesOn) {
-            const Instant due = key.due + entry.interval;
-            jobs_.emplace(Key{due, key.id}, std::move(entry));
-            dueOf_.emplace(key.id, due);
-        }
+        if (!goesOn) continue;
+        next.key() = {now_ + pending.interval, ++lastSequence_};
+        orders_.emplace(pending.id, next.key());
+        jobs_.insert(std::move(next));
     }
     now_ = std::max(now_, instant);
 }

@@ -44,22 +44,23 @@ protected:
     void cancel(std::uint64_t id) override;
 
 private:
-    struct Key {
+    struct Order {
         Instant due = 0;
-        std::uint64_t id = 0;
-        auto operator<=>(const Key&) const = default;
+        std::uint64_t sequence = 0;
+        auto operator<=>(const Order&) const = default;
     };
-    struct Entry {
-        Job job;
+    struct Pending {
+        std::uint64_t id = 0;
         Seconds interval = 0;
+        Job job;
     };
     Date begin_;
     Seconds aheadOfUtc_;
     Seconds shift_ = 0;
     Instant now_ = 0;
-    std::uint64_t nextId_ = 1;
-    std::map<Key, Entry> jobs_;
-    std::unordered_map<std::uint64_t, Instant> dueOf_;
+    std::uint64_t lastSequence_ = 0;
+    std::map<Order, Pending> jobs_;
+    std::unordered_map<std::uint64_t, Order> orders_;  // by id, of everything pending
     std::uint64_t wakeUps_ = 0;
     Instant lastWake_ = -1;
     std::uint64_t running_ = 0;  // a repeating job that may cancel itself
