@@ -1,3 +1,6 @@
+#include <atomic>
+#include <thread>
+
 #include "XTest.h"
 
 namespace quibbits {
@@ -264,6 +267,31 @@ TEST_F(PanelTest, AServerThatLacksAnExtensionShowsTheCreatureAllTheSame) {
         panel.reset();
         disconnect();
     }
+}
+
+TEST_F(PanelTest, WithoutACompositorAMovingCreatureIsNeverCut) {
+    showPanel();
+    creature->change([](LayerProperties& l) { l.bounds = {0, 0, 300, 300}; });
+    moveCreature({200, 330});
+    EXPECT_TRUE(shows(60, down(330), red));
+    // Somebody else looks at the screen all the time.
+    std::atomic<bool> ended = false;
+    std::size_t looks = 0;
+    std::size_t fewest = 90'000;
+    std::thread watcher([&] {
+        OtherProgram eyes(desktop->display());
+        for (; !ended; ++looks) {
+            fewest = std::min(fewest, eyes.count({0, 300, 1280, 350}, red));
+        }
+    });
+    for (int step = 1; step <= 60; ++step) {
+        moveCreature({step % 2 == 0 ? 200.0 : 800.0, 330});
+        turnFor(0.02);
+    }
+    ended = true;
+    watcher.join();
+    EXPECT_GT(looks, 50u);
+    EXPECT_EQ(fewest, 90'000u);
 }
 
 TEST_F(PanelTest, AnotherScreenSizeIsFollowed) {

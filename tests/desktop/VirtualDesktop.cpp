@@ -295,16 +295,25 @@ void OtherProgram::key(int code, bool down) {
     fake(down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code);
 }
 
+std::vector<std::uint32_t> OtherProgram::pixels(const xcb_rectangle_t& area) {
+    const std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> image(
+        xcb_get_image_reply(xcb_,
+                            xcb_get_image(xcb_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, area.x, area.y,
+                                          area.width, area.height, ~0u),
+                            nullptr),
+        &std::free);
+    std::vector<std::uint32_t> colors(std::size_t{area.width} * area.height);
+    if (image) std::memcpy(colors.data(), xcb_get_image_data(image.get()), colors.size() * 4);
+    for (auto& color : colors) color &= 0xffffff;
+    return colors;
+}
+
 std::uint32_t OtherProgram::pixel(int x, int y) {
-    auto* image = xcb_get_image_reply(
-        xcb_,
-        xcb_get_image(xcb_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, static_cast<std::int16_t>(x),
-                      static_cast<std::int16_t>(y), 1, 1, ~0u),
-        nullptr);
-    std::uint32_t color = 0;
-    if (image) std::memcpy(&color, xcb_get_image_data(image), sizeof color);
-    std::free(image);
-    return color & 0xffffff;
+    return pixels({static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 1, 1}).front();
+}
+
+std::size_t OtherProgram::count(const xcb_rectangle_t& area, std::uint32_t color) {
+    return static_cast<std::size_t>(std::ranges::count(pixels(area), color));
 }
 
 int OtherProgram::takenClicks() {

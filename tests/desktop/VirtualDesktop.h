@@ -68,6 +68,10 @@ public:
     void press(int button = 1);
     void release(int button = 1);
     void key(int code, bool down);
+    /// Row after row, each 0xRRGGBB as the user sees it.
+    std::vector<std::uint32_t> pixels(const xcb_rectangle_t& area);
+    /// How many pixels of an area have a colour.
+    std::size_t count(const xcb_rectangle_t& area, std::uint32_t color);
     /// 0xRRGGBB as the user sees it.
     std::uint32_t pixel(int x, int y);
     xcb_atom_t atom(const std::string& name);

@@ -46,14 +46,24 @@ int PixelTransfer::rowsAtOnce(int width) const {
                     static_cast<int>(limit_ / (static_cast<std::size_t>(width) * bytesPerPixel)));
 }
 
+void PixelTransfer::prepare(std::size_t pixels) {
+    const std::size_t bytes = std::min(pixels * bytesPerPixel, limit_);
+    makeRoom(bytes);
+    prepared_ = next_ + bytes;
+}
+
+void PixelTransfer::makeRoom(std::size_t bytes) {
+    fit(bytes);
+    prepared_ = 0;
+    if (next_ + bytes <= size_) return;
+    waitForServer();
+    next_ = 0;
+}
+
 std::uint32_t* PixelTransfer::reserve(int width, int height) {
     const auto bytes =
         static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * bytesPerPixel;
-    fit(bytes);
-    if (next_ + bytes > size_) {
-        waitForServer();
-        next_ = 0;
-    }
+    if (next_ + bytes > prepared_) makeRoom(bytes);
     reserved_ = next_;
     return reinterpret_cast<std::uint32_t*>((memory_ ? memory_ : own_.data()) + reserved_);
 }
@@ -95,7 +105,7 @@ void PixelTransfer::release() {
         memory_ = nullptr;
     }
     own_ = {};
-    size_ = next_ = 0;
+    size_ = next_ = prepared_ = 0;
 }
 
 void PixelTransfer::resize(std::size_t size) {

@@ -21,6 +21,9 @@ public:
 
     /// How many rows of the width fit into one band.
     int rowsAtOnce(int width) const;
+    /// Waits for the server now, if at all, so that the next bands, of so many pixels together, are
+    /// sent without a wait between them. More than fits is prepared as far as it does.
+    void prepare(std::size_t pixels);
     /// Where to draw a band, row after row without gaps. It holds until it is sent, or forgotten
     /// by the next call.
     std::uint32_t* reserve(int width, int height);
@@ -32,6 +35,7 @@ public:
     std::size_t heldBytes() const { return size_; }
 
 private:
+    void makeRoom(std::size_t bytes);
     void fit(std::size_t bytes);
     void resize(std::size_t size);
     bool share(std::size_t size);
@@ -46,6 +50,7 @@ private:
     std::size_t size_ = 0;
     std::size_t next_ = 0;      // first byte that nothing was sent from since the server waited
     int smallBands_ = 0;        // in a row, for which the ring is far too large
+    std::size_t prepared_ = 0;  // up to here bands need no more room
     std::size_t reserved_ = 0;  // where the band reserved last begins
 };
 

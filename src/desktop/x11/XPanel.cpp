@@ -186,13 +186,17 @@ void XPanel::paintFrame() {
     auto damage = tree_.nextFrame(now);
     const PixelRect surface{0, 0, window_.frame().width, window_.frame().height};
     if (!exposed_.isEmpty()) damage.push_back(std::exchange(exposed_, {}));
-    bool drawn = false;
+    std::size_t pixels = 0;
+    for (auto& area : damage) {
+        area = area.intersected(surface);
+        pixels += static_cast<std::size_t>(area.area());
+    }
+    const bool drawn = pixels > 0;
     shape_.beginFrame();
-    for (const auto& rect : damage) {
-        const auto area = rect.intersected(surface);
-        if (area.isEmpty()) continue;
-        paint(area);
-        drawn = true;
+    // A frame reaches the server in one piece: between two of its parts a creature would be cut.
+    if (drawn) transfer_.prepare(pixels);
+    for (const auto& area : damage) {
+        if (!area.isEmpty()) paint(area);
     }
     if (drawn) {
         ++stats_.repaints;
