@@ -9,8 +9,13 @@
 
 namespace quibbits {
 
-AppDelegate::AppDelegate(const Computer& computer, Panels& panels)
-    : computer_(computer), panels_(panels) {}
+AppDelegate::AppDelegate(const Computer& computer, Panels& panels, views::ViewWindows& windows)
+    : computer_(computer),
+      panels_(panels),
+      settings_(computer, windows),
+      onboarding_(computer, windows) {
+    joinSettings();
+}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -42,6 +47,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     }
     for (const auto& creature : party_) creature->start();
     stage_ = std::move(stage);
+    welcome();
 }
 
 void AppDelegate::registerNotifications() {

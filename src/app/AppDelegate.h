@@ -14,13 +14,15 @@
 #include "layers/Panel.h"
 #include "platform/Computer.h"
 #include "platform/Lifetime.h"
+#include "settings/screens/Onboarding.h"
+#include "settings/screens/SettingsWindow.h"
 #include "stage/StageWindow.h"
 
 namespace quibbits {
 
 class AppDelegate {
 public:
-    AppDelegate(const Computer& computer, Panels& panels);
+    AppDelegate(const Computer& computer, Panels& panels, views::ViewWindows& windows);
     ~AppDelegate();
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
@@ -35,6 +37,9 @@ public:
     /// without a word is a greeting, and one of another scheme is nothing.
     void open(const std::vector<std::string>& addresses);
 
+    /// Opens the settings window, or brings it to the front.
+    void showSettings();
+
     // Empty until the launch is done.
     StageWindow* stage() const { return stage_.get(); }
     const std::vector<std::unique_ptr<Companion>>& party() const { return party_; }
@@ -43,9 +48,6 @@ public:
     BallFX* ballFX() const { return ballFX_.get(); }
     PartyDial* dial() const { return dial_.get(); }
 
-    /// The user wants the settings; set before the launch. Left empty, there are none to show, and
-    /// the menu's line cannot be chosen.
-    std::function<void()> onSettings;
     /// The user wants the program to end: whoever runs the loop ends it.
     std::function<void()> onTerminate;
 
@@ -72,8 +74,15 @@ private:
     /// Recalls the creature, or sends it out after whoever else is out has gone in.
     void toggleFromDial(Companion& creature, Point at);
 
+    // The settings and the welcome guide (SettingsWindows.cpp).
+    void joinSettings();
+    void welcome();
+    PetControls petControls(Companion& creature);
+
     const Computer computer_;
     Panels& panels_;
+    SettingsWindow settings_;
+    Onboarding onboarding_;
     // In the order of building: what is named later is gone first.
     std::unique_ptr<Power> power_;
     std::unique_ptr<Senses> senses_;

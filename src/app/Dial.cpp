@@ -24,7 +24,7 @@ void AppDelegate::buildDial() {
     dial_->onItemDrag = [this](std::optional<Point> at) {
         if (stage_) stage_->itemDragMoved(at);
     };
-    if (onSettings) dial_->onSettings = [this] { onSettings(); };
+    dial_->onSettings = [this] { showSettings(); };
     dial_->onQuit = [this] {
         if (onTerminate) onTerminate();
     };

@@ -207,6 +207,13 @@ public:
     virtual void pickedUp();
     virtual void dropped();
 
+    // Play ------------------------------------------------------------------------------------
+
+    /// The moves that it can play with, whether they are switched on or not.
+    virtual std::vector<std::string> playful() const;
+    /// A move that the user wants to see now; nothing while it is in its ball, busy or held.
+    void perform(const std::string& name);
+
     // Ball, hatching and evolution (all of it with `ballBusy` set from the first step to the last)
 
     /// Sends the creature into its ball or lets it out; an egg hatches. `from` is where a thrown
@@ -329,7 +336,6 @@ protected:
 
     // Play ------------------------------------------------------------------------------------
 
-    virtual std::vector<std::string> playful() const;
     virtual std::vector<std::string> unlockedMoves() const;
     virtual Animation hoverBob() const;
     enum class Air { free, any };  // whether windows are in the way of a flight
@@ -344,8 +350,6 @@ protected:
     void arriveByTeleport(Done done);
     void tumble(Done done);
     void victoryLap(Done done);
-    /// A move that the user wants to see now.
-    void perform(const std::string& name);
 
     // Feeding ---------------------------------------------------------------------------------
 

@@ -2,6 +2,7 @@
 // Everything that the core asks of a computer, real or simulated, in one record of references. All
 // of it outlives the core.
 
+#include "platform/Accessibility.h"
 #include "platform/DesktopLook.h"
 #include "platform/Dock.h"
 #include "platform/FileBrowser.h"
@@ -31,6 +32,7 @@ struct Computer {
     WindowList& windows;
     Dock& dock;
     FileBrowser& fileBrowser;
+    Accessibility& accessibility;
     Machine& machine;
     Notifications& notifications;
     StatusItem& statusItem;

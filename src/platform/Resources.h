@@ -18,6 +18,18 @@ struct XmlEvent {
     std::string value;  // the element's name, or the text
 };
 
+/// A piece of work on the creatures' pictures, as its list tells.
+struct Credit {
+    std::string artist;
+    std::string contact;  // a web address, a handle that begins with "@", or anything else
+    std::string set;
+    std::string kind;
+    std::string license;
+    std::string source;
+    std::vector<std::string> parts;
+    bool operator==(const Credit&) const = default;
+};
+
 class Resources {
 public:
     virtual ~Resources() = default;
@@ -37,6 +49,9 @@ public:
     /// The events of a named XML file up to its end or its first error; nothing when it cannot be
     /// opened.
     virtual std::optional<std::vector<XmlEvent>> xml(std::string_view name) const = 0;
+
+    /// Who drew the pictures. A list that is missing or has a mistake is empty.
+    virtual std::vector<Credit> credits() const { return {}; }
 };
 
 }  // namespace quibbits

@@ -17,6 +17,14 @@ struct Application {
     bool operator==(const Application&) const = default;
 };
 
+/// An application that is installed, running or not.
+struct InstalledApplication {
+    std::string id;  // as of Application
+    std::string name;
+    std::string icon;  // of the desktop's icon theme, or a path
+    bool operator==(const InstalledApplication&) const = default;
+};
+
 /// What a browser shows in its front window, as far as anybody tells.
 struct WebPage {
     std::optional<std::string> address;
@@ -31,6 +39,13 @@ public:
     virtual std::vector<Application> running() const = 0;
     /// The page in the front window of an application; nothing when it is no known browser.
     virtual std::optional<WebPage> page(const Application& application) const = 0;
+    /// Applications that the user could start, by name.
+    virtual std::vector<InstalledApplication> installed() const = 0;
+    /// The installed application with that id.
+    std::optional<InstalledApplication> installed(const std::string& id) const;
+    /// Opens an address or a path with whatever the desktop has for it. What nobody can open is
+    /// nothing.
+    virtual void open(const std::string& address) = 0;
 
     Signal<> activated;     // another application came to the front
     Signal<> launched;      // an application started

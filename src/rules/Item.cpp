@@ -9,19 +9,20 @@ namespace {
 struct ItemRow {
     Item item;
     std::string_view raw;
+    std::string_view name;
     bool berry;
     std::optional<Nature::Stat> flavor;
 };
 
 constexpr std::array itemRows{
-    ItemRow{Item::azurine, "azurine", true, std::nullopt},
-    ItemRow{Item::blushum, "blushum", true, Nature::Stat::speed},      // sweet
-    ItemRow{Item::cinnet, "cinnet", true, Nature::Stat::attack},       // spicy
-    ItemRow{Item::hazzel, "hazzel", true, Nature::Stat::spAttack},     // dry
-    ItemRow{Item::myrrow, "myrrow", true, Nature::Stat::spDefense},    // bitter
-    ItemRow{Item::sourling, "sourling", true, Nature::Stat::defense},  // sour
-    ItemRow{Item::stormPebble, "stormPebble", false, std::nullopt},
-    ItemRow{Item::tetherLoop, "tetherLoop", false, std::nullopt},
+    ItemRow{Item::azurine, "azurine", "Azurine", true, std::nullopt},
+    ItemRow{Item::blushum, "blushum", "Blushum", true, Nature::Stat::speed},      // sweet
+    ItemRow{Item::cinnet, "cinnet", "Cinnet", true, Nature::Stat::attack},       // spicy
+    ItemRow{Item::hazzel, "hazzel", "Hazzel", true, Nature::Stat::spAttack},     // dry
+    ItemRow{Item::myrrow, "myrrow", "Myrrow", true, Nature::Stat::spDefense},    // bitter
+    ItemRow{Item::sourling, "sourling", "Sourling", true, Nature::Stat::defense},  // sour
+    ItemRow{Item::stormPebble, "stormPebble", "Storm Pebble", false, std::nullopt},
+    ItemRow{Item::tetherLoop, "tetherLoop", "Tether Loop", false, std::nullopt},
 };
 static_assert(itemRows.size() == allItems.size());
 
@@ -39,6 +40,10 @@ std::optional<Item> itemNamed(std::string_view raw) {
     const auto found = std::ranges::find(itemRows, raw, &ItemRow::raw);
     if (found == itemRows.end()) return std::nullopt;
     return found->item;
+}
+
+std::string_view displayName(Item item) {
+    return row(item).name;
 }
 
 bool isBerry(Item item) {

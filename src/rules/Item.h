@@ -17,6 +17,8 @@ inline constexpr std::array allItems{Item::azurine,     Item::blushum,   Item::c
 
 std::string_view rawValue(Item item);
 std::optional<Item> itemNamed(std::string_view raw);
+/// For the user: "Storm Pebble".
+std::string_view displayName(Item item);
 bool isBerry(Item item);
 /// The stat whose natures like the berry when they raise it and dislike it when they lower it;
 /// none for what has no flavour.

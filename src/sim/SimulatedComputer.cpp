@@ -146,6 +146,7 @@ Computer SimulatedComputer::computer() {
             .windows = windows,
             .dock = dock,
             .fileBrowser = fileBrowser,
+            .accessibility = accessibility,
             .machine = machine,
             .notifications = notifications,
             .statusItem = statusItem,

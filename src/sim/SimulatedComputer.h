@@ -13,6 +13,7 @@
 #include "layers/LayerEngine.h"
 #include "platform/Computer.h"
 #include "sim/SimulatedPanel.h"
+#include "sim/SimulatedViewWindows.h"
 #include "sim/VirtualRunLoop.h"
 
 namespace quibbits {
@@ -57,6 +58,10 @@ public:
     std::optional<WebPage> page(const Application& application) const override {
         return front == application ? frontPage : std::nullopt;
     }
+    std::vector<InstalledApplication> installed() const override { return catalogue; }
+    void open(const std::string& address) override { opened.push_back(address); }
+    std::vector<InstalledApplication> catalogue;
+    std::vector<std::string> opened;
     std::optional<WebPage> frontPage;
     std::optional<Application> front;
     std::vector<Application> applications;
@@ -79,6 +84,14 @@ public:
     bool isFileManager(const std::string& id) const override { return id == "files"; }
     std::map<std::string, Point> positions;
     std::optional<std::vector<DesktopIcon>> icons = std::vector<DesktopIcon>{};
+};
+
+class SimulatedAccessibility final : public Accessibility {
+public:
+    bool isTrusted() const override { return trusted; }
+    void askForTrust() override { ++questions; }
+    bool trusted = false;
+    int questions = 0;
 };
 
 class SimulatedMachine final : public Machine {
@@ -219,12 +232,14 @@ public:
     SimulatedWorkspace workspace;
     SimulatedWindows windows;
     SimulatedFileBrowser fileBrowser;
+    SimulatedAccessibility accessibility;
     SimulatedMachine machine;
     SimulatedNotifications notifications;
     SimulatedStatusItem statusItem;
     SimulatedAppearance appearance;
     SimulatedFiles files;
     SimulatedPointer pointer;
+    SimulatedViewWindows viewWindows;
     LayerEngine layers;
     /// Presses that went through to what lies beneath.
     std::vector<Point> pressesBeneath;

@@ -114,7 +114,8 @@ void Player::advanceTo(Instant instant) {
 void Player::start() {
     if (app_) return;
     if (trace_) trace_->write("start");
-    app_ = std::make_unique<AppDelegate>(computer_->computer(), computer_->panels());
+    app_ = std::make_unique<AppDelegate>(computer_->computer(), computer_->panels(),
+                                         computer_->viewWindows);
     if (trace_) app_->onCreature = [this](Companion& creature) { trace_->follow(creature); };
     // The wish comes from inside the program, which must have returned before it can go.
     app_->onTerminate = [this] { computer_->runLoop.post([this] { quit(); }); };

@@ -9,7 +9,7 @@ TEST(AFirstRun, HasTwoHiddenEggsThatDecideNothing) {
     DrawnSheets sheets = DrawnSheets::ofWalker();
     FlatText text;
     SimulatedComputer computer({}, sheets, text);
-    AppDelegate app(computer.computer(), computer.panels());
+    AppDelegate app(computer.computer(), computer.panels(), computer.viewWindows);
     app.applicationDidFinishLaunching();
     ASSERT_EQ(app.party().size(), 2u);
     for (const auto& creature : app.party()) {
@@ -33,7 +33,7 @@ TEST(ALaunch, WithoutAScreenSetsUpTheNotificationsAndNothingElse) {
     FlatText text;
     SimulatedComputer computer({}, sheets, text);
     computer.screens.screen.reset();
-    AppDelegate app(computer.computer(), computer.panels());
+    AppDelegate app(computer.computer(), computer.panels(), computer.viewWindows);
     app.applicationDidFinishLaunching();
     EXPECT_EQ(app.stage(), nullptr);
     EXPECT_TRUE(app.party().empty());

@@ -44,7 +44,8 @@ public:
     }
 
     void launch() {
-        app = std::make_unique<AppDelegate>(computer.computer(), computer.panels());
+        app = std::make_unique<AppDelegate>(computer.computer(), computer.panels(),
+                                            computer.viewWindows);
         app->onCreature = [this](Companion& each) {
             each.onDecision = [this](const Companion& who, const Mind& mind) {
                 if (who.store() != store_) return;

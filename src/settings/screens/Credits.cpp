@@ -1,0 +1,105 @@
+// Who drew the creatures, from the list that lies beside their pictures.
+
+#include "settings/screens/Credits.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "settings/screens/Screens.h"
+
+namespace quibbits::screens {
+
+using namespace views;
+
+namespace {
+
+constexpr std::string_view listedLast = "Quibbits";
+constexpr std::string_view socialProfiles = "https://bsky.app/profile/";
+
+std::string lowercase(std::string text) {
+    std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
+    return text;
+}
+
+View artistBlock(const Artist& artist) {
+    View heading{
+        .content = Line{},
+        .children = {{.content = Text{artist.name, TextStyle::headline}}, {.content = Spacer{}}}};
+    if (const auto address = creditLink(artist.contact)) {
+        heading.children.push_back(
+            {.content = Link{artist.contact, *address}, .id = std::string(opensPrefix) + *address});
+    } else if (!artist.contact.empty()) {
+        heading.children.push_back({.content = Text{artist.contact, TextStyle::secondary}});
+    }
+    View block{.content = Column{}, .id = "artist " + artist.name, .children = {heading}};
+    for (std::size_t i = 0; i < artist.entries.size(); ++i) {
+        const Credit& entry = artist.entries[i];
+        std::string parts;
+        for (const std::string& part : entry.parts) parts += (parts.empty() ? "" : ", ") + part;
+        block.children.push_back(
+            {.content = Column{},
+             .id = "entry " + artist.name + " " + std::to_string(i),
+             .children = {{.content = Text{entry.set + " · " + entry.kind}},
+                          {.content = Text{parts, TextStyle::caption}},
+                          {.content = Text{entry.license, TextStyle::faint}}}});
+    }
+    return block;
+}
+
+}  // namespace
+
+std::vector<Artist> artists(const std::vector<Credit>& credits) {
+    std::vector<Artist> all;
+    for (const Credit& credit : credits) {
+        auto known = std::ranges::find(all, credit.artist, &Artist::name);
+        if (known == all.end()) {
+            all.push_back({.name = credit.artist, .contact = credit.contact});
+            known = all.end() - 1;
+        }
+        known->entries.push_back(credit);
+    }
+    std::ranges::stable_sort(all, {}, [](const Artist& artist) {
+        return std::pair(artist.name == listedLast, lowercase(artist.name));
+    });
+    return all;
+}
+
+std::optional<std::string> creditLink(std::string_view contact) {
+    constexpr std::string_view wrapping = "<> ";
+    const auto first = contact.find_first_not_of(wrapping);
+    if (first == std::string_view::npos) return std::nullopt;
+    contact = contact.substr(first, contact.find_last_not_of(wrapping) - first + 1);
+    if (contact.starts_with("http")) return std::string(contact);
+    if (contact.starts_with('@') && contact.find('.') != std::string_view::npos) {
+        return std::string(socialProfiles) + std::string(contact.substr(1));
+    }
+    return std::nullopt;
+}
+
+View credits(const Resources& resources) {
+    View artistSection{.content = Section{.heading = "Artists"}, .id = "artists"};
+    for (const Artist& artist : artists(resources.credits())) {
+        artistSection.children.push_back(artistBlock(artist));
+    }
+    return {
+        .content = Form{},
+        .id = "credits",
+        .children = {
+            {.content = Section{},
+             .id = "thanks",
+             .children = {{.content = Text{"All Quibbit sprites and portraits are drawn by the "
+                                           "Quibbits Atelier. Thank you to everyone below who "
+                                           "shaped them."}}}},
+            std::move(artistSection),
+            {.content = Section{.heading = "Also"},
+             .id = "also",
+             .children = {
+                 {.content = Text{"Creature data (learnsets, growth rates, natures, Fieldbook "
+                                  "text): written for Quibbits."}},
+                 {.content = Text{"Egg, berries, Storm Pebble, Homeball, hearts and sparks: pixel "
+                                  "art made for Quibbits."}},
+                 {.content = Text{"The creatures belong to the people of the Quibbits project.",
+                                  TextStyle::caption}}}}}};
+}
+
+}  // namespace quibbits::screens
