@@ -95,7 +95,7 @@ int main(int argc, char** argv) {
     computer.defaults.set("pet.stage", std::string("sparrel"));
     computer.defaults.set("faces", mode == "speak");
     computer.defaults.set("chatter", mode == "speak");
-    AppDelegate delegate(computer, linux->panels());
+    AppDelegate delegate(computer, linux->panels(), linux->windows());
     delegate.applicationDidFinishLaunching();
     Companion& creature = *delegate.party()[0];
 

@@ -147,10 +147,9 @@ Companion* AppDelegate::firstFree() const {
 }
 
 void AppDelegate::open(const std::vector<std::string>& addresses) {
-    constexpr std::string_view scheme = "quibbits:";
     for (std::string_view rest : addresses) {
-        if (!rest.starts_with(scheme)) continue;
-        rest.remove_prefix(scheme.size());
+        if (!rest.starts_with(ownScheme)) continue;
+        rest.remove_prefix(ownScheme.size());
         // What stands where a web address has its host.
         std::string word;
         if (rest.starts_with("//")) word = rest.substr(2, rest.find_first_of("/?#", 2) - 2);

@@ -4,6 +4,8 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "aware/Power.h"
@@ -22,6 +24,9 @@ namespace quibbits {
 
 class AppDelegate {
 public:
+    /// What addresses for this program begin with.
+    static constexpr std::string_view ownScheme = "quibbits:";
+
     AppDelegate(const Computer& computer, Panels& panels, views::ViewWindows& windows);
     ~AppDelegate();
     AppDelegate(const AppDelegate&) = delete;

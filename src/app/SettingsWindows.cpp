@@ -6,7 +6,10 @@ namespace quibbits {
 
 void AppDelegate::joinSettings() {
     settings_.onWelcome = [this] { onboarding_.show(true, {}); };
-    settings_.onOpen = [this](const std::string& address) { computer_.workspace.open(address); };
+    settings_.onOpen = [this](const std::string& address) {
+        if (address.starts_with(ownScheme)) return open({address});
+        computer_.workspace.open(address);
+    };
 }
 
 void AppDelegate::showSettings() {

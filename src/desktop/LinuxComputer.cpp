@@ -5,11 +5,13 @@
 #include "desktop/files/DefaultsFile.h"
 #include "desktop/files/DiskFiles.h"
 #include "desktop/files/DiskResources.h"
+#include "desktop/session/AccessibilityStatus.h"
 #include "desktop/session/BusNotifications.h"
 #include "desktop/session/DesktopIcons.h"
 #include "desktop/session/LinuxMachine.h"
 #include "desktop/session/PortalAppearance.h"
 #include "desktop/session/TrayIcon.h"
+#include "desktop/windows/ProcessWindows.h"
 #include "desktop/x11/SystemTray.h"
 #include "desktop/x11/XDock.h"
 #include "desktop/x11/XPanels.h"
@@ -50,6 +52,7 @@ struct LinuxComputer::Parts {
                   {.system = places.system, .devices = places.devices}),
           notifications(*loop, sessionBus),
           appearance(sessionBus),
+          accessibility(sessionBus),
           fileBrowser(*loop, sessionBus,
                       {.screen = [this] { return screenPixels(); },
                        .toPoints = [this](Rect r) { return points(r); }}),
@@ -61,7 +64,8 @@ struct LinuxComputer::Parts {
                .dock = dock,
                .pointOf = [this](int x, int y) { return screens.coordinates().points(x, y); },
                .openMenu = [this](Menu menu, Point at) { panels.openMenu(std::move(menu), at); },
-               .otherTray = &systemTray}) {
+               .otherTray = &systemTray}),
+          windows(*loop, ProcessWindows::usualProgram()) {
         connection->onEnd = [this] { loop->quit(); };
         statusItem.onNoTray = [] {
             std::fputs("Quibbits: there is no tray; start quibbits again to open the dial\n",
@@ -100,9 +104,11 @@ struct LinuxComputer::Parts {
     session::LinuxMachine machine;
     session::BusNotifications notifications;
     session::PortalAppearance appearance;
+    session::AccessibilityStatus accessibility;
     session::DesktopIcons fileBrowser;
     x11::SystemTray systemTray;
     session::TrayIcon statusItem;
+    ProcessWindows windows;
 };
 
 LinuxComputer::Result LinuxComputer::start(Places places) {
@@ -124,6 +130,9 @@ EventRunLoop& LinuxComputer::loop() {
 Panels& LinuxComputer::panels() {
     return parts_->panels;
 }
+views::ViewWindows& LinuxComputer::windows() {
+    return parts_->windows;
+}
 Computer LinuxComputer::computer(Random& random) {
     return {.runLoop = *parts_->loop,
             .random = random,
@@ -134,6 +143,7 @@ Computer LinuxComputer::computer(Random& random) {
             .windows = parts_->windowList,
             .dock = parts_->dock,
             .fileBrowser = parts_->fileBrowser,
+            .accessibility = parts_->accessibility,
             .machine = parts_->machine,
             .notifications = parts_->notifications,
             .statusItem = parts_->statusItem,

@@ -11,6 +11,7 @@
 #include "desktop/EventRunLoop.h"
 #include "layers/Panel.h"
 #include "platform/Computer.h"
+#include "views/ViewWindow.h"
 
 namespace quibbits {
 
@@ -36,6 +37,8 @@ public:
 
     EventRunLoop& loop();
     Panels& panels();
+    /// The ordinary windows.
+    views::ViewWindows& windows();
     /// Everything else that the core asks for. The source of chance is the caller's.
     Computer computer(Random& random);
 

@@ -22,6 +22,8 @@ public:
     /// Where the icon is, in global coordinates: exactly where the desktop tells it, else about the
     /// last click on it, else the corner of the screen where trays are. None without a screen.
     virtual std::optional<Rect> frame() const = 0;
+    /// Whether some tray shows the icon now.
+    virtual bool isShown() const = 0;
 
     /// The icon's menu for desktops that show it themselves, at a right click or to somebody who
     /// cannot use a mouse. Asked each time it is about to be shown. Where it is missing such a

@@ -41,8 +41,6 @@ public:
     virtual std::optional<WebPage> page(const Application& application) const = 0;
     /// Applications that the user could start, by name.
     virtual std::vector<InstalledApplication> installed() const = 0;
-    /// The installed application with that id.
-    std::optional<InstalledApplication> installed(const std::string& id) const;
     /// Opens an address or a path with whatever the desktop has for it. What nobody can open is
     /// nothing.
     virtual void open(const std::string& address) = 0;

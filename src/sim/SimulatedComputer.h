@@ -123,6 +123,7 @@ public:
     void show(Image picture, std::string text) override;
     void popUp(Menu menu) override;
     std::optional<Rect> frame() const override;
+    bool isShown() const override { return true; }
 
     Image image;
     std::string toolTip;

@@ -14,6 +14,7 @@ struct WindowSpec {
     std::string title;
     Size size;               // points, of its content
     bool resizable = false;  // and can be minimised
+    bool dark = false;       // by the desktop's look when it is opened
 };
 
 /// An open window. Letting go of it closes it.

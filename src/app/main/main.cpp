@@ -1,5 +1,6 @@
-// quibbits: the resident companion. A second start on the same display opens the first one's dial,
-// or hands on an address such as quibbits://celebrate.
+// quibbits: the resident companion. A second start on the same display opens the first one's
+// settings, and its dial where there is no tray to click; or it hands on an address such as
+// quibbits://celebrate.
 
 #include <cstdio>
 #include <cstdlib>
@@ -19,8 +20,7 @@ namespace {
 
 using namespace quibbits;
 
-constexpr std::string_view addressStart = "quibbits:";
-constexpr const char* openDial = "open";
+constexpr const char* openSettings = "open";
 
 /// The chance of this run: never the same twice.
 std::uint64_t freshSeed() {
@@ -37,8 +37,8 @@ std::vector<std::filesystem::path> sheetFolders() {
 
 /// What a start asks for: one line of text for the one that runs.
 std::optional<std::string> wish(int count, char** arguments) {
-    if (count == 1) return openDial;
-    if (count == 2 && std::string_view(arguments[1]).starts_with(addressStart)) {
+    if (count == 1) return openSettings;
+    if (count == 2 && std::string_view(arguments[1]).starts_with(AppDelegate::ownScheme)) {
         return arguments[1];
     }
     return std::nullopt;
@@ -46,10 +46,11 @@ std::optional<std::string> wish(int count, char** arguments) {
 
 /// Does what this start or a later one asks for.
 void fulfil(const std::string& wish, AppDelegate& delegate, const StatusItem& icon) {
-    if (wish.starts_with(addressStart)) {
+    if (wish.starts_with(AppDelegate::ownScheme)) {
         delegate.open({wish});
-    } else if (wish == openDial && icon.onClick) {
-        icon.onClick();
+    } else if (wish == openSettings) {
+        if (!icon.isShown() && icon.onClick) icon.onClick();
+        delegate.showSettings();
     }
 }
 
@@ -79,10 +80,10 @@ int main(int count, char** arguments) {
     const auto instance = std::move(claim.instance);  // gone before the loop
     Random random(freshSeed());
     const Computer computer = linux->computer(random);
-    AppDelegate delegate(computer, linux->panels());
+    AppDelegate delegate(computer, linux->panels(), linux->windows());
     delegate.onTerminate = [loop = &linux->loop()] { loop->quit(); };
     delegate.applicationDidFinishLaunching();
-    if (*asked != openDial) fulfil(*asked, delegate, computer.statusItem);
+    if (*asked != openSettings) fulfil(*asked, delegate, computer.statusItem);
     if (instance) {
         instance->listen(linux->loop(), [&](const std::string& wish) {
             fulfil(wish, delegate, computer.statusItem);

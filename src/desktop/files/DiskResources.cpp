@@ -6,6 +6,7 @@
 #include <fstream>
 #include <span>
 
+#include "codecs/Credits.h"
 #include "codecs/Png.h"
 #include "codecs/Xml.h"
 #include "desktop/files/UserFolders.h"
@@ -16,6 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::size_t mostCreditBytes = std::size_t{1} << 20;
 constexpr std::size_t mostImageBytes = std::size_t{64} << 20;
 constexpr std::string_view endChunk("\0\0\0\0IEND\xae\x42\x60\x82", 12);
 
@@ -95,6 +97,14 @@ std::optional<std::vector<XmlEvent>> DiskResources::xml(std::string_view name) c
         if (const auto text = readWholeFile(path, xmlMostBytes)) return xmlEvents(*text);
     }
     return std::nullopt;
+}
+
+std::vector<Credit> DiskResources::credits() const {
+    for (const auto& path : candidates("credits", ".json")) {
+        const auto text = readWholeFile(path, mostCreditBytes);
+        return (text ? readCredits(*text) : std::nullopt).value_or(std::vector<Credit>{});
+    }
+    return {};
 }
 
 }  // namespace quibbits

@@ -19,6 +19,8 @@ public:
     std::optional<PixelSize> imageSize(std::string_view name) const override;
     Image imageRows(std::string_view name, int first, int count) const override;
     std::optional<std::vector<XmlEvent>> xml(std::string_view name) const override;
+    /// From the first of the folders that has a list.
+    std::vector<Credit> credits() const override;
 
 private:
     std::vector<std::filesystem::path> candidates(std::string_view name,

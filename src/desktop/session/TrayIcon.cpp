@@ -244,6 +244,7 @@ void TrayIcon::askForHost() {
 }
 
 void TrayIcon::hostIs(bool present) {
+    hasHost_ = present;
     OtherTray* const other = display_.otherTray;
     if (other) other->setWanted(!present);
     if (present) return patience_.cancel();

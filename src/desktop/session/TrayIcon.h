@@ -42,6 +42,9 @@ public:
     void show(Image image, std::string toolTip) override;
     void popUp(Menu menu) override;
     std::optional<Rect> frame() const override;
+    bool isShown() const override {
+        return hasHost_ || (display_.otherTray && display_.otherTray->isThere());
+    }
 
     /// For some seconds there was no tray that could show the icon. Told once.
     std::function<void()> onNoTray;
@@ -67,6 +70,7 @@ private:
     std::string toolTip_;
     std::optional<Point> lastClick_;
     bool isOffered_ = false;
+    bool hasHost_ = false;
     bool hasTold_ = false;
     Timer patience_;
     Subscription served_;

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+#include "desktop/files/InstalledApplications.h"
+#include "desktop/windows/Spawn.h"
 #include "desktop/x11/Properties.h"
 
 namespace quibbits::x11 {
@@ -67,6 +69,15 @@ void XWorkspace::rootChanged(xcb_atom_t property) {
         readFront();
         if (front_ != before) activated.emit();
     }
+}
+
+std::vector<InstalledApplication> XWorkspace::installed() const {
+    return installedApplications(applicationFolders());
+}
+
+void XWorkspace::open(const std::string& address) {
+    // What begins with a dash would be an option.
+    if (!address.starts_with('-')) spawnDetached({"xdg-open", address});
 }
 
 void XWorkspace::readFront() {

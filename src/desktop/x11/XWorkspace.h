@@ -16,6 +16,8 @@ public:
     std::vector<Application> running() const override { return running_; }
     /// The title of the active window, when it belongs to a browser.
     std::optional<WebPage> page(const Application& application) const override;
+    std::vector<InstalledApplication> installed() const override;
+    void open(const std::string& address) override;
 
 private:
     void rootChanged(xcb_atom_t property);

@@ -1,5 +1,5 @@
+#include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdio>
 
 #include "body/Pixels.h"
@@ -50,21 +50,23 @@ View behindApps(const Computer& computer) {
                                "YouTube.",
                                TextStyle::secondary}}},
         .enabled = enabled};
+    const auto installed = computer.workspace.installed();
     for (const std::string& id : Settings::behindApps(computer.defaults)) {
-        const auto known = computer.workspace.installed(id);
+        const auto known = std::ranges::find(installed, id, &InstalledApplication::id);
+        const bool isKnown = known != installed.end();
         section.children.push_back(
             {.content = Line{},
              .id = "row " + id,
              .children = {
-                 {.content = views::Application{.name = known ? known->name : id,
-                                                .icon = known ? known->icon : ""}},
+                 {.content = views::Application{.name = isKnown ? known->name : id,
+                                                .icon = isKnown ? known->icon : ""}},
                  {.content = Spacer{}},
                  {.content =
                       Button{.title = "", .symbol = "minus.circle", .role = ButtonRole::borderless},
                   .id = std::string(leavesPrefix) + id}}});
     }
     Chooser chooser{.title = "Add App…"};
-    for (const InstalledApplication& each : computer.workspace.installed()) {
+    for (const InstalledApplication& each : installed) {
         chooser.entries.push_back({.id = each.id, .title = each.name, .icon = each.icon});
     }
     section.children.push_back(

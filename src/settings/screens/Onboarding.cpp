@@ -26,8 +26,9 @@ void Onboarding::show(bool again, std::function<void()> finished) {
     step_ =
         first >= 0 && first < welcomeSteps ? static_cast<WelcomeStep>(first) : WelcomeStep::welcome;
     finished_ = again ? nullptr : std::move(finished);
-    window_ = windows_.open({.title = "Welcome to Quibbits", .size = windowSize},
-                            welcome(computer_, step_));
+    window_ = windows_.open(
+        {.title = "Welcome to Quibbits", .size = windowSize, .dark = computer_.appearance.isDark()},
+        welcome(computer_, step_));
     window_->onAction = lifetime_.guard([this](const views::Action& action) { act(action); });
     window_->onClose = lifetime_.guard([this] {
         window_.reset();

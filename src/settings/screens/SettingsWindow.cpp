@@ -42,9 +42,9 @@ std::string Page::name() const {
 namespace {
 
 View sidebarRow(std::string id, std::string title, std::string symbol, bool startsGroup = false) {
-    return {.content = SidebarRow{.title = std::move(title),
-                                  .symbol = std::move(symbol),
-                                  .startsGroup = startsGroup},
+    return {.content = views::SidebarRow{.title = std::move(title),
+                                         .symbol = std::move(symbol),
+                                         .startsGroup = startsGroup},
             .id = std::move(id)};
 }
 
@@ -117,7 +117,11 @@ void SettingsWindow::show(std::vector<PetControls> party) {
     const auto first = computer_.defaults.string("QuibSettings");
     state_ = {};
     turnTo(first ? Page::named(*first) : Page{});
-    window_ = windows_.open({.title = "Quibbits", .size = windowSize, .resizable = true}, tree());
+    window_ = windows_.open({.title = "Quibbits",
+                             .size = windowSize,
+                             .resizable = true,
+                             .dark = computer_.appearance.isDark()},
+                            tree());
     window_->onAction = lifetime_.guard([this](const views::Action& action) { act(action); });
     window_->onClose = lifetime_.guard([this] {
         window_.reset();

@@ -1,0 +1,31 @@
+#pragma once
+// Ordinary windows, each shown by a process of its own that knows a widget toolkit, so that this
+// program needs none. The process is given trees of views and sends back actions over an inherited
+// pair of sockets that nobody else can reach; it ends with its window.
+
+#include <filesystem>
+#include <string>
+
+#include "desktop/EventRunLoop.h"
+#include "views/ViewWindow.h"
+
+namespace quibbits {
+
+class ProcessWindows final : public views::ViewWindows {
+public:
+    /// `program` shows the windows.
+    ProcessWindows(EventRunLoop& loop, std::filesystem::path program)
+        : loop_(loop), program_(std::move(program)) {}
+
+    /// The program that lies beside this one, else the one in $PATH.
+    static std::filesystem::path usualProgram();
+
+    std::unique_ptr<views::ViewWindow> open(const views::WindowSpec& spec,
+                                            views::View tree) override;
+
+private:
+    EventRunLoop& loop_;
+    std::filesystem::path program_;
+};
+
+}  // namespace quibbits

@@ -1,0 +1,38 @@
+#pragma once
+// One view on the screen. A ViewTree makes an item for every view, keeps it as long as later trees
+// have a view of the same kind and identity there, and tells it what changed.
+
+#include <QList>
+#include <QWidget>
+#include <functional>
+#include <memory>
+
+#include "views/View.h"
+
+namespace quibbits::window {
+
+using Tell = std::function<void(const views::Action&)>;
+
+class Item : public QWidget {
+public:
+    /// The item for a view's kind, still empty.
+    static Item* make(const views::View& view, Tell tell);
+
+    /// Shows what the view says, its children apart.
+    virtual void show(const views::View& view) = 0;
+    /// Arranges the children's items, which this becomes the parent of.
+    virtual void place(const QList<Item*>& children);
+
+protected:
+    explicit Item(Tell tell) : tell_(std::move(tell)) {}
+    void act(views::Action::Value value = {}) const {
+        tell_({.id = id_, .value = std::move(value)});
+    }
+    void keepIdentity(const views::View& view) { id_ = view.id; }
+
+private:
+    Tell tell_;
+    std::string id_;
+};
+
+}  // namespace quibbits::window

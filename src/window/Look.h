@@ -1,0 +1,26 @@
+#pragma once
+// What the windows look like: colours for light and dark, fonts by a text's weight in the page, and
+// pictures as the toolkit has them.
+
+#include <QFont>
+#include <QImage>
+#include <QPalette>
+
+#include "platform/Color.h"
+#include "platform/Image.h"
+#include "views/View.h"
+
+namespace quibbits::window {
+
+QPalette palette(bool dark);
+QFont fontFor(views::TextStyle style, const QFont& base);
+/// How strongly a text of the style stands out, 0 to 1.
+double strengthOf(views::TextStyle style);
+/// The palette's text colour at a strength.
+QColor inkOf(const QPalette& palette, double strength);
+QColor toColor(const Color& color);
+QImage toImage(const Image& image);
+/// Without its colours.
+QImage drained(QImage image);
+
+}  // namespace quibbits::window
