@@ -100,6 +100,12 @@ public:
         box->setSpacing(4);
     }
     void show(const views::View&) override {}
+    void place(const QList<Item*>& children) override {
+        Item::place(children);
+        const bool fills =
+            std::ranges::any_of(children, [](const Item* child) { return child->takesRoom(); });
+        if (!fills) static_cast<QVBoxLayout*>(layout())->addStretch(1);
+    }
 };
 
 class LineItem final : public Item {
@@ -110,6 +116,11 @@ public:
         box->setSpacing(gap);
     }
     void show(const views::View&) override {}
+    void place(const QList<Item*>& children) override {
+        Item::place(children);
+        // What is a piece of the line stands in its middle.
+        for (Item* child : children) layout()->setAlignment(child, Qt::AlignVCenter);
+    }
 };
 
 class GridItem final : public Item {
@@ -155,6 +166,7 @@ public:
         for (Item* child : children) box_->addWidget(child);
         box_->addStretch(1);
     }
+    bool takesRoom() const override { return true; }
 
 private:
     QWidget* inner_;
@@ -381,6 +393,10 @@ private:
         following_ = false;
     }
 
+public:
+    bool takesRoom() const override { return true; }
+
+private:
     QTabBar* bar_;
     QVBoxLayout* pages_;
     QList<TabItem*> tabs_;
@@ -426,14 +442,21 @@ protected:
             Item::keyPressEvent(event);
         }
     }
-    void focusInEvent(QFocusEvent*) override { update(); }
-    void focusOutEvent(QFocusEvent*) override { update(); }
+    void focusInEvent(QFocusEvent* event) override {
+        byKeyboard_ =
+            event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+        update();
+    }
+    void focusOutEvent(QFocusEvent*) override {
+        byKeyboard_ = false;
+        update();
+    }
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         const QRectF body = QRectF(rect()).adjusted(1, 1, -1, -1);
-        if (chosen_ || hasFocus()) {
-            painter.setPen(hasFocus() ? QPen(palette().color(QPalette::Highlight)) : Qt::NoPen);
+        if (chosen_ || byKeyboard_) {
+            painter.setPen(byKeyboard_ ? QPen(palette().color(QPalette::Highlight)) : Qt::NoPen);
             painter.setBrush(chosen_ ? QBrush(palette().color(QPalette::Highlight)) : Qt::NoBrush);
             painter.drawRoundedRect(body, 7, 7);
         }
@@ -457,6 +480,7 @@ private:
     QString symbol_;
     QImage picture_;
     bool chosen_ = false;
+    bool byKeyboard_ = false;
 };
 
 class SplitItem final : public Item {

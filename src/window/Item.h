@@ -23,6 +23,9 @@ public:
     /// Arranges the children's items, which this becomes the parent of.
     virtual void place(const QList<Item*>& children);
 
+    /// Whether it is to have the height that is left, as what scrolls does.
+    virtual bool takesRoom() const { return false; }
+
 protected:
     explicit Item(Tell tell) : tell_(std::move(tell)) {}
     void act(views::Action::Value value = {}) const {

@@ -41,7 +41,7 @@ constexpr std::array symbols{
     Symbol{"macwindow.on.rectangle", "❐"},
     Symbol{"minus.circle", "⊖"},
     Symbol{"moon.stars.fill", "☾"},
-    Symbol{"oval.portrait", "⬭"},
+    Symbol{"oval.portrait", "◯"},
     Symbol{"pause.circle", "‖"},
     Symbol{"person.2", "⚥"},
     Symbol{"questionmark", "?"},

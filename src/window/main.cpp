@@ -42,6 +42,7 @@ QToolButton#segment { padding: 5px 14px; border: 1px solid palette(mid);
     background: palette(button); }
 QToolButton#segment:checked { background: palette(highlight); color: palette(highlighted-text);
     border-color: palette(highlight); }
+QComboBox::drop-down { border: none; width: 22px; }
 QTabBar::tab { padding: 7px 18px; margin: 0 2px; border-radius: 7px; }
 QTabBar::tab:selected { background: palette(highlight); color: palette(highlighted-text); }
 QTabBar::tab:hover:!selected { background: palette(midlight); }
