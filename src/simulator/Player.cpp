@@ -180,6 +180,10 @@ bool Player::applyToUser(const ScenarioEvent& event) {
         const std::string title = textOf(fields, "title");
         const bool done = c.choose(title);
         if (trace_) trace_->write("choose", {{"title", title}, {"done", done}});
+    } else if (event.kind == "use") {
+        use(fields);
+    } else if (event.kind == "dismiss") {
+        if (auto* window = c.viewWindows.titled(textOf(fields, "window"))) window->close();
     } else if (event.kind == "keys") {
         c.pointer.keys = {.command = flagOf(fields, "command"),
                           .option = flagOf(fields, "option"),
@@ -295,6 +299,18 @@ bool Player::applyToMachine(const ScenarioEvent& event) {
         return false;
     }
     return true;
+}
+
+void Player::use(const Json& fields) {
+    views::Action::Value value;
+    if (fields.find("on")) value = flagOf(fields, "on");
+    if (fields.find("choice")) value = textOf(fields, "choice");
+    if (fields.find("number")) value = static_cast<std::int64_t>(numberOf(fields, "number"));
+    const std::string title = textOf(fields, "window");
+    const std::string id = textOf(fields, "id");
+    auto* window = computer_->viewWindows.titled(title);
+    const bool done = window && window->act(id, std::move(value));
+    if (trace_) trace_->write("use", {{"window", title}, {"id", id}, {"done", done}});
 }
 
 void Player::movePointer(const Json& fields, std::function<void()> then) {

@@ -46,6 +46,8 @@ private:
     /// The point of an event, wherever it is counted from.
     Point place(const Json& fields, std::string_view name) const;
     void expect(const ScenarioEvent& event);
+    /// The simulated user at an ordinary window.
+    void use(const Json& fields);
     void begin(const Json& fields);
     void start();
     void quit();
