@@ -67,9 +67,23 @@ struct Blindfold {
     SimulatedFileBrowser fileBrowser;
 
     Computer over(const Computer& c) {
-        return {c.runLoop,    c.random, c.defaults,  c.screens, c.pointer,       c.workspace,
-                windows,      dock,     fileBrowser, machine,   c.notifications, c.statusItem,
-                c.appearance, c.files,  c.resources, c.text};
+        return {.runLoop = c.runLoop,
+                .random = c.random,
+                .defaults = c.defaults,
+                .screens = c.screens,
+                .pointer = c.pointer,
+                .workspace = c.workspace,
+                .windows = windows,
+                .dock = dock,
+                .fileBrowser = fileBrowser,
+                .accessibility = c.accessibility,
+                .machine = machine,
+                .notifications = c.notifications,
+                .statusItem = c.statusItem,
+                .appearance = c.appearance,
+                .files = c.files,
+                .resources = c.resources,
+                .text = c.text};
     }
 };
 

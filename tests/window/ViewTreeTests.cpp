@@ -10,6 +10,7 @@
 #include <QScrollBar>
 #include <QTabBar>
 #include <QToolButton>
+#include <memory>
 
 #include "window/ViewTree.h"
 
@@ -18,25 +19,31 @@ namespace {
 
 using namespace views;
 
-QApplication& application() {
-    static int count = 1;
-    static char name[] = "test";
-    static char* arguments[] = {name, nullptr};
-    static const bool set = qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QApplication app(count, arguments);
-    static_cast<void>(set);
-    return app;
-}
+/// The toolkit, which must be gone before the program's statics are.
+class Toolkit final : public testing::Environment {
+public:
+    void SetUp() override {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        application_ = std::make_unique<QApplication>(count_, arguments_);
+    }
+    void TearDown() override { application_.reset(); }
+
+private:
+    int count_ = 1;
+    char name_[5] = "test";
+    char* arguments_[2] = {name_, nullptr};
+    std::unique_ptr<QApplication> application_;
+};
+const auto* const toolkit = testing::AddGlobalTestEnvironment(new Toolkit);
 
 class Windows : public testing::Test {
 protected:
-    Windows() : app_(application()) {}
     ~Windows() override { delete tree_.top(); }
 
     void show(View view) {
         if (tree_.show(std::move(view))) tree_.top()->resize(500, 300);
         tree_.top()->QWidget::show();
-        app_.processEvents();
+        QCoreApplication::processEvents();
     }
     template <typename Widget>
     QList<Widget*> all() {
@@ -50,7 +57,6 @@ protected:
         return {.content = Toggle{.title = id, .isOn = on}, .id = id, .enabled = enabled};
     }
 
-    QApplication& app_;
     std::vector<Action> actions_;
     ViewTree tree_{[this](const Action& action) { actions_.push_back(action); }};
 };
@@ -87,7 +93,7 @@ TEST_F(Windows, AnUpdateKeepsTheWidgetsThatStay) {
     EXPECT_TRUE(before[0]->isChecked());
     EXPECT_FALSE(before[1]->isEnabled());
     show(form({toggle("two", true)}));
-    app_.sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(all<QAbstractButton>(), QList<QAbstractButton*>{before[1]});
     EXPECT_TRUE(before[1]->isEnabled());
     EXPECT_TRUE(actions_.empty()) << "an update is nothing that the user did";

@@ -1,6 +1,7 @@
 #include "desktop/windows/Spawn.h"
 
 #include <fcntl.h>
+#include <linux/close_range.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,6 +20,7 @@ namespace {
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
+    close_range(3, ~0u, CLOSE_RANGE_CLOEXEC);
     if (kept >= 0 && kept != keptAs) {
         dup2(kept, keptAs);  // the copy stays open in the new program
     } else if (kept >= 0) {
