@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "settings/model/Setting.h"
 #include "species/Sparrel.h"
@@ -44,6 +45,13 @@ void AppDelegate::applicationDidFinishLaunching() {
         creature->cursor = [this] { return toStage(computer_.pointer.location()); };
         creature->ballStart = [this] { return ballStart(); };
         if (onCreature) onCreature(*creature);
+    }
+    makeThunderboltKey();
+    // Nobody's folder is watched before its owner has been told.
+    if (computer_.defaults.boolean("onboarded")) {
+        makeGuard();
+    } else {
+        whenOnboarded_.push_back([this] { makeGuard(); });
     }
     for (const auto& creature : party_) creature->start();
     stage_ = std::move(stage);
@@ -133,8 +141,7 @@ void AppDelegate::zapOffered(const std::vector<std::string>& paths) {
     std::vector<std::string> there;
     std::ranges::copy_if(paths, std::back_inserter(there),
                          [this](const std::string& path) { return computer_.files.exists(path); });
-    Companion* creature = firstFree();
-    if (!creature && !party_.empty()) creature = party_.front().get();
+    Companion* creature = chosenForFiles();
     const auto rest = there.begin() + static_cast<std::ptrdiff_t>(std::min(shown, there.size()));
     if (creature) creature->strike({there.begin(), rest}, {});
     for (auto path = rest; path != there.end(); ++path) computer_.files.moveToTrash(*path);
@@ -144,6 +151,46 @@ Companion* AppDelegate::firstFree() const {
     const auto found =
         std::ranges::find_if(party_, [](const auto& creature) { return creature->isFree(); });
     return found == party_.end() ? nullptr : found->get();
+}
+
+Companion* AppDelegate::chosenForFiles() const {
+    Companion* creature = firstFree();
+    return creature || party_.empty() ? creature : party_.front().get();
+}
+
+void AppDelegate::makeThunderboltKey() {
+    thunderboltKey_ =
+        std::make_unique<ThunderboltKey>(ThunderboltKey::World{.hotKeys = computer_.hotKeys,
+                                                               .workspace = computer_.workspace,
+                                                               .fileBrowser = computer_.fileBrowser,
+                                                               .loop = computer_.runLoop,
+                                                               .defaults = computer_.defaults});
+    thunderboltKey_->onStrike = [this](const std::vector<std::string>& paths,
+                                       const ThunderboltKey::Spots& points) {
+        Companion* creature = chosenForFiles();
+        if (!creature) return;
+        FilePoints onStage;
+        for (const auto& [path, point] : points) onStage[path] = toStage(point);
+        creature->strike(paths, onStage);
+    };
+}
+
+void AppDelegate::makeGuard() {
+    downloads_ =
+        std::make_unique<DownloadsGuard>(DownloadsGuard::World{.files = computer_.files,
+                                                               .volumes = computer_.volumes,
+                                                               .background = computer_.background,
+                                                               .loop = computer_.runLoop,
+                                                               .defaults = computer_.defaults});
+    downloads_->onFind = [this](const DownloadsFind& find) {
+        if (Companion* creature = chosenForFiles())
+            creature->offerZap(find.paths, find.title, find.why);
+    };
+}
+
+void AppDelegate::onboardingDone() {
+    const auto waiting = std::exchange(whenOnboarded_, {});
+    for (const auto& begin : waiting) begin();
 }
 
 void AppDelegate::open(const std::vector<std::string>& addresses) {

@@ -8,8 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "aware/DownloadsGuard.h"
 #include "aware/Power.h"
 #include "aware/Senses.h"
+#include "aware/ThunderboltKey.h"
 #include "creature/Companion.h"
 #include "dial/PartyDial.h"
 #include "effects/BallFX.h"
@@ -52,6 +54,12 @@ public:
     Senses* senses() const { return senses_.get(); }
     BallFX* ballFX() const { return ballFX_.get(); }
     PartyDial* dial() const { return dial_.get(); }
+    ThunderboltKey* thunderboltKey() const { return thunderboltKey_.get(); }
+    /// Empty until the user has been shown around.
+    DownloadsGuard* downloads() const { return downloads_.get(); }
+
+    /// The user has been shown around: what waited for that begins. For whoever shows them around.
+    void onboardingDone();
 
     /// The user wants the program to end: whoever runs the loop ends it.
     std::function<void()> onTerminate;
@@ -65,10 +73,14 @@ private:
     void chooseWhoIsOut();
     void joinSenses();
     void joinEffects(const Screen& screen);
+    void makeThunderboltKey();
+    void makeGuard();
     /// The user has answered a notification.
     void answered(const NotificationResponse& response);
     void zapOffered(const std::vector<std::string>& paths);
     Companion* firstFree() const;
+    /// The first free creature, else the first of all; none in an empty party.
+    Companion* chosenForFiles() const;
 
     // The party dial (Dial.cpp).
     void buildDial();
@@ -96,6 +108,9 @@ private:
     std::unique_ptr<BallFX> ballFX_;
     std::vector<Subscription> subscriptions_;
     std::unique_ptr<PartyDial> dial_;
+    std::unique_ptr<ThunderboltKey> thunderboltKey_;
+    std::unique_ptr<DownloadsGuard> downloads_;
+    std::vector<std::function<void()>> whenOnboarded_;
     Vector stageOrigin_;
     Lifetime lifetime_;
 };

@@ -120,6 +120,10 @@ Subscription EventRunLoop::watchWritable(int descriptor, Job ready) {
     return watchFor(descriptor, EPOLLOUT, std::move(ready));
 }
 
+Subscription EventRunLoop::watchUrgent(int descriptor, Job ready) {
+    return watchFor(descriptor, EPOLLPRI, std::move(ready));
+}
+
 Subscription EventRunLoop::watchFor(int descriptor, std::uint32_t events, Job ready) {
     const auto id = ++lastWatch_;
     watches_[id] = std::make_shared<Watch>(Watch{descriptor, std::move(ready)});

@@ -37,6 +37,9 @@ public:
     [[nodiscard]] Subscription watch(int descriptor, Job ready);
     /// The same for writing.
     [[nodiscard]] Subscription watchWritable(int descriptor, Job ready);
+    /// The same for urgent news alone, which the kernel's own files have where a change is to be
+    /// told.
+    [[nodiscard]] Subscription watchUrgent(int descriptor, Job ready);
     /// Runs the job each time the loop is about to wait: the place to send what is buffered and to
     /// take what was read ahead. What it posts still runs before the wait.
     [[nodiscard]] Subscription beforeWaiting(Job job);

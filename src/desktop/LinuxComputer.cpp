@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "desktop/BackgroundThread.h"
+#include "desktop/FolderWatch.h"
 #include "desktop/files/DefaultsFile.h"
 #include "desktop/files/DiskFiles.h"
 #include "desktop/files/DiskResources.h"
@@ -9,11 +11,13 @@
 #include "desktop/session/BusNotifications.h"
 #include "desktop/session/DesktopIcons.h"
 #include "desktop/session/LinuxMachine.h"
+#include "desktop/session/MountedVolumes.h"
 #include "desktop/session/PortalAppearance.h"
 #include "desktop/session/TrayIcon.h"
 #include "desktop/windows/ProcessWindows.h"
 #include "desktop/x11/SystemTray.h"
 #include "desktop/x11/XDock.h"
+#include "desktop/x11/XHotKeys.h"
 #include "desktop/x11/XPanels.h"
 #include "desktop/x11/XWindowList.h"
 #include "desktop/x11/XWorkspace.h"
@@ -45,7 +49,12 @@ struct LinuxComputer::Parts {
           defaults(places.defaults.empty() ? DefaultsFile::usualPlace() : places.defaults,
                    [this](Job job) { loop->post(std::move(job)); }),
           resources(withUsersFirst(places.sheets)),
-          files(DiskFiles::homeTrash()),
+          files(DiskFiles::homeTrash(),
+                [this](const std::string& folder, auto changed) {
+                    return watchFolder(*loop, folder, std::move(changed));
+                }),
+          volumes(*loop, {.system = places.system}),
+          hotKeys(*connection),
           sessionBus(*loop, {.kind = session::Bus::Kind::session, .address = places.sessionBus}),
           systemBus(*loop, {.kind = session::Bus::Kind::system, .address = places.systemBus}),
           machine(*loop, {.session = sessionBus, .system = systemBus},
@@ -99,6 +108,9 @@ struct LinuxComputer::Parts {
     DiskResources resources;
     TextRuler text;
     DiskFiles files;
+    session::MountedVolumes volumes;
+    x11::XHotKeys hotKeys;
+    BackgroundThread background;  // ends before what its jobs read
     session::Bus sessionBus;
     session::Bus systemBus;
     session::LinuxMachine machine;
@@ -149,6 +161,9 @@ Computer LinuxComputer::computer(Random& random) {
             .statusItem = parts_->statusItem,
             .appearance = parts_->appearance,
             .files = parts_->files,
+            .volumes = parts_->volumes,
+            .background = parts_->background,
+            .hotKeys = parts_->hotKeys,
             .resources = parts_->resources,
             .text = parts_->text};
 }

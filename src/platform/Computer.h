@@ -7,6 +7,7 @@
 #include "platform/Dock.h"
 #include "platform/FileBrowser.h"
 #include "platform/Files.h"
+#include "platform/HotKeys.h"
 #include "platform/Machine.h"
 #include "platform/Notifications.h"
 #include "platform/Pointer.h"
@@ -17,7 +18,9 @@
 #include "platform/StatusItem.h"
 #include "platform/Text.h"
 #include "platform/UserDefaults.h"
+#include "platform/Volumes.h"
 #include "platform/WindowList.h"
+#include "platform/WorkQueue.h"
 #include "platform/Workspace.h"
 
 namespace quibbits {
@@ -38,6 +41,9 @@ struct Computer {
     StatusItem& statusItem;
     DesktopLook& appearance;
     Files& files;
+    Volumes& volumes;
+    WorkQueue& background;
+    HotKeys& hotKeys;
     Resources& resources;
     TextMeasure& text;
 };

@@ -1,10 +1,12 @@
 #pragma once
-// The file manager: what it draws on the desktop.
+// The file manager: what it draws on the desktop, and what is selected in its front window.
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "platform/Accessibility.h"
 #include "platform/Geometry.h"
 #include "platform/Signal.h"
 
@@ -14,6 +16,12 @@ struct DesktopIcon {
     std::string name;
     Rect frame;  // global coordinates
     bool operator==(const DesktopIcon&) const = default;
+};
+
+/// What is selected in the file manager's front window.
+struct FileSelection {
+    std::vector<std::string> paths;          // in the window's order
+    std::optional<AccessibleWindow> window;  // nothing: the desktop lets nobody look
 };
 
 class FileBrowser {
@@ -31,6 +39,10 @@ public:
     }
     /// Whether the id is that of a file manager's application.
     virtual bool isFileManager(const std::string& application) const = 0;
+    /// Reads what is selected in the front window and tells it once, on the main queue, maybe
+    /// later. Nothing selected, and a file manager that does not say what is, both are an empty
+    /// list.
+    virtual void readSelection(std::function<void(const FileSelection&)> done) = 0;
 
     /// A list that was still being read when it was asked for is there now.
     Signal<> iconsRead;

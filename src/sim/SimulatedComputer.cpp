@@ -1,6 +1,7 @@
 #include "sim/SimulatedComputer.h"
 
 #include <algorithm>
+#include <filesystem>
 
 namespace quibbits {
 
@@ -97,9 +98,94 @@ std::optional<Point> SimulatedFileBrowser::desktopPosition(const std::string& na
 
 bool SimulatedFiles::moveToTrash(const std::string& path) {
     const bool moved = !stubborn.contains(path) && files.erase(path) > 0;
-    if (moved) trash.push_back(path);
+    if (moved) {
+        details.erase(path);
+        trash.push_back(path);
+        tell(path);
+    }
     if (onTrash) onTrash(path, moved);
     return moved;
+}
+
+std::optional<std::vector<FolderEntry>> SimulatedFiles::list(const std::string& folder) const {
+    if (unreadable.contains(folder)) return std::nullopt;
+    std::vector<FolderEntry> entries;
+    for (const std::string& path : files) {
+        const std::filesystem::path file(path);
+        const std::string name = file.filename();
+        if (file.parent_path() != folder || name.starts_with('.')) continue;
+        FolderEntry entry{.name = name};
+        if (!unreadable.contains(path)) {
+            const auto known = details.find(path);
+            const Details told = known == details.end() ? Details{} : known->second;
+            entry.isRegularFile = true;
+            entry.size = told.size;
+            entry.created = told.created;
+        }
+        entries.push_back(std::move(entry));
+    }
+    return entries;
+}
+
+bool SimulatedFiles::contentsEqual(const std::string& one, const std::string& other,
+                                   std::stop_token) const {
+    ++comparisons;
+    const auto readable = [this](const std::string& path) {
+        return files.contains(path) && !unreadable.contains(path);
+    };
+    const auto bytes = [this](const std::string& path) {
+        const auto known = details.find(path);
+        return known == details.end() ? Details{}
+                                      : Details{known->second.size, known->second.contents};
+    };
+    return readable(one) && readable(other) && bytes(one) == bytes(other);
+}
+
+std::optional<Subscription> SimulatedFiles::watch(
+    const std::string& folder, std::function<void(const std::string& name)> changed) {
+    if (unreadable.contains(folder)) return std::nullopt;
+    return watched_[folder].subscribe(std::move(changed));
+}
+
+void SimulatedFiles::put(const std::string& path, Details told) {
+    files.insert(path);
+    details.insert_or_assign(path, std::move(told));
+    tell(path);
+}
+
+void SimulatedFiles::tell(const std::string& path) {
+    const std::filesystem::path file(path);
+    const auto watchers = watched_.find(file.parent_path());
+    if (watchers != watched_.end()) watchers->second.emit(file.filename().native());
+}
+
+void SimulatedVolumes::mount(const std::string& image, const std::string& place) {
+    if (mounts) mounts->insert_or_assign(place, image);
+    mounted.emit();
+}
+
+void SimulatedVolumes::unmount(const std::string& place) {
+    if (mounts) mounts->erase(place);
+    unmounted.emit(place);
+}
+
+std::optional<Subscription> SimulatedHotKeys::hold(HotKey key, std::function<void()> pressed) {
+    if (taken) return std::nullopt;
+    auto holder = std::make_shared<Holder>(Holder{key, std::move(pressed)});
+    holders_.push_back(holder);
+    ++held;
+    return Subscription([this, holder] {
+        std::erase(holders_, holder);
+        --held;
+    });
+}
+
+bool SimulatedHotKeys::press(const HotKey& key) {
+    const auto holder =
+        std::ranges::find_if(holders_, [&](const auto& each) { return each->key == key; });
+    if (holder == holders_.end()) return false;
+    (*holder)->pressed();
+    return true;
 }
 
 namespace {
@@ -124,6 +210,7 @@ SimulatedComputer::SimulatedComputer(Settings settings, Resources& resources, Te
     : runLoop(settings.begin),
       random(settings.seed),
       statusItem(screens),
+      background(runLoop),
       pointer(runLoop),
       layers(runLoop, settings.seed),
       resources_(resources),
@@ -152,6 +239,9 @@ Computer SimulatedComputer::computer() {
             .statusItem = statusItem,
             .appearance = appearance,
             .files = files,
+            .volumes = volumes,
+            .background = background,
+            .hotKeys = hotKeys,
             .resources = resources_,
             .text = text_};
 }
@@ -296,6 +386,17 @@ void SimulatedComputer::setHeat(ThermalState state) {
 void SimulatedComputer::setCameras(std::vector<bool> inUse) {
     machine.cameras = std::move(inUse);
     machine.camerasChanged.emit();
+}
+
+void SimulatedComputer::select(std::vector<std::string> paths,
+                               const std::vector<DesktopIcon>& drawn) {
+    AccessibleWindow window{.elements = {{.title = "files"}}};
+    for (const DesktopIcon& icon : drawn) {
+        window.elements[0].selectedChildren.push_back(window.elements.size());
+        window.elements[0].children.push_back(window.elements.size());
+        window.elements.push_back({.title = icon.name, .frame = icon.frame});
+    }
+    fileBrowser.selection = {.paths = std::move(paths), .window = std::move(window)};
 }
 
 void SimulatedComputer::putWindow(const std::string& id, WindowInfo info) {

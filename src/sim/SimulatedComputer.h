@@ -82,6 +82,8 @@ public:
     std::optional<std::vector<DesktopIcon>> desktopIcons() override { return icons; }
     std::optional<Point> desktopPosition(const std::string& name) override;
     bool isFileManager(const std::string& id) const override { return id == "files"; }
+    void readSelection(std::function<void(const FileSelection&)> done) override { done(selection); }
+    FileSelection selection;
     std::map<std::string, Point> positions;
     std::optional<std::vector<DesktopIcon>> icons = std::vector<DesktopIcon>{};
 };
@@ -143,13 +145,71 @@ public:
 
 class SimulatedFiles final : public Files {
 public:
+    /// What a file is like; one that nothing is told of is empty and of an unknown age.
+    struct Details {
+        std::uint64_t size = 0;
+        std::string contents;  // stands for the bytes: files with other contents differ
+        std::optional<Date> created;
+        bool operator==(const Details&) const = default;
+    };
     bool exists(const std::string& path) const override { return files.contains(path); }
     std::string desktopFolder() const override { return "/home/user/Desktop"; }
+    std::string downloadsFolder() const override { return "/home/user/Downloads"; }
     bool moveToTrash(const std::string& path) override;
+    std::optional<std::vector<FolderEntry>> list(const std::string& folder) const override;
+    bool contentsEqual(const std::string& one, const std::string& other,
+                       std::stop_token stop) const override;
+    std::optional<Subscription> watch(
+        const std::string& folder, std::function<void(const std::string& name)> changed) override;
+    /// Writes a file, and tells who watches its folder.
+    void put(const std::string& path, Details details);
     std::set<std::string> files;
-    std::set<std::string> stubborn;  // cannot be moved
+    std::map<std::string, Details> details;
+    std::set<std::string> stubborn;    // cannot be moved
+    std::set<std::string> unreadable;  // folders and files
     std::vector<std::string> trash;
+    mutable int comparisons = 0;
     std::function<void(const std::string& path, bool moved)> onTrash;
+
+private:
+    void tell(const std::string& path);
+    std::map<std::string, Signal<const std::string&>> watched_;
+};
+
+class SimulatedVolumes final : public Volumes {
+public:
+    std::optional<std::map<std::string, std::string>> images() const override { return mounts; }
+    void mount(const std::string& image, const std::string& place);
+    void unmount(const std::string& place);
+    std::optional<std::map<std::string, std::string>> mounts = std::map<std::string, std::string>{};
+};
+
+/// Work is done in no time, in a turn of the loop of its own.
+class SimulatedWorkQueue final : public WorkQueue {
+public:
+    explicit SimulatedWorkQueue(RunLoop& loop) : loop_(loop) {}
+    void post(Work work) override {
+        loop_.post([work = std::move(work)] { work({}); });
+    }
+
+private:
+    RunLoop& loop_;
+};
+
+class SimulatedHotKeys final : public HotKeys {
+public:
+    std::optional<Subscription> hold(HotKey key, std::function<void()> pressed) override;
+    /// Presses a combination. False when nobody here holds it, and it goes to the front program.
+    bool press(const HotKey& key);
+    bool taken = false;  // another program has every key
+    int held = 0;        // how many are held now
+
+private:
+    struct Holder {
+        HotKey key;
+        std::function<void()> pressed;
+    };
+    std::vector<std::shared_ptr<Holder>> holders_;
 };
 
 /// The pointer of the simulated user, and the routing of what it does.
@@ -220,6 +280,9 @@ public:
     void setNetwork(bool online) { machine.networkReported.emit(online); }
     void setCameras(std::vector<bool> inUse);
     void setMusic(std::optional<std::string> state) { machine.playerReported.emit(state); }
+    /// Files are selected in the file manager's window, which draws them there; files without a
+    /// frame are selected all the same.
+    void select(std::vector<std::string> paths, const std::vector<DesktopIcon>& drawn);
     void putWindow(const std::string& id, WindowInfo info);  // new ones open in front
     void closeWindow(const std::string& id);
     void bringToFront(const Application& application);
@@ -239,6 +302,9 @@ public:
     SimulatedStatusItem statusItem;
     SimulatedAppearance appearance;
     SimulatedFiles files;
+    SimulatedVolumes volumes;
+    SimulatedWorkQueue background;
+    SimulatedHotKeys hotKeys;
     SimulatedPointer pointer;
     SimulatedViewWindows viewWindows;
     LayerEngine layers;

@@ -43,6 +43,16 @@ MouseButton buttonOf(const Json& fields) {
     return name == "middle" ? MouseButton::middle : MouseButton::left;
 }
 
+std::vector<DesktopIcon> iconsOf(const Json& fields) {
+    std::vector<DesktopIcon> icons;
+    const Json* list = fields.find("icons");
+    if (!list) return icons;
+    for (const Json& icon : *list->as<Json::Array>()) {
+        icons.push_back({textOf(icon, "name"), rectOf(*icon.find("frame"))});
+    }
+    return icons;
+}
+
 Application applicationOf(const Json& fields) {
     return {.id = textOf(fields, "application"),
             .process = static_cast<std::int64_t>(numberOf(fields, "process"))};
@@ -193,6 +203,11 @@ bool Player::applyToUser(const ScenarioEvent& event) {
         c.setUserPresent(flagOf(fields, "present"));
     } else if (event.kind == "touch") {
         c.touchKey();
+    } else if (event.kind == "select") {
+        c.select(textsOf(fields, "files"), iconsOf(fields));
+    } else if (event.kind == "deleteKey") {
+        const bool held = c.hotKeys.press(ThunderboltKey::combination());
+        if (trace_) trace_->write("deleteKey", {{"held", held}});
     } else if (event.kind == "drop") {
         DragInfo drag{.location = place(fields, "place"), .files = textsOf(fields, "files")};
         if (fields.find("item")) drag.item = textOf(fields, "item");
@@ -253,12 +268,7 @@ bool Player::applyToDesktop(const ScenarioEvent& event) {
         c.workspace.spaceChanged.emit();
     } else if (event.kind == "icons") {
         c.fileBrowser.icons.reset();
-        if (const Json* list = fields.find("icons")) {
-            c.fileBrowser.icons.emplace();
-            for (const Json& icon : *list->as<Json::Array>()) {
-                c.fileBrowser.icons->push_back({textOf(icon, "name"), rectOf(*icon.find("frame"))});
-            }
-        }
+        if (fields.find("icons")) c.fileBrowser.icons = iconsOf(fields);
     } else {
         return false;
     }
@@ -289,10 +299,18 @@ bool Player::applyToMachine(const ScenarioEvent& event) {
     } else if (event.kind == "refuse") {
         c.notifications.refusal = textOf(fields, "reason");
     } else if (event.kind == "file") {
+        SimulatedFiles::Details details{
+            .size = static_cast<std::uint64_t>(std::max(numberOf(fields, "size"), 0.0)),
+            .contents = textOf(fields, "contents")};
+        if (fields.find("age")) details.created = c.runLoop.date() - numberOf(fields, "age");
         for (const auto& path : textsOf(fields, "paths")) {
-            c.files.files.insert(path);
+            c.files.put(path, details);
             if (flagOf(fields, "stubborn")) c.files.stubborn.insert(path);
         }
+    } else if (event.kind == "mount") {
+        c.volumes.mount(textOf(fields, "image"), textOf(fields, "place"));
+    } else if (event.kind == "eject") {
+        c.volumes.unmount(textOf(fields, "place"));
     } else if (event.kind == "clock") {
         c.runLoop.shiftClock(numberOf(fields, "by"));
     } else {

@@ -77,9 +77,11 @@ void printHelp() {
            "option with its score, its base and the reasons that multiply to the score); bubble "
            "(face,\n"
            "speaker, caption, seconds); notification; saved and removed (a key of the defaults);\n"
-           "trash (a path, and whether it was moved); drop (whether it was taken); dial (whether "
-           "it is\n"
-           "open); menu (its lines); choose (whether there was such a line); position. Each has\n"
+           "trash (a path, and whether it was moved); drop (whether it was taken); deleteKey "
+           "(whether\n"
+           "it was held, so that no other program got it); dial (whether it is open); menu (its "
+           "lines);\n"
+           "choose (whether there was such a line); position. Each has\n"
            "\"t\", the seconds since the beginning, and \"local\", the time on the wall.\n";
 }
 

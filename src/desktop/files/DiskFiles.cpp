@@ -126,10 +126,19 @@ bool writeInfo(const fs::path& info, const std::string& text) {
     return false;
 }
 
+fs::path withoutLinks(const fs::path& path) {
+    std::error_code error;
+    const auto found = fs::weakly_canonical(path, error);
+    return error ? path.lexically_normal() : found;
+}
+
 }  // namespace
 
-DiskFiles::DiskFiles(fs::path trash)
-    : trash_(std::move(trash)), desktop_(quibbits::desktopFolder()) {}
+DiskFiles::DiskFiles(fs::path trash, Watcher watcher)
+    : trash_(std::move(trash)),
+      desktop_(quibbits::desktopFolder()),
+      downloads_(withoutLinks(quibbits::downloadsFolder())),
+      watcher_(std::move(watcher)) {}
 
 fs::path DiskFiles::homeTrash() {
     return dataFolder() / "Trash";

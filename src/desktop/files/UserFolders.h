@@ -13,5 +13,7 @@ std::filesystem::path dataFolder();
 /// The folder that the desktop shows, without a slash at its end: what the user's list of folders
 /// names, else ~/Desktop.
 std::filesystem::path desktopFolder();
+/// The folder that downloads go to: what the same list names, else ~/Downloads.
+std::filesystem::path downloadsFolder();
 
 }  // namespace quibbits

@@ -1,5 +1,6 @@
 #pragma once
-// The icons on the desktop, as the file manager that draws them tells assistive programs. Reading
+// The icons on the desktop and what is selected in a window, as the file manager that draws them
+// tells assistive programs. Reading
 // is a walk through its accessible objects, hundreds of small questions over the accessibility bus;
 // all of them are asynchronous, so no frame ever waits for an answer. A file manager that tells
 // nothing has no icons.
@@ -15,6 +16,8 @@
 #include "platform/FileBrowser.h"
 
 namespace quibbits::session {
+
+class SelectionWalk;
 
 class DesktopIcons final : public FileBrowser {
 public:
@@ -34,12 +37,17 @@ public:
     /// The first walk has not ended yet.
     bool isReading() const override { return !icons_; }
     bool isFileManager(const std::string& application) const override;
+    void readSelection(std::function<void(const FileSelection&)> done) override;
 
 private:
     class Walk;
-    void findBus();
+    /// Runs the job when the accessibility bus has been looked for; it may not have been found.
+    void withBus(Job job);
+    void openBus(const std::string& address);
     void walk();
     void finish(std::vector<DesktopIcon> icons);
+    void walkSelection();
+    void tellSelection(FileSelection selection);
 
     EventRunLoop& loop_;
     Bus& session_;
@@ -49,8 +57,12 @@ private:
     Subscription question_;
     std::unique_ptr<Bus> bus_;  // of accessibility; none until its address is known
     Subscription loss_;
+    std::vector<Job> whenFound_;
     std::unique_ptr<Walk> walk_;
     Timer deadline_;
+    std::vector<std::function<void(const FileSelection&)>> selectionAsked_;
+    std::unique_ptr<SelectionWalk> selectionWalk_;
+    Timer selectionDeadline_;
     Lifetime lifetime_;
 };
 
