@@ -65,6 +65,8 @@ struct Blindfold {
     SimulatedWindows windows;
     SimulatedDock dock;
     SimulatedFileBrowser fileBrowser;
+    SimulatedVolumes volumes;
+    SimulatedHotKeys hotKeys;
 
     Computer over(const Computer& c) {
         return {.runLoop = c.runLoop,
@@ -82,6 +84,9 @@ struct Blindfold {
                 .statusItem = c.statusItem,
                 .appearance = c.appearance,
                 .files = c.files,
+                .volumes = volumes,
+                .background = c.background,
+                .hotKeys = hotKeys,
                 .resources = c.resources,
                 .text = c.text};
     }

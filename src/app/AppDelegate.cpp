@@ -48,10 +48,10 @@ void AppDelegate::applicationDidFinishLaunching() {
     }
     makeThunderboltKey();
     // Nobody's folder is watched before its owner has been told.
-    if (computer_.defaults.boolean("onboarded")) {
+    if (onboarding_.isDone()) {
         makeGuard();
     } else {
-        whenOnboarded_.push_back([this] { makeGuard(); });
+        onboarding_.whenDone.push_back([this] { makeGuard(); });
     }
     for (const auto& creature : party_) creature->start();
     stage_ = std::move(stage);
@@ -186,11 +186,6 @@ void AppDelegate::makeGuard() {
         if (Companion* creature = chosenForFiles())
             creature->offerZap(find.paths, find.title, find.why);
     };
-}
-
-void AppDelegate::onboardingDone() {
-    const auto waiting = std::exchange(whenOnboarded_, {});
-    for (const auto& begin : waiting) begin();
 }
 
 void AppDelegate::open(const std::vector<std::string>& addresses) {

@@ -58,9 +58,6 @@ public:
     /// Empty until the user has been shown around.
     DownloadsGuard* downloads() const { return downloads_.get(); }
 
-    /// The user has been shown around: what waited for that begins. For whoever shows them around.
-    void onboardingDone();
-
     /// The user wants the program to end: whoever runs the loop ends it.
     std::function<void()> onTerminate;
 
@@ -110,7 +107,6 @@ private:
     std::unique_ptr<PartyDial> dial_;
     std::unique_ptr<ThunderboltKey> thunderboltKey_;
     std::unique_ptr<DownloadsGuard> downloads_;
-    std::vector<std::function<void()>> whenOnboarded_;
     Vector stageOrigin_;
     Lifetime lifetime_;
 };

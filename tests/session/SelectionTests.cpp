@@ -228,6 +228,12 @@ TEST_F(SelectionTest, IsNothingWhereItWouldBeAGuess) {
     EXPECT_THAT(read().paths, IsEmpty()) << "two windows that say they are active";
 }
 
+TEST_F(SelectionTest, WaitsForTheWindowThatAHeldKeyHasTakenTheFocusFrom) {
+    show({bar(), icons({0})}, showing);
+    const auto released = loop.timer(0.35, [&] { root.children[0].states |= active; });
+    EXPECT_THAT(read().paths, ElementsAre(path("a.txt")));
+}
+
 TEST_F(SelectionTest, IsNothingWithoutAnybodyToAsk) {
     show({bar(), icons({0})});
     end(door);

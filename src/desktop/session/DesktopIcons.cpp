@@ -12,6 +12,8 @@ namespace quibbits::session {
 namespace {
 
 constexpr Seconds staleAfter = 20;
+constexpr Seconds untilNextLook = 0.1;
+constexpr Seconds longestWithoutWindow = 2;
 constexpr std::size_t mostObjects = 4000;
 constexpr std::size_t deepest = 9;
 constexpr double smallestIcon = 8;  // pixels
@@ -109,22 +111,33 @@ std::optional<std::vector<DesktopIcon>> DesktopIcons::desktopIcons() {
 void DesktopIcons::readSelection(std::function<void(const FileSelection&)> done) {
     selectionAsked_.push_back(std::move(done));
     if (selectionAsked_.size() > 1) return;  // one reading answers all
-    withBus([this] { bus_ ? walkSelection() : tellSelection({}); });
+    withBus([this] {
+        if (!bus_) return tellSelection({});
+        // While the key that asks for this is down, no window may say that it is active.
+        selectionGivenUp_ = loop_.now() + longestWithoutWindow;
+        selectionDeadline_ = loop_.timer(AccessibleWalk::longest, [this] { tellSelection({}); });
+        walkSelection();
+    });
 }
 
 void DesktopIcons::walkSelection() {
     selectionWalk_ =
         std::make_unique<SelectionWalk>(*bus_, display_.toPoints, [this](FileSelection found) {
             // The walk is still at work here.
-            loop_.post(lifetime_.guard(
-                [this, found = std::move(found)]() mutable { tellSelection(std::move(found)); }));
+            loop_.post(lifetime_.guard([this, found = std::move(found)]() mutable {
+                if (!found.window && loop_.now() < selectionGivenUp_) {
+                    selectionRetry_ = loop_.timer(untilNextLook, [this] { walkSelection(); });
+                } else {
+                    tellSelection(std::move(found));
+                }
+            }));
         });
-    selectionDeadline_ = loop_.timer(AccessibleWalk::longest, [this] { tellSelection({}); });
 }
 
 void DesktopIcons::tellSelection(FileSelection selection) {
     selectionWalk_.reset();
     selectionDeadline_.cancel();
+    selectionRetry_.cancel();
     for (const auto& done : std::exchange(selectionAsked_, {})) done(selection);
 }
 
@@ -154,7 +167,7 @@ void DesktopIcons::openBus(const std::string& address) {
         // Its next start has another address.
         loop_.post(lifetime_.guard([this] {
             walk_.reset();
-            if (selectionWalk_) tellSelection({});
+            tellSelection({});
             loss_.reset();
             bus_.reset();
         }));

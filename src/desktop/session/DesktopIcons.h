@@ -63,6 +63,8 @@ private:
     std::vector<std::function<void(const FileSelection&)>> selectionAsked_;
     std::unique_ptr<SelectionWalk> selectionWalk_;
     Timer selectionDeadline_;
+    Timer selectionRetry_;
+    Instant selectionGivenUp_ = 0;
     Lifetime lifetime_;
 };
 
