@@ -158,6 +158,7 @@ public:
         double gravity = 0;                              // points a second, a second
         Size area = {};                                  // art pixels; none emits from a point
         std::optional<double> cellScale = std::nullopt;  // the body's own unless told
+        bool inFront = false;  // of everything, or behind what the creature says
     };
     LayerRef emit(const Emission& emission);
     /// Lets the particles in flight live out and takes the emitter away.

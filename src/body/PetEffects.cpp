@@ -104,7 +104,8 @@ LayerRef Pet::emit(const Emission& e) {
         {.position = {0, e.height * scale_},
          .content = Emitter{.cells = {std::move(cell)},
                             .area = {e.area.width * scale_, e.area.height * scale_}}});
-    node_->addSublayer(layer);
+    constexpr std::size_t overTheSprite = 1;
+    node_->insertSublayer(layer, e.inFront ? node_->sublayers().size() : overTheSprite);
     if (e.duration) {
         runLoop().after(*e.duration, lifetime_.guard([this, layer] { stopEmitting(layer); }));
     }
@@ -169,7 +170,8 @@ void Pet::munch(Layer& food, const Meal& meal) {
           .spread = pi / 2,
           .lifetime = 0.7,
           .gravity = -160,
-          .cellScale = 0.8 * scale_});
+          .cellScale = 0.8 * scale_,
+          .inFront = true});
 }
 
 void Pet::dizzy(Seconds duration) {

@@ -132,7 +132,7 @@ const std::vector<EventSpec>& specs() {
          {{"paths", texts, required, "absolute paths"},
           {"size", wholeNumber, optional, "bytes of each"},
           {"contents", text, optional, "what they hold; files of the same contents are copies"},
-          {"age", duration, optional, "seconds since they were created; unknown unless told"},
+          {"age", number, optional, "seconds since they were created; unknown unless told"},
           {"stubborn", boolean, optional, "cannot be moved to the Trash"}}},
         {"mount",
          "A disk image is mounted.",

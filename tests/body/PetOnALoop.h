@@ -34,16 +34,21 @@ protected:
     }
     Rect frameShown() const { return pet->sprite().presentation().contentsRect; }
     Image imageShown() const { return std::get<Picture>(pet->sprite().model().content).image; }
-    const Layer& part(std::size_t index) const { return *pet->node().sublayers().at(index); }
+    const Layer& part(std::size_t index) const { return *parts.at(index); }
     /// What was added to the body's own four layers.
     std::size_t extras() const { return pet->node().sublayers().size() - 4; }
-    const Layer& extra() const { return *pet->node().sublayers().back(); }
+    /// The last of that, over the other layers or between the sprite and them.
+    const Layer& extra() const {
+        const auto& all = pet->node().sublayers();
+        return all.back() == parts.back() ? *all.at(1) : *all.back();
+    }
     double heightOf(Instant at) const { return pet->node().presentation(at).position.y; }
 
     VirtualRunLoop loop{Date{0}};
     LayerEngine engine{loop};
     FlatText text;
     std::unique_ptr<Pet> pet = std::make_unique<Pet>(engine, text, 3);
+    const std::vector<LayerRef> parts = pet->node().sublayers();  // sprite, bubble, panel, thought
     std::vector<Instant> doneAt;
 
     const Anim walking = strip({6, 6});
