@@ -1,12 +1,9 @@
 #include "views/View.h"
 
+#include "platform/Overloaded.h"
+
 namespace quibbits::views {
 namespace {
-
-template <typename... Kinds>
-struct Overloaded : Kinds... {
-    using Kinds::operator()...;
-};
 
 void collect(const View& view, std::vector<std::string>& texts) {
     const auto add = [&texts](const auto&... pieces) {

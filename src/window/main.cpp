@@ -28,6 +28,10 @@ QFrame#section { background: palette(base); border: 1px solid palette(mid); bord
 QFrame#sidebar { background: palette(base); border: none; border-right: 1px solid palette(mid); }
 QFrame#hairline { background: palette(mid); border: none; }
 QScrollArea, QScrollArea > QWidget > QWidget { background: transparent; }
+QScrollBar:vertical { width: 10px; background: transparent; margin: 2px; }
+QScrollBar::handle:vertical { background: palette(dark); border-radius: 3px; min-height: 30px; }
+QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
+QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 QPushButton, QComboBox { padding: 5px 14px; border-radius: 7px; border: 1px solid palette(mid);
     background: palette(button); color: palette(button-text); }
 QPushButton:hover, QComboBox:hover { border-color: palette(highlight); }
