@@ -159,12 +159,13 @@ Companion* AppDelegate::chosenForFiles() const {
 }
 
 void AppDelegate::makeThunderboltKey() {
-    thunderboltKey_ =
-        std::make_unique<ThunderboltKey>(ThunderboltKey::World{.hotKeys = computer_.hotKeys,
-                                                               .workspace = computer_.workspace,
-                                                               .fileBrowser = computer_.fileBrowser,
-                                                               .loop = computer_.runLoop,
-                                                               .defaults = computer_.defaults});
+    thunderboltKey_ = std::make_unique<ThunderboltKey>(
+        ThunderboltKey::World{.hotKeys = computer_.hotKeys,
+                              .workspace = computer_.workspace,
+                              .fileBrowser = computer_.fileBrowser,
+                              .accessibility = computer_.accessibility,
+                              .loop = computer_.runLoop,
+                              .defaults = computer_.defaults});
     thunderboltKey_->onStrike = [this](const std::vector<std::string>& paths,
                                        const ThunderboltKey::Spots& points) {
         Companion* creature = chosenForFiles();

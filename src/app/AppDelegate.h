@@ -47,7 +47,7 @@ public:
     /// Opens the settings window, or brings it to the front.
     void showSettings();
 
-    // Empty until the launch is done.
+    // Empty before the launch, the stage until its end.
     StageWindow* stage() const { return stage_.get(); }
     const std::vector<std::unique_ptr<Companion>>& party() const { return party_; }
     Power* power() const { return power_.get(); }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <deque>
 #include <filesystem>
+#include <utility>
 
 #include "aware/AX.h"
 
@@ -10,6 +11,7 @@ namespace quibbits {
 
 namespace {
 
+constexpr Seconds longestAnswer = 3;  // until the selection may be another one
 constexpr std::size_t mostElements = 3000;
 constexpr int labelDepth = 4;
 constexpr double rowShape = 3;      // times as wide as high: a row of a list, no icon
@@ -55,14 +57,18 @@ void ThunderboltKey::update() {
 }
 
 void ThunderboltKey::pressed() {
-    if (!isOn() || reading_) return;
-    reading_ = true;
+    const auto front = world_.workspace.frontmost();
+    if (!isOn() || press_ || !front) return;
+    if (!world_.accessibility.isTrusted()) world_.accessibility.askForTrust();
+    press_ = {*front, world_.loop.now()};
     world_.fileBrowser.readSelection(
         lifetime_.guard([this](const FileSelection& selection) { strike(selection); }));
 }
 
 void ThunderboltKey::strike(const FileSelection& selection) {
-    reading_ = false;
+    const auto press = std::exchange(press_, std::nullopt);
+    const bool isLate = !press || world_.loop.now() - press->at > longestAnswer;
+    if (isLate || !isOn() || world_.workspace.frontmost() != press->front) return;
     if (selection.paths.empty() || !onStrike) return;
     onStrike(selection.paths,
              selection.window ? spots(selection.paths, *selection.window) : Spots{});

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/Accessibility.h"
 #include "platform/FileBrowser.h"
 #include "platform/HotKeys.h"
 #include "platform/Lifetime.h"
@@ -24,6 +25,7 @@ public:
         HotKeys& hotKeys;
         Workspace& workspace;
         FileBrowser& fileBrowser;
+        Accessibility& accessibility;
         RunLoop& loop;
         const UserDefaults& defaults;
     };
@@ -45,12 +47,18 @@ private:
     /// Takes or gives back the key.
     void update();
     void pressed();
+    /// What was selected when the key was pressed, as far as that can be told: an answer that comes
+    /// late, or with something else in front, is dropped.
     void strike(const FileSelection& selection);
     bool isOn() const { return world_.defaults.boolean("thunderbolt"); }
 
     World world_;
     std::optional<Subscription> hotKey_;  // while the key is held
-    bool reading_ = false;                // a press is being answered
+    struct Press {
+        Application front;
+        Instant at = 0;
+    };
+    std::optional<Press> press_;  // while it is being answered
     Subscription activation_;
     Lifetime lifetime_;
 };

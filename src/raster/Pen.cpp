@@ -121,6 +121,11 @@ Pen::Pen(const Canvas& canvas, const Affine& toDevice) {
     context_.reset(cairo_create(surface.get()));
     cairo_set_tolerance(context_.get(), curveTolerance);
     cairo_translate(context_.get(), -canvas.area.x, -canvas.area.y);
+    // A context that is given a matrix without an area breaks; nothing is to be seen there anyway.
+    if (!toDevice.hasArea()) {
+        cairo_clip(context_.get());
+        return;
+    }
     const cairo_matrix_t matrix{toDevice.a, toDevice.b,  toDevice.c,
                                 toDevice.d, toDevice.tx, toDevice.ty};
     cairo_transform(context_.get(), &matrix);

@@ -31,6 +31,15 @@ void clear(QLayout& layout) {
     while (QLayoutItem* each = layout.takeAt(0)) delete each;
 }
 
+void fade(QWidget& widget, double opacity) {
+    QGraphicsOpacityEffect* effect = nullptr;
+    if (opacity < 1) {
+        effect = new QGraphicsOpacityEffect(&widget);
+        effect->setOpacity(opacity);
+    }
+    widget.setGraphicsEffect(effect);  // the former one goes
+}
+
 QLabel* words(const QString& text, views::TextStyle style, QWidget* parent) {
     auto* label = new QLabel(text, parent);
     label->setWordWrap(true);
@@ -99,7 +108,7 @@ public:
         box->setContentsMargins(0, 0, 0, 0);
         box->setSpacing(4);
     }
-    void show(const views::View&) override {}
+    void show(const views::View& view) override { fade(*this, view.opacity); }
     void place(const QList<Item*>& children) override {
         Item::place(children);
         const bool fills =
@@ -277,11 +286,7 @@ public:
         chevron_->setVisible(opens_);
         setFocusPolicy(opens_ ? Qt::TabFocus : Qt::NoFocus);
         setCursor(opens_ ? Qt::PointingHandCursor : Qt::ArrowCursor);
-        if (view.opacity < 1) {
-            auto* effect = new QGraphicsOpacityEffect(this);
-            effect->setOpacity(view.opacity);
-            setGraphicsEffect(effect);
-        }
+        fade(*this, view.opacity);
         update();
     }
     void place(const QList<Item*>& children) override {

@@ -16,6 +16,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTimerEvent>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -173,8 +174,7 @@ public:
         const auto& fact = *view.as<views::Fact>();
         symbol_->setText(glyph(fact.symbol));
         symbol_->setVisible(!fact.symbol.empty());
-        const bool heads = fact.strong || !fact.detail.empty();
-        title_->setStyle(heads ? views::TextStyle::headline : views::TextStyle::body);
+        title_->setStyle(fact.strong ? views::TextStyle::headline : views::TextStyle::body);
         title_->say(fact.title);
         detail_->say(fact.detail);
         value_->setText(text(fact.value));
@@ -426,6 +426,7 @@ public:
         button_->setFlat(button.role == views::ButtonRole::borderless);
         button_->setDefault(button.role == views::ButtonRole::primary);
         button_->setAutoDefault(button.role == views::ButtonRole::primary);
+        if (button.role == views::ButtonRole::primary && keys_.isEmpty()) pressByReturn();
         button_->setObjectName(nameFor(button.role));
         button_->setEnabled(view.enabled);
     }
@@ -444,7 +445,16 @@ private:
         }
     }
 
+    /// From anywhere in the window, as the button of a dialog.
+    void pressByReturn() {
+        for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+            keys_.push_back(new QShortcut(key, this));
+            connect(keys_.back(), &QShortcut::activated, button_, &QPushButton::click);
+        }
+    }
+
     QPushButton* button_;
+    QList<QShortcut*> keys_;
 };
 
 /// An icon by its name in the theme, or by its path.

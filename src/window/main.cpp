@@ -125,6 +125,7 @@ private:
     }
 
     void bringToFront() {
+        setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
         show();
         raise();
         activateWindow();

@@ -21,6 +21,7 @@ protected:
             ThunderboltKey::World{.hotKeys = computer.hotKeys,
                                   .workspace = computer.workspace,
                                   .fileBrowser = computer.fileBrowser,
+                                  .accessibility = computer.accessibility,
                                   .loop = computer.runLoop,
                                   .defaults = computer.defaults});
         key->onStrike = [this](const auto& paths, const auto& points) {

@@ -143,21 +143,28 @@ void AccessibleWalk::property(const Object& object, const char* interface, const
         std::move(use));
 }
 
+/// What every object answers. Interfaces such as Component are not everybody's.
+bool AccessibleWalk::isNeeded(std::string_view member) {
+    return member == "GetChildren" || member == "GetState" || member == "GetSelectedChild";
+}
+
 void AccessibleWalk::ask(const Object& object, const char* interface, const char* member,
                          const Bus::Fill& fill, std::function<void(sd_bus_message*)> use) {
     const std::uint64_t id = nextId_++;
     ++open_;
-    calls_[id] = bus_.call(
-        {.destination = object.service,
-         .path = object.path,
-         .interface = interface,
-         .member = member,
-         .startsService = false,
-         .timeout = longest},
-        fill, [this, id, use = std::move(use)](sd_bus_message* reply, const Bus::Failure&) {
-            if (reply) use(reply);
-            answered(id);
-        });
+    calls_[id] = bus_.call({.destination = object.service,
+                            .path = object.path,
+                            .interface = interface,
+                            .member = member,
+                            .startsService = false,
+                            .timeout = longest},
+                           fill,
+                           [this, id, needed = isNeeded(member), use = std::move(use)](
+                               sd_bus_message* reply, const Bus::Failure&) {
+                               missed_ |= needed && !reply;
+                               if (reply) use(reply);
+                               answered(id);
+                           });
 }
 
 void AccessibleWalk::answered(std::uint64_t id) {

@@ -99,10 +99,13 @@ protected:
 
     /// There were more objects than are looked at.
     bool wasCut() const { return cut_; }
+    /// Somebody did not answer what everybody does: there may be more than was told.
+    bool hasMissed() const { return missed_; }
     /// All is answered. May end this object.
     virtual void ended() = 0;
 
 private:
+    static bool isNeeded(std::string_view member);
     void property(const Object& object, const char* interface, const char* name,
                   std::function<void(sd_bus_message*)> use);
     void ask(const Object& object, const char* interface, const char* member, const Bus::Fill& fill,
@@ -116,6 +119,7 @@ private:
     std::size_t open_ = 0;
     std::size_t objects_ = 0;
     bool cut_ = false;
+    bool missed_ = false;
 };
 
 }  // namespace quibbits::session

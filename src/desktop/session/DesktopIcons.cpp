@@ -121,10 +121,12 @@ void DesktopIcons::readSelection(std::function<void(const FileSelection&)> done)
 }
 
 void DesktopIcons::walkSelection() {
-    selectionWalk_ =
-        std::make_unique<SelectionWalk>(*bus_, display_.toPoints, [this](FileSelection found) {
+    const auto number = ++selectionNumber_;
+    selectionWalk_ = std::make_unique<SelectionWalk>(
+        *bus_, display_.toPoints, [this, number](FileSelection found) {
             // The walk is still at work here.
-            loop_.post(lifetime_.guard([this, found = std::move(found)]() mutable {
+            loop_.post(lifetime_.guard([this, number, found = std::move(found)]() mutable {
+                if (number != selectionNumber_) return;  // given up meanwhile
                 if (!found.window && loop_.now() < selectionGivenUp_) {
                     selectionRetry_ = loop_.timer(untilNextLook, [this] { walkSelection(); });
                 } else {
@@ -135,6 +137,7 @@ void DesktopIcons::walkSelection() {
 }
 
 void DesktopIcons::tellSelection(FileSelection selection) {
+    ++selectionNumber_;
     selectionWalk_.reset();
     selectionDeadline_.cancel();
     selectionRetry_.cancel();
@@ -167,9 +170,10 @@ void DesktopIcons::openBus(const std::string& address) {
         // Its next start has another address.
         loop_.post(lifetime_.guard([this] {
             walk_.reset();
-            tellSelection({});
+            selectionWalk_.reset();
             loss_.reset();
             bus_.reset();
+            tellSelection({});
         }));
     });
 }

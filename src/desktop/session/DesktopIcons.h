@@ -65,6 +65,7 @@ private:
     Timer selectionDeadline_;
     Timer selectionRetry_;
     Instant selectionGivenUp_ = 0;
+    std::uint64_t selectionNumber_ = 0;  // of the reading that counts
     Lifetime lifetime_;
 };
 

@@ -179,7 +179,8 @@ FileSelection SelectionWalk::selection() const {
     elements.push_back({.title = title_});
     const View* view = largestView();
     const auto where = folder();
-    if (windows_ > 1 || wasCut() || !view || view->isUnfolded || !where) return selection;
+    if (windows_ > 1 || wasCut() || hasMissed() || !view || view->isUnfolded || !where)
+        return selection;
 
     // The items as elements, each after the one that holds it.
     std::map<Place, ElementIndex> indices;
@@ -212,7 +213,8 @@ FileSelection SelectionWalk::selection() const {
         std::map<double, ElementIndex> rows;
         for (const ElementIndex cell : selected) {
             const auto& frame = elements[cell].frame;
-            if (!frame || labelOf(cell).empty()) continue;
+            if (labelOf(cell).empty()) continue;
+            if (!frame) return selection;  // out of sight: which row it is of cannot be told
             const auto [row, isNew] = rows.emplace(-frame->midY(), cell);
             if (!isNew && frame->minX() < elements[row->second].frame->minX()) row->second = cell;
         }

@@ -51,7 +51,11 @@ bool spawnDetached(const std::vector<std::string>& command, int kept, int keptAs
     if (between < 0) return false;
     if (between == 0) {
         // The child of a child that ends at once belongs to nobody who would have to wait for it.
-        if (fork() == 0) become(arguments.data(), kept, keptAs, failure.get());
+        const pid_t last = fork();
+        if (last == 0) become(arguments.data(), kept, keptAs, failure.get());
+        const int error = errno;
+        if (last < 0) [[maybe_unused]]
+            const auto written = write(failure.get(), &error, sizeof error);
         _exit(0);
     }
     failure = FileDescriptor();

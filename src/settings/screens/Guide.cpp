@@ -25,7 +25,8 @@ View fact(std::string symbol, std::string title, std::string detail, std::string
     return {.content = Fact{.symbol = std::move(symbol),
                             .title = std::move(title),
                             .detail = std::move(detail),
-                            .value = std::move(value)}};
+                            .value = std::move(value),
+                            .strong = true}};
 }
 
 View labelled(std::string label, std::string value) {
@@ -380,14 +381,14 @@ Views movesPage(const PetStats& s, bool ghost, const std::optional<std::string>&
     for (const GuideForm& form : all) {
         picker.choices.push_back(
             {.id = form.id(),
-             .title = formName(form.stage, form.coralis) + (isOwn(form) ? " (yours)" : "")});
+             .title = formName(form.stage, form.coralis) + (&form == &*own ? " (yours)" : "")});
     }
     View section{.content = Section{.heading = formName(shown->stage, shown->coralis) + "'s moves"},
                  .id = "moves " + shown->id()};
     for (const auto table : {Growth::moves(), UmbroolLine::moves()}) {
         for (const Move& move : table) {
             if (move.stage != shown->stage || move.coralis != shown->coralis) continue;
-            section.children.push_back(moveRow(move, isOwn(*shown) && s.known.contains(move.name)));
+            section.children.push_back(moveRow(move, shown == own && s.known.contains(move.name)));
         }
     }
     return {{.content = Section{},

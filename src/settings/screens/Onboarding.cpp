@@ -31,8 +31,8 @@ void Onboarding::show(bool again, std::function<void()> finished) {
         welcome(computer_, step_));
     window_->onAction = lifetime_.guard([this](const views::Action& action) { act(action); });
     window_->onClose = lifetime_.guard([this] {
-        window_.reset();
         markDone();
+        window_.reset();
     });
 }
 

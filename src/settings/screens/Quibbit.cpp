@@ -54,12 +54,14 @@ View statsSection(const PetStats& stats) {
                           " · " + growthRateName(growthRate(stats.stage)) + " growth" + pox(stats),
                       TextStyle::secondary}}};
     }
+    if (stats.stage == Stage::egg) {
+        section.children.push_back(std::move(words));
+        return section;
+    }
     section.children.push_back(
         {.content = Line{},
          .children = {{.content = Picture{.image = stats.portrait, .size = 80, .round = true}},
                       std::move(words)}});
-    if (stats.stage == Stage::egg) return section;
-
     section.children.push_back(
         {.content = Meter{.title = "Friendship  " + whole(stats.friendship) + " / 255",
                           .amount = stats.friendship / mostFriendship,
@@ -98,7 +100,8 @@ View keyToggle(const UserDefaults& defaults, std::string_view key, std::string t
 View fact(std::string symbol, std::string title, std::string detail) {
     return {.content = Fact{.symbol = std::move(symbol),
                             .title = std::move(title),
-                            .detail = std::move(detail)}};
+                            .detail = std::move(detail),
+                            .strong = true}};
 }
 
 View sparrelTricks(const UserDefaults& defaults) {

@@ -85,13 +85,13 @@ View permissionRow(const Computer& computer, const Permission& permission) {
     if (isGranted(computer, permission)) {
         answer = {.content = Fact{.symbol = "checkmark.circle.fill", .title = "Allowed"}};
     }
-    return {
-        .content = Section{},
-        .id = "permission",
-        .children = {
-            {.content = Line{},
-             .children = {{.content = Fact{.title = permission.title, .detail = permission.why}},
-                          std::move(answer)}}}};
+    return {.content = Section{},
+            .id = "permission",
+            .children = {{.content = Line{},
+                          .children = {{.content = Fact{.title = permission.title,
+                                                        .detail = permission.why,
+                                                        .strong = true}},
+                                       std::move(answer)}}}};
 }
 
 struct GroupPage {
