@@ -294,31 +294,6 @@ TEST_F(PanelTest, WithoutACompositorAMovingCreatureIsNeverCut) {
     EXPECT_EQ(fewest, 90'000u);
 }
 
-TEST_F(PanelTest, WithoutACompositorWhatComesIntoSightIsNeverBlack) {
-    desktop->startWindowManager();
-    other->open({.x = 0, .y = 0, .width = 1280, .height = 800});
-    showPanel();
-    creature->change([](LayerProperties& l) { l.bounds = {0, 0, 300, 300}; });
-    EXPECT_TRUE(shows(330, down(330), red));
-    std::atomic<bool> ended = false;
-    std::size_t looks = 0;
-    std::size_t black = 0;
-    std::thread watcher([&] {
-        OtherProgram eyes(desktop->display());
-        for (; !ended; ++looks) black += eyes.count({180, 320, 300, 300}, 0);
-    });
-    for (int round = 0; round < 8; ++round) {
-        panel->setLevel(PanelLevel::desktop);
-        turnFor(0.1);
-        panel->setLevel(PanelLevel::floating);
-        EXPECT_TRUE(shows(330, down(330), red));
-    }
-    ended = true;
-    watcher.join();
-    EXPECT_GT(looks, 50u);
-    EXPECT_EQ(black, 0u);
-}
-
 TEST_F(PanelTest, AnotherScreenSizeIsFollowed) {
     desktop->startWindowManager();
     desktop->startCompositor();

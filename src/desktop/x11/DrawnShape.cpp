@@ -65,11 +65,6 @@ void DrawnShape::setActive(bool active, xcb_window_t window) {
         xcb_xfixes_create_region(xcb, region_, 0, nullptr);
     }
     xcb_xfixes_set_window_shape_region(xcb, window, XCB_SHAPE_SK_BOUNDING, 0, 0, region_);
-    // What comes into sight stays as it was until it is painted over: the server's own background
-    // would be a black flash.
-    const std::uint32_t background = active ? XCB_BACK_PIXMAP_NONE : 0;
-    xcb_change_window_attributes(xcb, window, active ? XCB_CW_BACK_PIXMAP : XCB_CW_BACK_PIXEL,
-                                 &background);
 }
 
 void DrawnShape::update(const PixelRect& area, const std::uint32_t* pixels) {
