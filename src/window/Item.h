@@ -25,6 +25,8 @@ public:
 
     /// Whether it is to have the height that is left, as what scrolls does.
     virtual bool takesRoom() const { return false; }
+    /// Whether it is to be seen among its neighbours at all.
+    virtual bool isShownInPlace() const { return true; }
 
 protected:
     explicit Item(Tell tell) : tell_(std::move(tell)) {}

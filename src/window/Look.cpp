@@ -1,5 +1,6 @@
 #include "Look.h"
 
+#include <QFileInfo>
 #include <algorithm>
 
 namespace quibbits::window {
@@ -68,6 +69,12 @@ QColor inkOf(const QPalette& palette, double strength) {
 QColor toColor(const Color& color) {
     return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
                             static_cast<float>(color.blue), static_cast<float>(color.alpha));
+}
+
+QIcon iconNamed(const std::string& name) {
+    const QString wanted = QString::fromStdString(name);
+    if (!name.starts_with('/')) return QIcon::fromTheme(wanted);
+    return QFileInfo::exists(wanted) ? QIcon(wanted) : QIcon();
 }
 
 QImage toImage(const Image& image) {

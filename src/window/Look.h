@@ -3,6 +3,7 @@
 // pictures as the toolkit has them.
 
 #include <QFont>
+#include <QIcon>
 #include <QImage>
 #include <QPalette>
 
@@ -19,6 +20,8 @@ double strengthOf(views::TextStyle style);
 /// The palette's text colour at a strength.
 QColor inkOf(const QPalette& palette, double strength);
 QColor toColor(const Color& color);
+/// An icon by its name in the desktop's theme, or by its path; empty when there is none.
+QIcon iconNamed(const std::string& name);
 QImage toImage(const Image& image);
 /// Without its colours.
 QImage drained(QImage image);

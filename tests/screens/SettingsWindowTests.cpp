@@ -47,17 +47,17 @@ TEST(TheSettings, OpenOnTheAskedPageAndOnceOnly) {
     EXPECT_EQ(pageFor("umbrool"), "umbrool");
 
     SettingsOf life({.defaults = {{"QuibSettings", std::string("nobody")}}});
-    EXPECT_TRUE(life.find("nobody")->children.empty());
+    EXPECT_TRUE(life.find("page nobody")->children.empty());
     EXPECT_EQ(life.window()->spec.size, (Size{760, 680}));
     life.turnTo("general");
     life.app->showSettings();
     EXPECT_EQ(life.computer.viewWindows.all().size(), 1u);
     EXPECT_GT(life.window()->timesInFront, 1);
-    EXPECT_NE(life.find("general"), nullptr) << "the open window keeps its page";
+    EXPECT_NE(life.find("page general"), nullptr) << "the open window keeps its page";
     life.window()->close();
     EXPECT_EQ(life.window(), nullptr);
     life.app->showSettings();
-    EXPECT_NE(life.find("nobody"), nullptr) << "a new one begins again";
+    EXPECT_NE(life.find("page nobody"), nullptr) << "a new one begins again";
 }
 
 TEST(TheParty, ShowsEverySpeciesAndOpensThoseThatLive) {

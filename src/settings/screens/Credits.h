@@ -16,7 +16,7 @@ struct Artist {
     std::vector<Credit> entries;
 };
 
-/// One record an artist, by name without regard to case, the project itself last.
+/// One record an artist, by name without regard to case, the artist called Quibbits last.
 std::vector<Artist> artists(const std::vector<Credit>& credits);
 /// The address behind a contact: a web address, or a handle of a social network.
 std::optional<std::string> creditLink(std::string_view contact);

@@ -79,7 +79,9 @@ View settings(const Computer& computer, const std::vector<PetControls>& party,
     }
     split.children.push_back(sidebarRow("general", "General", "gearshape", true));
     split.children.push_back(sidebarRow("credits", "Credits", "heart"));
-    split.children.push_back(detail(computer, party, state, previews));
+    View page = detail(computer, party, state, previews);
+    page.id.insert(0, "page ");  // the rows have the bare names
+    split.children.push_back(std::move(page));
     return split;
 }
 
