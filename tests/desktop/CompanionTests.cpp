@@ -3,7 +3,6 @@
 // width from the left.
 
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,13 +15,12 @@
 #include <thread>
 #include <utility>
 
+#include "RunningProgram.h"
 #include "TemporaryFolder.h"
 #include "XTest.h"
 #include "body/Sheets.h"
 #include "codecs/Json.h"
 #include "desktop/files/DiskResources.h"
-
-extern char** environ;
 
 namespace quibbits {
 namespace {
@@ -34,63 +32,6 @@ constexpr double rim = 6;       // points at the sprite's edges that let the mou
 
 constexpr const char* sleepingSparrel =
     R"({"pet.stage": "sparrel", "focus.on": true, "chatter": false, "faces": false})";
-
-/// The program as a child of the test.
-class Program {
-public:
-    Program(const std::string& display, const std::filesystem::path& folder) {
-        const auto run = folder / "run";
-        std::filesystem::create_directories(run);
-        std::filesystem::permissions(run, std::filesystem::perms::owner_all);
-        std::vector<std::string> values{"DISPLAY=" + display, "HOME=" + (folder / "home").native(),
-                                        "XDG_CONFIG_HOME=" + (folder / "config").native(),
-                                        "XDG_DATA_HOME=" + (folder / "data").native(),
-                                        "XDG_RUNTIME_DIR=" + run.native()};
-        for (char** each = environ; *each; ++each) {
-            const std::string_view value(*each);
-            const auto name = value.substr(0, value.find('='));
-            if (name != "DISPLAY" && name != "HOME" && name != "WAYLAND_DISPLAY" &&
-                !name.starts_with("XDG_") && !name.starts_with("DBUS_")) {
-                values.emplace_back(value);
-            }
-        }
-        std::vector<char*> environment;
-        for (auto& value : values) environment.push_back(value.data());
-        environment.push_back(nullptr);
-
-        std::string path = std::string(QUIBBITS_BIN_DIR) + "/quibbits";
-        char* words[] = {path.data(), nullptr};
-        posix_spawnattr_t attributes;
-        posix_spawnattr_init(&attributes);
-        sigset_t none;
-        sigemptyset(&none);
-        posix_spawnattr_setsigmask(&attributes, &none);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
-        if (posix_spawn(&process_, path.c_str(), nullptr, &attributes, words, environment.data())) {
-            process_ = 0;
-        }
-        posix_spawnattr_destroy(&attributes);
-    }
-    ~Program() {
-        signal(SIGKILL);
-        if (process_ > 0) waitpid(process_, nullptr, 0);
-    }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
-
-    void signal(int number) const {
-        if (process_ > 0) kill(process_, number);
-    }
-    /// How it ended, as waitpid tells; nothing while it runs.
-    std::optional<int> ending() {
-        if (process_ > 0 && waitpid(process_, &status_, WNOHANG) == process_) process_ = -1;
-        return process_ < 0 ? std::optional(status_) : std::nullopt;
-    }
-
-private:
-    pid_t process_ = 0;
-    int status_ = 0;
-};
 
 /// The whole screen as the user sees it, 0xRRGGBB.
 struct Picture {
@@ -138,7 +79,7 @@ struct CompanionTest : XTest {
     }
     void start(const std::string& defaults) {
         write(defaultsFile(), defaults);
-        program = std::make_unique<Program>(desktop->display(), folder.path());
+        program = std::make_unique<RunningProgram>(desktop->display(), folder.path());
     }
     std::filesystem::path defaultsFile() const { return folder / "config/quibbits/defaults.json"; }
 
@@ -169,7 +110,7 @@ struct CompanionTest : XTest {
     }
     /// How a start after the end of the one before ends, within a second and a half.
     std::optional<int> startAgainAfterKill() {
-        program = std::make_unique<Program>(desktop->display(), folder.path());
+        program = std::make_unique<RunningProgram>(desktop->display(), folder.path());
         return ending(1.5);
     }
     std::optional<int> ending(Seconds within) {
@@ -193,7 +134,7 @@ struct CompanionTest : XTest {
 
     TemporaryFolder folder;
     Picture empty;
-    std::unique_ptr<Program> program;
+    std::unique_ptr<RunningProgram> program;
 };
 
 TEST_F(CompanionTest, ASleeperIsSeenOnTheFloorAndNothingElseChanges) {
@@ -331,7 +272,7 @@ TEST_F(CompanionTest, WithBrokenDefaultsItStartsAnewAndTheFirstSaveSetsThemAside
     EXPECT_EQ(contents(defaultsFile().native() + ".broken-1"), broken);
     program->signal(SIGTERM);
     EXPECT_EQ(ending(3), 0);
-    program = std::make_unique<Program>(desktop->display(), folder.path());
+    program = std::make_unique<RunningProgram>(desktop->display(), folder.path());
     EXPECT_TRUE(appears()) << "what was saved since is not read";
 }
 
@@ -341,7 +282,7 @@ TEST_F(CompanionTest, ASecondStartHandsOverAndAnotherDisplayHasACompanionOfItsOw
     ASSERT_TRUE(appears());
     const auto startAgain = [&](const std::string& display) {
         auto first = std::move(program);
-        program = std::make_unique<Program>(display, folder.path());
+        program = std::make_unique<RunningProgram>(display, folder.path());
         const auto status = ending(1.5);
         std::swap(program, first);
         EXPECT_FALSE(program->ending());
@@ -371,7 +312,7 @@ TEST_F(CompanionTest, AKillAtAnyMomentLeavesWhatWasSaved) {
         struct stat was {};
         stat(defaultsFile().c_str(), &was);
         {
-            const Program killed(desktop->display(), folder.path());
+            const RunningProgram killed(desktop->display(), folder.path());
             const auto wait = std::uniform_int_distribution(0, 250'000)(chance);
             std::this_thread::sleep_for(std::chrono::microseconds(wait));
         }

@@ -1,7 +1,6 @@
 // The icon in a tray of the older kind, which another program is here.
 
-#include <cstring>
-
+#include "PanelWithTray.h"
 #include "XTest.h"
 #include "desktop/x11/SystemTray.h"
 
@@ -10,50 +9,7 @@ namespace {
 
 constexpr std::uint32_t grey = 0x808890;
 constexpr std::uint32_t red = 0xff0000;
-constexpr int side = 24;
-
-/// A panel with a tray in it, as old panels have.
-struct Tray {
-    explicit Tray(OtherProgram& given) : program(given) {
-        panel = program.open({.x = 900, .y = 0, .width = 300, .height = 30, .color = grey});
-        selection = program.atom("_NET_SYSTEM_TRAY_S0");
-        xcb_set_selection_owner(program.xcb(), panel, selection, XCB_CURRENT_TIME);
-        xcb_client_message_event_t message{};
-        message.response_type = XCB_CLIENT_MESSAGE;
-        message.format = 32;
-        message.window = program.root();
-        message.type = program.atom("MANAGER");
-        message.data.data32[1] = selection;
-        message.data.data32[2] = panel;
-        xcb_send_event(program.xcb(), 0, program.root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
-                       reinterpret_cast<const char*>(&message));
-        xcb_flush(program.xcb());
-    }
-    /// Takes in the windows that ask for it.
-    void turn() {
-        while (auto* event = program.nextEvent()) {
-            const auto& message = *reinterpret_cast<xcb_client_message_event_t*>(event);
-            if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE &&
-                message.type == program.atom("_NET_SYSTEM_TRAY_OPCODE") &&
-                message.data.data32[1] == 0) {
-                icon = message.data.data32[2];
-                auto* xcb = program.xcb();
-                xcb_reparent_window(xcb, icon, panel, 100, 3);
-                const std::uint32_t size[] = {side, side};
-                xcb_configure_window(xcb, icon, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
-                                     size);
-                xcb_map_window(xcb, icon);
-                xcb_flush(xcb);
-            }
-            std::free(event);
-        }
-    }
-
-    OtherProgram& program;
-    xcb_window_t panel = 0;
-    xcb_atom_t selection = 0;
-    xcb_window_t icon = 0;
-};
+constexpr int side = PanelWithTray::side;
 
 struct SystemTrayTest : XTest {
     void prepare() {
@@ -80,13 +36,13 @@ struct SystemTrayTest : XTest {
 
     std::unique_ptr<x11::SystemTray> icon;
     std::unique_ptr<OtherProgram> program;
-    std::unique_ptr<Tray> tray;
+    std::unique_ptr<PanelWithTray> tray;
     int clicks = 0, rightClicks = 0;
 };
 
 TEST_F(SystemTrayTest, TheIconIsTakenInShownAndClicked) {
     prepare();
-    tray = std::make_unique<Tray>(*program);
+    tray = std::make_unique<PanelWithTray>(*program);
     turnFor(0.1);
     tray->turn();
     EXPECT_EQ(tray->icon, 0u) << "nobody wanted it";
@@ -119,13 +75,13 @@ TEST_F(SystemTrayTest, ATrayThatComesLateOrRestartsTakesItIn) {
     turnFor(0.1);
     EXPECT_FALSE(icon->isThere());
     EXPECT_FALSE(icon->frame());
-    tray = std::make_unique<Tray>(*program);
+    tray = std::make_unique<PanelWithTray>(*program);
     ASSERT_TRUE(isTakenIn());
     EXPECT_TRUE(shows(1006, 15, red));
     program->close(tray->panel);
     EXPECT_TRUE(eventually([&] { return !icon->isThere(); }));
     EXPECT_FALSE(icon->frame());
-    tray = std::make_unique<Tray>(*program);
+    tray = std::make_unique<PanelWithTray>(*program);
     ASSERT_TRUE(isTakenIn());
     EXPECT_TRUE(shows(1006, 15, red));
 }
