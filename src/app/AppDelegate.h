@@ -97,7 +97,7 @@ private:
     Panels& panels_;
     SettingsWindow settings_;
     Onboarding onboarding_;
-    // In the order of building: what is named later is gone first.
+    // What is named later uses what is named before, and is gone first.
     std::unique_ptr<Power> power_;
     std::unique_ptr<Senses> senses_;
     std::vector<std::unique_ptr<Companion>> party_;  // Sparrel, Umbrool

@@ -22,14 +22,17 @@ constexpr const char* offeredKey = "downloads.offered";
 using Deliver = std::function<void(const std::vector<DownloadsFind>&)>;
 
 /// A name before its extension, and the extension without its dot. A dot at the beginning or at the
-/// end makes none.
+/// end makes none, nor does one before a blank: "setup 1.2 (1)" has none.
 struct NameParts {
     std::string stem;
     std::string extension;
 };
 NameParts partsOf(const std::string& name) {
     const auto dot = name.rfind('.');
-    if (dot == std::string::npos || dot == 0 || dot + 1 == name.size()) return {name, {}};
+    if (dot == std::string::npos || dot == 0 || dot + 1 == name.size() ||
+        name.find(' ', dot) != std::string::npos) {
+        return {name, {}};
+    }
     return {name.substr(0, dot), name.substr(dot + 1)};
 }
 

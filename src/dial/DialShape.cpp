@@ -77,10 +77,11 @@ std::optional<int> slot(Point at) {
     return std::nullopt;
 }
 
-Path outline() {
+Path outline(Ends ends) {
     const Point left = onWheel(wheelRadius, bandBegins);
     const Point right = onWheel(wheelRadius, bandEnds);
-    const double cut = std::asin((top - left.y) / capRadius);  // where a cap meets the upper edge
+    // Where a cap leaves off: at the upper edge, or not before its end.
+    const double cut = ends == Ends::cut ? std::asin((top - left.y) / capRadius) : pi / 2;
     const double neck = std::asin(neckWidth / 2 / outerRadius);
     const double neckLeft = middle - neckWidth / 2;
     const double neckRight = middle + neckWidth / 2;
@@ -112,7 +113,7 @@ Path outline() {
         .closed();
 }
 
-std::vector<Rect> cover() {
+std::vector<Rect> cover(Ends ends) {
     constexpr double strip = 8;
     const double widest = wheelRadius * std::abs(std::cos(bandBegins)) + capRadius;
     const double low = top - outerRadius;
@@ -123,6 +124,13 @@ std::vector<Rect> cover() {
         const double chord = std::sqrt(outerRadius * outerRadius - (top - high) * (top - high));
         const double half = std::min(chord, widest);
         rects.push_back({middle - half, y, 2 * half, high - y});
+    }
+    if (ends == Ends::round) {
+        for (const double angle : {bandBegins, bandEnds}) {
+            const Point cap = onWheel(wheelRadius, angle);
+            const double half = std::sqrt(capRadius * capRadius - (top - cap.y) * (top - cap.y));
+            rects.push_back({cap.x - half, top, 2 * half, cap.y + capRadius - top});
+        }
     }
     return rects;
 }

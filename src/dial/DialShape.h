@@ -35,9 +35,13 @@ Point slotCenter(int index);
 /// The first slot whose reach holds the point.
 std::optional<int> slot(Point at);
 
-/// The one line around wheel, plate, neck and card together, cut off at the view's upper edge.
-Path outline();
+/// How the wheel's arms end: cut off at the view's upper edge, as if they came out of the bar above
+/// it, or round, a little beyond that edge, where there is no bar.
+enum class Ends { cut, round };
+
+/// The one line around wheel, plate, neck and card together.
+Path outline(Ends ends);
 /// A few rectangles that together cover the outline, hardly more, and the wheel's hub.
-std::vector<Rect> cover();
+std::vector<Rect> cover(Ends ends);
 
 }  // namespace quibbits::DialShape

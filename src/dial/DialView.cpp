@@ -62,16 +62,18 @@ bool isInBall(const PartyMember& member, const PetStats& stats) {
 
 }  // namespace
 
-DialView::DialView(LayerEngine& engine, const TextMeasure& ruler, std::vector<PartyMember> party)
+DialView::DialView(LayerEngine& engine, const TextMeasure& ruler, std::vector<PartyMember> party,
+                   DialShape::Ends ends)
     : engine_(engine), ruler_(ruler), party_(std::move(party)), layer_(engine.makeLayer()) {
     const Transaction still(engine_, Transaction::withoutActions());
     const Rect all{0, 0, DialShape::size.width, DialShape::size.height};
     layer_->setFrame(all);
-    buildBackdrop();
+    const Path outline = DialShape::outline(ends);
+    buildBackdrop(outline);
     content_ = add(*layer_, {.bounds = all, .position = all.center()});
     add(*content_, {.bounds = all,
                     .position = all.center(),
-                    .content = Shape{.path = DialShape::outline(),
+                    .content = Shape{.path = outline,
                                      .fill = Color::black(0.22),
                                      .stroke = Color::white(0.14),
                                      .lineWidth = 1}});
@@ -104,11 +106,11 @@ void DialView::addText(Layer& parent, const Label& label) {
     setText(*add(parent, {}), label);
 }
 
-void DialView::buildBackdrop() {
+void DialView::buildBackdrop(const Path& outline) {
     const Rect all = layer_->model().bounds;
     add(*layer_, {.bounds = all,
                   .position = all.center(),
-                  .content = Shape{.path = DialShape::outline(), .fill = backdrop},
+                  .content = Shape{.path = outline, .fill = backdrop},
                   .shadow = backdropShadow});
 }
 

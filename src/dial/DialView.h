@@ -23,7 +23,8 @@ namespace quibbits {
 class DialView {
 public:
     /// Engine and ruler outlive the view.
-    DialView(LayerEngine& engine, const TextMeasure& ruler, std::vector<PartyMember> party);
+    DialView(LayerEngine& engine, const TextMeasure& ruler, std::vector<PartyMember> party,
+             DialShape::Ends ends = DialShape::Ends::cut);
     ~DialView();
     DialView(const DialView&) = delete;
     DialView& operator=(const DialView&) = delete;
@@ -78,7 +79,7 @@ private:
     bool isMember(int index) const { return index < static_cast<int>(party_.size()); }
 
     // Built once (DialView.cpp, DialCard.cpp).
-    void buildBackdrop();
+    void buildBackdrop(const Path& outline);
     Slot makeSlot(int index);
     void addPortrait(const PartyMember& member, const Slot& slot);
     void build();

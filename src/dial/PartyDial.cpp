@@ -1,5 +1,6 @@
 #include "dial/PartyDial.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "body/Pixels.h"
@@ -40,12 +41,14 @@ void PartyDial::showMenu() {
 Menu PartyDial::menu() const {
     Menu menu;
     // Without a settings window the line is there, but cannot be chosen.
-    menu.items.push_back({"Settings…"});
+    menu.items.push_back({.title = "Settings…", .key = ','});
     if (onSettings) menu.items.back().run = lifetime_.guard([this] { onSettings(); });
     menu.items.push_back({});
-    menu.items.push_back({"Quit Quibbits", lifetime_.guard([this] {
+    menu.items.push_back({.title = "Quit Quibbits",
+                          .run = lifetime_.guard([this] {
                               if (onQuit) onQuit();
-                          })});
+                          }),
+                          .key = 'q'});
     return menu;
 }
 
@@ -62,20 +65,32 @@ Rect PartyDial::viewFrame(Rect icon, const std::optional<Screen>& screen) {
     if (!screen) return frame;
     const Rect all = screen->frame;
     const bool atBottom = icon.midY() < all.midY();
-    if (atBottom && frame.minY() < all.minY()) frame.y = icon.maxY() + belowIcon;
+    if (atBottom && frame.minY() < all.minY()) {
+        frame.y = std::max(icon.maxY(), screen->visibleFrame.minY()) + belowIcon;
+    }
     frame.x = Range{all.minX(), all.maxX() - size.width}.clamp(frame.x);
     frame.y = Range{all.minY(), all.maxY() - size.height}.clamp(frame.y);
     return frame;
 }
 
+DialShape::Ends PartyDial::ends(const Rect& view, Rect icon, const std::optional<Screen>& screen) {
+    if (!screen) return DialShape::Ends::cut;
+    const double upperEdge = screen->frame.maxY();
+    const bool isInBarAtTop = upperEdge - icon.maxY() < icon.height;
+    const bool isAtEdge = upperEdge - view.maxY() <= belowIcon;
+    return isInBarAtTop || isAtEdge ? DialShape::Ends::cut : DialShape::Ends::round;
+}
+
 void PartyDial::open() {
     const auto icon = computer_.statusItem.frame();
     if (!icon || isOpen()) return;
-    const Rect frame = viewFrame(*icon, computer_.screens.main());
+    const auto screen = computer_.screens.at(icon->center());
+    const Rect frame = viewFrame(*icon, screen);
+    const DialShape::Ends ends = PartyDial::ends(frame, *icon, screen);
     auto dial = std::make_unique<Opened>();
     dial->panel =
         panels_.makePanel({.frame = frame.inset(-shadowMargin), .level = PanelLevel::menu});
-    dial->view = std::make_unique<DialView>(panels_.layers(), computer_.text, party_);
+    dial->view = std::make_unique<DialView>(panels_.layers(), computer_.text, party_, ends);
     {
         const Transaction still(panels_.layers(), Transaction::withoutActions());
         const LayerRef& layer = dial->view->layer();
@@ -84,18 +99,18 @@ void PartyDial::open() {
     }
     dial->view->onPick = [this, at = *anchor()](int index) { pick(index, at); };
     dial->view->onDrag = lifetime_.guard([this](std::optional<Point> at) { itemDragged(at); });
-    installMouse(*dial);
+    installMouse(*dial, ends);
     opened_ = std::move(dial);
     opened_->panel->orderFront();
     opened_->view->appear();
     if (onOpened) onOpened();
 }
 
-void PartyDial::installMouse(Opened& dial) {
+void PartyDial::installMouse(Opened& dial, DialShape::Ends ends) {
     Panel* panel = dial.panel.get();
     DialView* view = dial.view.get();
     view->onItemDragBegan = [panel](ItemDrag drag) { panel->beginItemDrag(std::move(drag)); };
-    auto areas = DialShape::cover();
+    auto areas = DialShape::cover(ends);
     for (Rect& area : areas) area = area.offset({shadowMargin, shadowMargin});
     panel->mouseAreas = [areas = std::move(areas)] { return areas; };
     panel->setIgnoresMouse(false);

@@ -36,6 +36,8 @@ public:
     /// Where the view goes for an icon at a place: below it, or above it where the tray is at the
     /// bottom of the screen, and shifted to stay on the screen.
     static Rect viewFrame(Rect icon, const std::optional<Screen>& screen);
+    /// Round ends for a view that has neither its icon's bar nor the screen's edge above it.
+    static DialShape::Ends ends(const Rect& view, Rect icon, const std::optional<Screen>& screen);
     /// Points around the view that its panel has for the shadow.
     static constexpr double shadowMargin = 24;
 
@@ -59,7 +61,7 @@ private:
     void clicked();
     void showMenu();
     Menu menu() const;
-    void installMouse(Opened& dial);
+    void installMouse(Opened& dial, DialShape::Ends ends);
     Point pointerInView(const Panel& panel) const;
     void pick(int index, Point anchor);
     void itemDragged(std::optional<Point> at);

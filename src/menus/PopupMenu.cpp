@@ -14,6 +14,7 @@ constexpr double rim = 5;          // between the menu's edge and its rows
 constexpr double textInset = 10;   // between a row's edge and its title
 constexpr double narrowest = 150;  // of the rows
 constexpr double widest = 420;
+constexpr double beforeShortcut = 28;  // between a title and its shortcut
 constexpr double roundness = 10;
 constexpr double room = 22;   // around the menu, for its shadow
 constexpr double beside = 4;  // least distance to the edge of the screen
@@ -25,6 +26,7 @@ constexpr Color accent{1.0, 217 / 255.0, 77 / 255.0, 1.0};
 constexpr Color titleColor = Color::white(0.96);
 constexpr Color pickedTitle{30 / 255.0, 26 / 255.0, 10 / 255.0, 1.0};
 constexpr Color disabledTitle = Color::white(0.4);
+constexpr double shortcutOpacity = 0.6;
 
 // The release that belongs to the press which opened the menu chooses nothing.
 constexpr double stillWithin = 4;  // points
@@ -34,8 +36,20 @@ bool isSeparator(const MenuItem& item) {
     return item.title.empty();
 }
 
+std::string shortcutOf(const MenuItem& item) {
+    if (item.key == 0) return {};
+    const bool isLetter = item.key >= 'a' && item.key <= 'z';
+    return std::string("Ctrl+") + static_cast<char>(isLetter ? item.key - 'a' + 'A' : item.key);
+}
+
 StyledText styled(const std::string& title, Color color) {
     return {.runs = {{title, color}}, .fontSize = fontSize, .weight = FontWeight::medium};
+}
+
+/// In one line, and a little more than the letters need.
+Size sizeOf(const std::string& title, const TextMeasure& text) {
+    const Size size = text.measure(styled(title, titleColor), {widest, rowHeight});
+    return {std::ceil(size.width) + 2, std::ceil(size.height)};
 }
 
 }  // namespace
@@ -57,13 +71,12 @@ PopupMenu::~PopupMenu() = default;
 void PopupMenu::build(const Menu& menu, const TextMeasure& text) {
     double width = narrowest;
     double height = 2 * rim;
-    double textHeight = 0;
     for (const auto& item : menu.items) {
         height += isSeparator(item) ? separatorHeight : rowHeight;
         if (isSeparator(item)) continue;
-        const Size size = text.measure(styled(item.title, titleColor), {widest, rowHeight});
-        width = std::max(width, std::ceil(size.width) + 2 + 2 * textInset);
-        textHeight = std::max(textHeight, std::ceil(size.height));
+        double line = sizeOf(item.title, text).width + 2 * textInset;
+        if (item.key != 0) line += beforeShortcut + sizeOf(shortcutOf(item), text).width;
+        width = std::max(width, line);
     }
     width = std::min(width, widest) + 2 * rim;
     body_ = {room, room, width, height};
@@ -74,7 +87,7 @@ void PopupMenu::build(const Menu& menu, const TextMeasure& text) {
     for (const auto& item : menu.items) {
         const double tall = isSeparator(item) ? separatorHeight : rowHeight;
         top -= tall;
-        addRow(item, {body_.minX() + rim, top, width - 2 * rim, tall}, textHeight);
+        addRow(item, {body_.minX() + rim, top, width - 2 * rim, tall}, text);
     }
 }
 
@@ -93,8 +106,12 @@ void PopupMenu::addBody(Rect body) {
     panel_->root().addSublayer(highlight_);
 }
 
-void PopupMenu::addRow(const MenuItem& item, Rect frame, double textHeight) {
-    Row row{.frame = frame, .title = item.title, .isEnabled = item.run && !isSeparator(item)};
+void PopupMenu::addRow(const MenuItem& item, Rect frame, const TextMeasure& text) {
+    Row row{.frame = frame,
+            .title = item.title,
+            .shortcut = shortcutOf(item),
+            .key = item.key,
+            .isEnabled = item.run && !isSeparator(item)};
     row.label = engine_.makeLayer();
     const Transaction still(engine_, Transaction::withoutActions());
     if (isSeparator(item)) {
@@ -102,8 +119,18 @@ void PopupMenu::addRow(const MenuItem& item, Rect frame, double textHeight) {
             {frame.minX() + textInset, std::floor(frame.midY()), frame.width - 2 * textInset, 1});
         row.label->change([](LayerProperties& l) { l.background = separatorColor; });
     } else {
-        row.label->setFrame({frame.minX() + textInset, frame.midY() - textHeight / 2,
-                             frame.width - 2 * textInset, textHeight});
+        const Size title = sizeOf(row.title, text);
+        const double left = frame.minX() + textInset;
+        double right = frame.maxX() - textInset;
+        if (!row.shortcut.empty()) {
+            const Size size = sizeOf(row.shortcut, text);
+            row.shortcutLabel = engine_.makeLayer({.opacity = shortcutOpacity});
+            row.shortcutLabel->setFrame(
+                {right - size.width, frame.midY() - size.height / 2, size.width, size.height});
+            panel_->root().addSublayer(row.shortcutLabel);
+            right -= size.width + beforeShortcut;
+        }
+        row.label->setFrame({left, frame.midY() - title.height / 2, right - left, title.height});
         paintTitle(row, false);
     }
     panel_->root().addSublayer(row.label);
@@ -140,6 +167,7 @@ void PopupMenu::pick(std::optional<std::size_t> line) {
 void PopupMenu::paintTitle(const Row& row, bool isPicked) {
     const Color color = !row.isEnabled ? disabledTitle : isPicked ? pickedTitle : titleColor;
     row.label->setContent(Text{.text = styled(row.title, color), .truncated = true});
+    if (row.shortcutLabel) row.shortcutLabel->setContent(Text{.text = styled(row.shortcut, color)});
 }
 
 /// To the next line that can be chosen, round and round.
@@ -191,6 +219,12 @@ void PopupMenu::key(MenuKey key) {
             if (picked_) end(picked_);
             return;
         case MenuKey::cancel: return end(std::nullopt);
+    }
+}
+
+void PopupMenu::typed(char character) {
+    for (std::size_t line = 0; line < rows_.size(); ++line) {
+        if (rows_[line].key == character && rows_[line].isEnabled) return end(line);
     }
 }
 

@@ -40,6 +40,8 @@ public:
     void pressed(Point at);
     void released(Point at);
     void key(MenuKey key);
+    /// A character was typed together with Control.
+    void typed(char character);
 
     /// The menu is over: a line was chosen, or none. Called once; the menu may be destroyed in it.
     std::function<void(std::optional<std::size_t>)> onEnd;
@@ -48,13 +50,16 @@ private:
     struct Row {
         Rect frame;  // in the panel
         std::string title;
+        std::string shortcut;  // at the right end; empty for none
+        char key = 0;
         bool isEnabled = false;
         LayerRef label;
+        LayerRef shortcutLabel;
     };
 
     void build(const Menu& menu, const TextMeasure& text);
     void addBody(Rect body);
-    void addRow(const MenuItem& item, Rect frame, double textHeight);
+    void addRow(const MenuItem& item, Rect frame, const TextMeasure& text);
     void place(const Place& place, Size size);
     void pick(std::optional<std::size_t> line);
     void paintTitle(const Row& row, bool isPicked);

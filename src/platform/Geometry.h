@@ -80,6 +80,11 @@ struct Rect {
         return !isEmpty() && !o.isEmpty() && x < o.maxX() && o.x < maxX() && y < o.maxY() &&
                o.y < maxY();
     }
+    /// Zero inside.
+    double distanceTo(Point p) const {
+        return std::hypot(std::max({minX() - p.x, 0.0, p.x - maxX()}),
+                          std::max({minY() - p.y, 0.0, p.y - maxY()}));
+    }
     Rect inset(double by) const { return {x + by, y + by, width - 2 * by, height - 2 * by}; }
     Rect offset(Vector v) const { return {x + v.dx, y + v.dy, width, height}; }
     /// The smallest rectangle around both; an empty one adds nothing.

@@ -11,6 +11,7 @@ namespace quibbits {
 struct MenuItem {
     std::string title;
     std::function<void()> run;
+    char key = 0;  // that chooses the line together with Control while the menu is open; lower case
 };
 struct Menu {
     std::vector<MenuItem> items;

@@ -21,6 +21,9 @@ public:
     virtual ~Screens() = default;
     /// The screen that creatures live on; nothing while no screen is connected.
     virtual std::optional<Screen> main() const = 0;
+    /// The screen that a global point is on, else the one nearest to it; nothing while there is
+    /// none.
+    virtual std::optional<Screen> at(Point point) const = 0;
     /// A screen's size, place, scale or edge panels changed.
     Signal<> changed;
 };

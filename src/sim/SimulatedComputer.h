@@ -39,6 +39,7 @@ private:
 class SimulatedScreens final : public Screens {
 public:
     std::optional<Screen> main() const override { return screen; }
+    std::optional<Screen> at(Point) const override { return screen; }
     std::optional<Screen> screen;
 };
 

@@ -275,23 +275,15 @@ TEST_F(DownloadsGuardTest, MayEndWhileALookIsUnderWay) {
 
 TEST(ACopy, IsKnownByTheNumberAtItsEnd) {
     const std::pair<const char*, std::optional<std::string>> cases[] = {
-        {"report 2.pdf", "report.pdf"},
-        {"report(2).pdf", "report.pdf"},
-        {"report (12).pdf", "report.pdf"},
-        {"report2.pdf", std::nullopt},
-        {"report ().pdf", std::nullopt},
-        {"report 2).pdf", std::nullopt},
-        {"report (2.pdf", std::nullopt},
-        {"report (2) .pdf", std::nullopt},
-        {"2.pdf", std::nullopt},
-        {" 2.pdf", std::nullopt},
-        {"(1).zip", std::nullopt},
-        {" (1).zip", std::nullopt},
-        {"archive (1)", "archive"},
-        {"report  2.pdf", "report .pdf"},
-        {"a 2 (1).txt", "a 2.txt"},
-        {"photos 2.tar.gz", std::nullopt},
-        {"", std::nullopt},
+        {"report 2.pdf", "report.pdf"},    {"report(2).pdf", "report.pdf"},
+        {"report (12).pdf", "report.pdf"}, {"report2.pdf", std::nullopt},
+        {"report ().pdf", std::nullopt},   {"report 2).pdf", std::nullopt},
+        {"report (2.pdf", std::nullopt},   {"report (2) .pdf", std::nullopt},
+        {"2.pdf", std::nullopt},           {" 2.pdf", std::nullopt},
+        {"(1).zip", std::nullopt},         {" (1).zip", std::nullopt},
+        {"archive (1)", "archive"},        {"report  2.pdf", "report .pdf"},
+        {"a 2 (1).txt", "a 2.txt"},        {"photos 2.tar.gz", std::nullopt},
+        {"setup 1.2 (1)", "setup 1.2"},    {"", std::nullopt},
     };
     for (const auto& [name, expected] : cases) {
         EXPECT_EQ(DownloadsScan::original(name), expected) << name;

@@ -15,7 +15,9 @@ constexpr std::uint32_t grey = 0x808890;
 
 // Key codes of a usual keyboard.
 constexpr int escapeKey = 9;
+constexpr int controlKey = 37;
 constexpr int returnKey = 36;
+constexpr int nKey = 57;
 constexpr int upKey = 111;
 constexpr int downKey = 116;
 
@@ -36,7 +38,7 @@ struct MenuTest : XTest {
             return [this, name] { chosen.emplace_back(name); };
         };
         return {{{"Evolve Now", choosing("evolve")},
-                 {"Not Yet", choosing("later")},
+                 {"Not Yet", choosing("later"), 'n'},
                  {},
                  {"No lines left to choose", {}},
                  {"Forget It", choosing("forget")}}};
@@ -124,6 +126,14 @@ TEST_F(MenuTest, KeysWalkThroughTheLinesThatCanBeChosen) {
     strike(escapeKey);
     EXPECT_TRUE(closes());
     EXPECT_EQ(chosen.size(), 1u);
+    open();
+    strike(nKey);
+    EXPECT_TRUE(isOpen()) << "the letter alone chooses nothing";
+    other->key(controlKey, true);
+    strike(nKey);
+    other->key(controlKey, false);
+    EXPECT_TRUE(closes());
+    EXPECT_THAT(chosen, ElementsAre("later", "later"));
     expectFreeInput();
 }
 

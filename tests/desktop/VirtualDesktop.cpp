@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #include <xcb/randr.h>
+#include <xcb/xcbext.h>
 #include <xcb/xtest.h>
 
 #include <algorithm>
@@ -240,6 +241,40 @@ void OtherProgram::message(xcb_window_t to, const std::string& type,
     std::ranges::copy(data, event.data.data32);
     xcb_send_event(xcb_, 0, to, 0, reinterpret_cast<const char*>(&event));
     xcb_flush(xcb_);
+}
+
+void OtherProgram::addMonitor(const std::string& name, const xcb_rectangle_t& area, bool primary) {
+    constexpr std::uint16_t millimetres = 200;
+    // Written out, since the library's own call sends too little of it.
+    struct {
+        xcb_randr_set_monitor_request_t request;
+        xcb_randr_monitor_info_t info;
+        xcb_randr_output_t output;
+    } message{.request = {.window = root_},
+              .info = {.name = atom(name),
+                       .primary = primary,
+                       .nOutput = static_cast<std::uint16_t>(primary ? 1 : 0),
+                       .x = area.x,
+                       .y = area.y,
+                       .width = area.width,
+                       .height = area.height,
+                       .width_in_millimeters = millimetres,
+                       .height_in_millimeters = millimetres},
+              .output = 0};
+    if (primary) {  // in place of the monitor that the display's one output is else
+        auto* all = xcb_randr_get_screen_resources_reply(
+            xcb_, xcb_randr_get_screen_resources(xcb_, root_), nullptr);
+        message.output = *xcb_randr_get_screen_resources_outputs(all);
+        std::free(all);
+    }
+    std::array<iovec, 3> parts{};  // the first two are the library's
+    parts[2] = {&message, sizeof message - (primary ? 0 : sizeof message.output)};
+    const xcb_protocol_request_t protocol{
+        .count = 1, .ext = &xcb_randr_id, .opcode = XCB_RANDR_SET_MONITOR, .isvoid = 1};
+    const auto sent = xcb_send_request(xcb_, XCB_REQUEST_CHECKED, &parts[2], &protocol);
+    auto* error = xcb_request_check(xcb_, {sent});
+    std::free(error);
+    if (error) throw std::runtime_error("no further monitor");
 }
 
 void OtherProgram::resizeScreen(int width, int height) {

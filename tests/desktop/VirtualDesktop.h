@@ -63,6 +63,8 @@ public:
     std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& property);
     void message(xcb_window_t to, const std::string& type, const std::vector<std::uint32_t>& data);
     void resizeScreen(int width, int height);
+    /// Another monitor over a part of the display, as if the display were wider than one.
+    void addMonitor(const std::string& name, const xcb_rectangle_t& area, bool primary);
 
     void movePointer(int x, int y);
     void press(int button = 1);

@@ -102,6 +102,28 @@ TEST_F(XDesktop, DocksTakeTheirPartOfTheScreenAndTheBottomOneTellsItsSpan) {
     EXPECT_EQ(screens->main()->visibleFrame, (Rect{0, 0, 1280, 770}));
 }
 
+TEST_F(XDesktop, TheMainMonitorIsThePrimaryOneAndEveryPointHasItsMonitor) {
+    other->addMonitor("left", {0, 0, 500, 800}, false);
+    other->addMonitor("right", {500, 100, 780, 700}, true);
+    desktop->startWindowManager();
+    connect();
+    const Rect left{-500, 0, 500, 800};
+    const Rect right{0, 0, 780, 700};
+    EXPECT_EQ(screens->main()->frame, right);
+    other->open({.x = 0,
+                 .y = 760,
+                 .width = 500,
+                 .height = 40,
+                 .type = "_NET_WM_WINDOW_TYPE_DOCK",
+                 .strut = {0, 0, 0, 40, 0, 0, 0, 0, 0, 0, 0, 499}});
+    EXPECT_TRUE(eventually([&] { return screens->at({-1, 0})->visibleFrame.y == 40; }));
+    EXPECT_EQ(screens->main()->visibleFrame, right);
+    EXPECT_FALSE(screens->bottomDock()) << "the panel is on the other monitor";
+    EXPECT_EQ(screens->at({-10, 750})->frame, left);
+    EXPECT_EQ(screens->at({60, 720})->frame, right) << "above it is nothing: the nearest";
+    EXPECT_EQ(screens->at({-700, 10})->frame, left);
+}
+
 TEST_F(XDesktop, WindowsAreListedFrontToBack) {
     desktop->startWindowManager();
     connect();

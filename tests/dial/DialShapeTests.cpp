@@ -18,11 +18,12 @@ double outside(const Rect& box, double radius, Point p) {
 }
 
 /// How far a point is outside the band with its round ends.
-double outsideBand(Point p) {
+double outsideBand(Point p, DialShape::Ends ends) {
     const Point hub{158, 272};
     const double begin = 190.8 * std::numbers::pi / 180;
     double angle = std::atan2(p.y - hub.y, p.x - hub.x);
     if (angle < 0) angle += 2 * std::numbers::pi;
+    if (ends == DialShape::Ends::cut && p.y > hub.y) return p.y - hub.y;
     if (angle >= begin && angle <= 3 * std::numbers::pi - begin) {
         return std::abs(distance(p, hub) - 114) - 32;
     }
@@ -31,8 +32,8 @@ double outsideBand(Point p) {
     return std::min(distance(p, end), distance(p, otherEnd)) - 32;
 }
 
-double outsideOfAll(Point p) {
-    return std::min({outsideBand(p), outside({84, 186, 148, 48}, 20, p),
+double outsideOfAll(Point p, DialShape::Ends ends) {
+    return std::min({outsideBand(p, ends), outside({84, 186, 148, 48}, 20, p),
                      outside({30, 6, 256, 102}, 18, p), outside({128, 98, 60, 80}, 0, p)});
 }
 
@@ -47,39 +48,45 @@ bool goesAround(const std::vector<Point>& line, Point p) {
     return std::lround(turned / (2 * std::numbers::pi)) == 1;
 }
 
-std::vector<Point> outlinePoints() {
+std::vector<Point> outlinePoints(DialShape::Ends ends) {
     std::vector<Point> line;
     constexpr int count = 1500;
-    const PathMeasure outline(DialShape::outline());
+    const PathMeasure outline(DialShape::outline(ends));
     for (int i = 0; i < count; ++i) line.push_back(outline.at(static_cast<double>(i) / count));
     return line;
 }
 
 TEST(TheDialsOutline, IsOneLineAroundWheelPlateCardAndNeckTogether) {
-    const auto line = outlinePoints();
-    int inside = 0;
-    for (double x = 0.5; x < 316; x += 4) {
-        for (double y = 0.5; y < 272; y += 4) {
-            const double off = outsideOfAll({x, y});
-            if (std::abs(off) < 0.5) continue;  // the line is made of curves, nearly round
-            ASSERT_EQ(goesAround(line, {x, y}), off < 0) << x << ", " << y;
-            inside += off < 0;
+    for (const auto ends : {DialShape::Ends::cut, DialShape::Ends::round}) {
+        const auto line = outlinePoints(ends);
+        int inside = 0;
+        for (double x = 0.5; x < 316; x += 4) {
+            for (double y = 0.5; y < 290; y += 4) {
+                const double off = outsideOfAll({x, y}, ends);
+                if (std::abs(off) < 0.5) continue;  // the line is made of curves, nearly round
+                ASSERT_EQ(goesAround(line, {x, y}), off < 0) << x << ", " << y;
+                inside += off < 0;
+            }
         }
+        EXPECT_GT(inside, 2000);
     }
-    EXPECT_GT(inside, 2000);
 }
 
 TEST(TheDialsOutline, StaysInTheViewAndUnderItsCover) {
-    const auto cover = DialShape::cover();
-    double covered = 0;
-    for (const Rect& r : cover) covered += r.width * r.height;
-    EXPECT_LT(covered, 0.8 * 316 * 272) << "the corners beside the shape are not its own";
-    for (const Point p : outlinePoints()) {
-        EXPECT_GE(p.y, 6);
-        EXPECT_LE(p.y, 272 + 1e-9);
-        EXPECT_TRUE(
-            std::ranges::any_of(cover, [&](const Rect& r) { return r.inset(-0.05).contains(p); }))
-            << p.x << ", " << p.y;
+    for (const auto ends : {DialShape::Ends::cut, DialShape::Ends::round}) {
+        const auto cover = DialShape::cover(ends);
+        double covered = 0;
+        for (const Rect& r : cover) covered += r.width * r.height;
+        EXPECT_LT(covered, 0.8 * 316 * 272) << "the corners beside the shape are not its own";
+        double highest = 0;
+        for (const Point p : outlinePoints(ends)) {
+            EXPECT_GE(p.y, 6);
+            highest = std::max(highest, p.y);
+            EXPECT_TRUE(std::ranges::any_of(
+                cover, [&](const Rect& r) { return r.inset(-0.05).contains(p); }))
+                << p.x << ", " << p.y;
+        }
+        EXPECT_NEAR(highest, ends == DialShape::Ends::cut ? 272 : 282.6, 0.1);
     }
 }
 

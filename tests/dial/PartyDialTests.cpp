@@ -56,23 +56,26 @@ TEST_F(ThePartyDial, OpensUnderItsIconAndClosesAtTheNextClick) {
 }
 
 TEST(ThePlaceOfTheDial, IsBelowTheIconOrAboveATrayAtTheBottomAndInsideTheScreen) {
-    const Screen screen{.frame = {0, 0, 1440, 900}};
+    const Screen screen{.frame = {0, 0, 1440, 900}, .visibleFrame = {0, 36, 1440, 864}};
+    using DialShape::Ends;
     struct Row {
         const char* icon;
         Rect at;
         Point expected;
+        DialShape::Ends ends;
     };
-    for (const auto& [icon, at, expected] : std::vector<Row>{
-             {"in the middle of a bar at the top", {708, 876, 24, 24}, {562, 600}},
-             {"at the right end", {1410, 876, 24, 24}, {1124, 600}},
-             {"at the left end", {0, 876, 24, 24}, {0, 600}},
-             {"in a tray at the bottom", {708, 4, 24, 24}, {562, 32}},
-             {"at the right end of the bottom", {1410, 4, 24, 24}, {1124, 32}},
-             {"high up on a tray at the side", {2, 600, 24, 24}, {0, 324}},
-             {"low on a tray at the side", {2, 280, 24, 24}, {0, 4}},
+    for (const auto& [icon, at, expected, ends] : std::vector<Row>{
+             {"in the middle of a bar at the top", {708, 876, 24, 24}, {562, 600}, Ends::cut},
+             {"at the right end", {1410, 876, 24, 24}, {1124, 600}, Ends::cut},
+             {"at the left end", {0, 876, 24, 24}, {0, 600}, Ends::cut},
+             {"in a tray at the bottom", {708, 4, 24, 24}, {562, 40}, Ends::round},
+             {"at the right end of the bottom", {1410, 4, 24, 24}, {1124, 40}, Ends::round},
+             {"high up on a tray at the side", {2, 600, 24, 24}, {0, 324}, Ends::round},
+             {"low on a tray at the side", {2, 280, 24, 24}, {0, 4}, Ends::round},
          }) {
-        EXPECT_EQ(PartyDial::viewFrame(at, screen), (Rect{expected.x, expected.y, 316, 272}))
-            << icon;
+        const Rect frame = PartyDial::viewFrame(at, screen);
+        EXPECT_EQ(frame, (Rect{expected.x, expected.y, 316, 272})) << icon;
+        EXPECT_EQ(PartyDial::ends(frame, at, screen), ends) << icon;
     }
     EXPECT_EQ(PartyDial::viewFrame({10, 4, 24, 24}, std::nullopt).origin(), (Point{-136, -272}));
 }

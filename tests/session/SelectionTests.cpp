@@ -273,10 +273,17 @@ TEST(MountedVolumes, TellWhatComesAndGoesAndTheImagesBehindLoopDevices) {
     EXPECT_THAT(*volumes.images(),
                 ElementsAre(Pair("/media/My App", "/home/user/Downloads/my app.dmg"),
                             Pair("/media/part", "/home/user/disk.img")));
+    write(mounts, disk +
+                      "40 22 8:33 / /media/My\\040App ro,nosuid - vfat /dev/sdc1 ro\n"
+                      "41 22 259:3 / /media/part rw - ext4 /dev/loop1p2 rw\n");
+    volumes.refresh();
+    EXPECT_THAT(news, ElementsAre("+", "/media/My App", "/media/stick", "+"))
+        << "another volume came where the first one was";
     write(mounts, disk);
     volumes.refresh();
     volumes.refresh();
-    EXPECT_THAT(news, ElementsAre("+", "/media/My App", "/media/part", "/media/stick"));
+    EXPECT_THAT(news, ElementsAre("+", "/media/My App", "/media/stick", "+", "/media/My App",
+                                  "/media/part"));
     EXPECT_THAT(*volumes.images(), IsEmpty());
 }
 

@@ -134,6 +134,20 @@ protected:
             });
         return entries;
     }
+    std::vector<std::string> shortcut(std::int32_t id) {
+        std::vector<std::string> keys;
+        call(
+            "/MenuBar", menuInterface, "GetProperty",
+            [=](sd_bus_message* m) { return sd_bus_message_append(m, "is", id, "shortcut"); },
+            [&](sd_bus_message* reply) {
+                const char* modifier = nullptr;
+                const char* key = nullptr;
+                if (sd_bus_message_read(reply, "v", "aas", 1, 2, &modifier, &key) > 0) {
+                    keys = {modifier, key};
+                }
+            });
+        return keys;
+    }
     bool choose(std::int32_t id, const char* event = "clicked") {
         return call("/MenuBar", menuInterface, "Event", [=](sd_bus_message* m) {
             return sd_bus_message_append(m, "isvu", id, event, "i", 0, 0U);
@@ -258,9 +272,9 @@ TEST_F(TrayTest, ATrayThatOpensTheMenuItselfGetsItsLinesAndTellsTheChoice) {
     std::vector<std::string> chosen;
     bool hasMore = false;
     icon->onMenu = [&] {
-        Menu menu{{{"Settings…", [&] { chosen.emplace_back("settings"); }},
+        Menu menu{{{"Settings…", [&] { chosen.emplace_back("settings"); }, ','},
                    {},
-                   {"Quit_Quibbits", [&] { chosen.emplace_back("quit"); }}}};
+                   {"Quit_Quibbits", [&] { chosen.emplace_back("quit"); }, 'q'}}};
         if (hasMore) menu.items.insert(menu.items.begin(), {"Nobody is out", {}});
         return menu;
     };
@@ -272,6 +286,8 @@ TEST_F(TrayTest, ATrayThatOpensTheMenuItselfGetsItsLinesAndTellsTheChoice) {
     EXPECT_EQ(session::valueOf<std::string>(lines[0].properties, "label"), "Settings…");
     EXPECT_EQ(session::valueOf<std::string>(lines[1].properties, "type"), "separator");
     EXPECT_EQ(session::valueOf<std::string>(lines[2].properties, "label"), "Quit__Quibbits");
+    EXPECT_THAT(shortcut(lines[0].id), ElementsAre("Control", "comma"));
+    EXPECT_THAT(shortcut(lines[2].id), ElementsAre("Control", "q"));
     EXPECT_TRUE(choose(lines[2].id, "hovered"));
     EXPECT_TRUE(choose(lines[1].id));
     EXPECT_THAT(chosen, IsEmpty());

@@ -20,7 +20,8 @@ bool isSeparator(const MenuItem& item) {
 }
 
 bool looksSame(const MenuItem& a, const MenuItem& b) {
-    return a.title == b.title && static_cast<bool>(a.run) == static_cast<bool>(b.run);
+    return a.title == b.title && a.key == b.key &&
+           static_cast<bool>(a.run) == static_cast<bool>(b.run);
 }
 
 /// An underscore marks the next letter as a key; two stand for one.
@@ -30,13 +31,35 @@ std::string labelOf(const std::string& title) {
     return busText(label);
 }
 
+/// The keys that are to be pressed together to choose a line.
+struct Shortcut {
+    std::string modifier;
+    std::string key;  // as toolkits call it
+};
+using Property = std::variant<std::string, bool, Shortcut>;
+
 /// The properties that differ from what everybody assumes, by name.
-std::map<std::string, std::variant<std::string, bool>> propertiesOf(const MenuItem* item) {
+std::map<std::string, Property> propertiesOf(const MenuItem* item) {
     if (!item) return {{"children-display", "submenu"}};
     if (isSeparator(*item)) return {{"type", "separator"}};
-    std::map<std::string, std::variant<std::string, bool>> all{{"label", labelOf(item->title)}};
+    std::map<std::string, Property> all{{"label", labelOf(item->title)}};
     if (!item->run) all["enabled"] = false;
+    if (item->key != 0) {
+        const std::string key = item->key == ',' ? "comma" : std::string(1, item->key);
+        all["shortcut"] = Shortcut{"Control", key};
+    }
     return all;
+}
+
+int appendProperty(sd_bus_message* message, const Property& property) {
+    if (const auto* text = std::get_if<std::string>(&property)) {
+        return sd_bus_message_append(message, "v", "s", text->c_str());
+    }
+    if (const auto* flag = std::get_if<bool>(&property)) {
+        return sd_bus_message_append(message, "v", "b", static_cast<int>(*flag));
+    }
+    const auto& [modifier, key] = std::get<Shortcut>(property);
+    return sd_bus_message_append(message, "v", "aas", 1, 2, modifier.c_str(), key.c_str());
 }
 
 std::vector<std::int32_t> readIds(sd_bus_message* message) {
@@ -113,11 +136,9 @@ struct BusMenu::Methods {
         if (!menu.isKnown(id) || found == all.end()) {
             return sd_bus_error_setf(error, SD_BUS_ERROR_INVALID_ARGS, "no such property");
         }
-        if (const auto* text = std::get_if<std::string>(&found->second)) {
-            return sd_bus_reply_method_return(call, "v", "s", text->c_str());
-        }
-        return sd_bus_reply_method_return(call, "v", "b",
-                                          static_cast<int>(std::get<bool>(found->second)));
+        Reply reply(call);
+        const int result = appendProperty(reply.message, found->second);
+        return result < 0 ? result : reply.send();
     }
 
     static int event(sd_bus_message* call, void* data, sd_bus_error* error) {
@@ -263,12 +284,10 @@ int BusMenu::appendProperties(sd_bus_message* reply, std::int32_t id, const Name
     const Line* line = lineOf(id);
     for (const auto& [name, value] : propertiesOf(line ? &line->item : nullptr)) {
         if (!names.empty() && std::ranges::find(names, name) == names.end()) continue;
-        if (const auto* text = std::get_if<std::string>(&value)) {
-            sd_bus_message_append(reply, "{sv}", name.c_str(), "s", text->c_str());
-        } else {
-            sd_bus_message_append(reply, "{sv}", name.c_str(), "b",
-                                  static_cast<int>(std::get<bool>(value)));
-        }
+        sd_bus_message_open_container(reply, 'e', "sv");
+        sd_bus_message_append(reply, "s", name.c_str());
+        appendProperty(reply, value);
+        sd_bus_message_close_container(reply);
     }
     return sd_bus_message_close_container(reply);
 }

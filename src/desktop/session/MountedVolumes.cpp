@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <utility>
@@ -68,12 +69,18 @@ void MountedVolumes::refresh() {
     const auto now = read();
     if (!now) return;
     const auto before = std::exchange(known_, *now);
-    bool anyNew = false;
-    for (const auto& [place, device] : *now) anyNew = anyNew || !before.contains(place);
-    if (anyNew) mounted.emit();
-    for (const auto& [place, device] : before) {
-        if (!now->contains(place)) unmounted.emit(place);
+    // Another device at the same place is one volume gone and one come.
+    std::vector<std::string> gone;
+    for (const auto& mount : before) {
+        const auto same = now->find(mount.first);
+        if (same == now->end() || same->second != mount.second) gone.push_back(mount.first);
     }
+    const bool anyNew = std::ranges::any_of(*now, [&](const auto& mount) {
+        const auto same = before.find(mount.first);
+        return same == before.end() || same->second != mount.second;
+    });
+    for (const std::string& place : gone) unmounted.emit(place);
+    if (anyNew) mounted.emit();
 }
 
 std::optional<std::string> MountedVolumes::imageBehind(const std::string& device) const {

@@ -171,9 +171,9 @@ void TrayIcon::show(Image image, std::string toolTip) {
 }
 
 void TrayIcon::popUp(Menu menu) {
-    const auto screen = display_.screens.main();
     const auto icon = frame();
-    if (!screen || !icon || !display_.openMenu) return;
+    const auto screen = icon ? display_.screens.at(icon->center()) : std::nullopt;
+    if (!screen || !display_.openMenu) return;
     const bool wasClicked = lastClick_ && icon->contains({lastClick_->x, icon->midY()});
     const double x = wasClicked ? lastClick_->x : icon->minX();
     const bool isAbove = icon->midY() > screen->frame.midY();
@@ -183,7 +183,7 @@ void TrayIcon::popUp(Menu menu) {
 }
 
 std::optional<Rect> TrayIcon::frame() const {
-    const auto screen = display_.screens.main();
+    const auto screen = lastClick_ ? display_.screens.at(*lastClick_) : display_.screens.main();
     if (!screen) return std::nullopt;
     const auto exact = display_.otherTray ? display_.otherTray->frame() : std::nullopt;
     if (exact) return exact;

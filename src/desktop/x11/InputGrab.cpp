@@ -21,6 +21,15 @@ constexpr Meaning meanings[] = {
     {0xff1b, Key::escape},
 };
 
+/// What the key stands for without any other key held; 0 for nothing.
+xcb_keysym_t symbolOf(const Connection& connection, const xcb_key_press_event_t& event) {
+    auto* xcb = connection.xcb();
+    const auto mapping =
+        reply(xcb, xcb_get_keyboard_mapping_reply, xcb_get_keyboard_mapping(xcb, event.detail, 1));
+    if (!mapping || xcb_get_keyboard_mapping_keysyms_length(mapping.get()) == 0) return 0;
+    return *xcb_get_keyboard_mapping_keysyms(mapping.get());
+}
+
 }  // namespace
 
 bool InputGrab::take(xcb_window_t window) {
@@ -46,15 +55,19 @@ void InputGrab::release() {
 }
 
 Key keyOf(const Connection& connection, const xcb_key_press_event_t& event) {
-    auto* xcb = connection.xcb();
-    const auto mapping =
-        reply(xcb, xcb_get_keyboard_mapping_reply, xcb_get_keyboard_mapping(xcb, event.detail, 1));
-    if (!mapping || xcb_get_keyboard_mapping_keysyms_length(mapping.get()) == 0) return Key::other;
-    const auto symbol = *xcb_get_keyboard_mapping_keysyms(mapping.get());
+    const auto symbol = symbolOf(connection, event);
     for (const auto& meaning : meanings) {
         if (meaning.symbol == symbol) return meaning.key;
     }
     return Key::other;
+}
+
+std::optional<char> shortcutOf(const Connection& connection, const xcb_key_press_event_t& event) {
+    constexpr auto others = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
+    if ((event.state & XCB_MOD_MASK_CONTROL) == 0 || (event.state & others) != 0) return {};
+    const auto symbol = symbolOf(connection, event);
+    const bool isPlain = symbol > ' ' && symbol <= '~';  // whose symbols are their characters
+    return isPlain ? std::optional(static_cast<char>(symbol)) : std::nullopt;
 }
 
 }  // namespace quibbits::x11

@@ -3,6 +3,8 @@
 // as a menu is open or something is carried. Nothing is held back from other programs: the events
 // come to this window in their stead and nobody has to let them go on.
 
+#include <optional>
+
 #include "desktop/x11/Connection.h"
 
 namespace quibbits::x11 {
@@ -31,5 +33,7 @@ enum class Key { other, up, down, home, end, enter, escape };
 
 /// The key of an event, by the keyboard's present layout.
 Key keyOf(const Connection& connection, const xcb_key_press_event_t& event);
+/// The character of a key that was pressed together with Control alone, in lower case.
+std::optional<char> shortcutOf(const Connection& connection, const xcb_key_press_event_t& event);
 
 }  // namespace quibbits::x11

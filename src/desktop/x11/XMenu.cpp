@@ -44,7 +44,7 @@ XMenu::~XMenu() {
 }
 
 PopupMenu::Place XMenu::placeFor(XPanels& panels, Point at) {
-    const auto screen = panels.screens_.main();
+    const auto screen = panels.screens_.at(at);
     return {.corner = at,
             .bounds = screen ? screen->frame : Rect{at.x, at.y, 0, 0},
             .pointer = panels.pointer_.location()};
@@ -71,6 +71,7 @@ void XMenu::listen() {
     on(XCB_KEY_PRESS, [=, this](const auto& e) {
         const auto& event = reinterpret_cast<const xcb_key_press_event_t&>(e);
         if (event.event != window) return;
+        if (const auto shortcut = shortcutOf(connection_, event)) return menu_.typed(*shortcut);
         if (const auto key = menuKeyOf(keyOf(connection_, event))) menu_.key(*key);
     });
     on(XCB_UNMAP_NOTIFY, [=, this](const auto& e) {

@@ -85,32 +85,47 @@ void XScreens::updateSoon() {
     });
 }
 
+std::optional<Screen> XScreens::main() const {
+    return all_.empty() ? std::nullopt : std::optional(all_.front());
+}
+
+std::optional<Screen> XScreens::at(Point point) const {
+    const auto nearest = std::ranges::min_element(
+        all_, {}, [&](const Screen& screen) { return screen.frame.distanceTo(point); });
+    return nearest == all_.end() ? std::nullopt : std::optional(*nearest);
+}
+
 void XScreens::update() {
-    const auto monitor = mainMonitor();
-    const auto screenBefore = screen_;
+    const auto monitors = this->monitors();
+    const auto mainBefore = main();
     const auto dockBefore = bottomDock_;
-    screen_.reset();
+    all_.clear();
     bottomDock_.reset();
-    if (monitor) {
-        coordinates_ = {scaleBySettings(), monitor->x, monitor->y + monitor->height};
-        const auto all = docks();
-        screen_ = Screen{.frame = coordinates_.points(*monitor),
-                         .visibleFrame = coordinates_.points(withoutDocks(*monitor, all)),
-                         .scale = coordinates_.scale};
-        for (const auto& dock : all) {
-            if (dock.strut[3] > 0 && overlaps(dock.frame, *monitor)) {
-                bottomDock_ = coordinates_.points(dock.frame.intersected(*monitor));
+    if (!monitors.empty()) {
+        const PixelRect& first = monitors.front();
+        coordinates_ = {scaleBySettings(), first.x, first.y + first.height};
+        const auto docks = this->docks();
+        for (const PixelRect& monitor : monitors) {
+            all_.push_back({.frame = coordinates_.points(monitor),
+                            .visibleFrame = coordinates_.points(withoutDocks(monitor, docks)),
+                            .scale = coordinates_.scale});
+        }
+        for (const auto& dock : docks) {
+            if (dock.strut[3] > 0 && overlaps(dock.frame, first)) {
+                bottomDock_ = coordinates_.points(dock.frame.intersected(first));
             }
         }
     }
-    if (screen_ != screenBefore) changed.emit();
+    if (main() != mainBefore) changed.emit();
     if (bottomDock_ != dockBefore) dockChanged.emit();
 }
 
-std::optional<PixelRect> XScreens::mainMonitor() {
+/// The main one first: the primary one, else the first that the server tells of. The whole display
+/// where it tells of none.
+std::vector<PixelRect> XScreens::monitors() {
     auto* xcb = connection_.xcb();
     const auto geometryAsked = xcb_get_geometry(xcb, connection_.root());
-    std::optional<PixelRect> best;
+    std::vector<PixelRect> found;
     if (connection_.randr) {
         const auto monitors = reply(xcb, xcb_randr_get_monitors_reply,
                                     xcb_randr_get_monitors(xcb, connection_.root(), 1));
@@ -118,16 +133,17 @@ std::optional<PixelRect> XScreens::mainMonitor() {
             auto each = xcb_randr_get_monitors_monitors_iterator(monitors.get());
             for (; each.rem > 0; xcb_randr_monitor_info_next(&each)) {
                 const auto& info = *each.data;
-                if (best && !info.primary) continue;
-                best = PixelRect{info.x, info.y, info.width, info.height};
+                const PixelRect monitor{info.x, info.y, info.width, info.height};
+                if (monitor.isEmpty()) continue;
+                found.insert(info.primary ? found.begin() : found.end(), monitor);
             }
         }
     }
     const auto geometry = reply(xcb, xcb_get_geometry_reply, geometryAsked);
-    if (!geometry) return std::nullopt;
+    if (!geometry) return {};
     display_ = {0, 0, geometry->width, geometry->height};
-    if (!best || best->isEmpty()) best = display_;
-    return best;
+    if (found.empty()) found.push_back(display_);
+    return found;
 }
 
 double XScreens::scaleBySettings() const {

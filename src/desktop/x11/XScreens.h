@@ -16,7 +16,8 @@ class XScreens final : public Screens {
 public:
     explicit XScreens(Connection& connection);
 
-    std::optional<Screen> main() const override { return screen_; }
+    std::optional<Screen> main() const override;
+    std::optional<Screen> at(Point point) const override;
     const Coordinates& coordinates() const { return coordinates_; }
     /// The panel or dock at the bottom of the main screen that keeps windows off, if any.
     std::optional<Rect> bottomDock() const { return bottomDock_; }
@@ -33,13 +34,13 @@ private:
 
     void update();
     void updateSoon();
-    std::optional<PixelRect> mainMonitor();
+    std::vector<PixelRect> monitors();
     double scaleBySettings() const;
     std::vector<Dock> docks();
     PixelRect withoutDocks(PixelRect monitor, const std::vector<Dock>& docks) const;
 
     Connection& connection_;
-    std::optional<Screen> screen_;
+    std::vector<Screen> all_;  // the main one first
     std::optional<Rect> bottomDock_;
     Coordinates coordinates_;
     PixelRect display_;                  // the whole of it
