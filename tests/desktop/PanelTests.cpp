@@ -361,6 +361,9 @@ struct DragTest : PanelTest {
                 if ((event->response_type & 0x7f) == XCB_SELECTION_REQUEST) {
                     serve(*reinterpret_cast<xcb_selection_request_event_t*>(event));
                 }
+                if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY) {
+                    serveMore(*reinterpret_cast<xcb_property_notify_event_t*>(event));
+                }
                 const auto& message = *reinterpret_cast<xcb_client_message_event_t*>(event);
                 if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE &&
                     message.type == other->atom(type)) {
@@ -374,9 +377,16 @@ struct DragTest : PanelTest {
     }
     void serve(const xcb_selection_request_event_t& request) {
         const auto& text = request.target == other->atom("text/uri-list") ? uris : item;
-        xcb_change_property(other->xcb(), XCB_PROP_MODE_REPLACE, request.requestor,
-                            request.property, request.target, 8,
-                            static_cast<std::uint32_t>(text.size()), text.data());
+        if (piece > 0) {
+            const std::uint32_t listen = XCB_EVENT_MASK_PROPERTY_CHANGE;
+            xcb_change_window_attributes(other->xcb(), request.requestor, XCB_CW_EVENT_MASK,
+                                         &listen);
+            other->setNumbers(request.requestor, "_QUIBBITS_DROP", other->atom("INCR"),
+                              {static_cast<std::uint32_t>(text.size())});
+            rest = text;
+        } else {
+            put(request.requestor, request.property, text);
+        }
         xcb_selection_notify_event_t ready{};
         ready.response_type = XCB_SELECTION_NOTIFY;
         ready.requestor = request.requestor;
@@ -386,6 +396,19 @@ struct DragTest : PanelTest {
         xcb_send_event(other->xcb(), 0, request.requestor, 0,
                        reinterpret_cast<const char*>(&ready));
         xcb_flush(other->xcb());
+    }
+    void put(xcb_window_t window, xcb_atom_t property, std::string_view text) {
+        xcb_change_property(other->xcb(), XCB_PROP_MODE_REPLACE, window, property,
+                            other->atom("text/uri-list"), 8,
+                            static_cast<std::uint32_t>(text.size()), text.data());
+        xcb_flush(other->xcb());
+    }
+    /// The next piece, once the one before was taken; an empty one at the end.
+    void serveMore(const xcb_property_notify_event_t& change) {
+        if (!rest || change.state != XCB_PROPERTY_DELETE) return;
+        const std::string next = rest->substr(0, piece);
+        put(change.window, change.atom, next);
+        rest = next.empty() ? std::nullopt : std::optional(rest->substr(next.size()));
     }
     bool moveTo(int x, int y) {
         other->message(
@@ -401,6 +424,8 @@ struct DragTest : PanelTest {
     std::string uris =
         "file:///tmp/a%20b.txt\r\n# comment\r\nhttp://example.org/x\r\nfile://localhost/c\r\n";
     std::string item = "berry";
+    std::size_t piece = 0;            // bytes at a time; 0 for all at once
+    std::optional<std::string> rest;  // of what is served piece by piece
 };
 
 TEST_F(DragTest, FilesAndItemsAreDroppedWhereTheCoreTakesThem) {
@@ -439,6 +464,27 @@ TEST_F(DragTest, FilesAndItemsAreDroppedWhereTheCoreTakesThem) {
     begin({"text/plain"});
     EXPECT_FALSE(moveTo(330, down(330)));
     EXPECT_EQ(dropped.size(), 2u);
+}
+
+TEST_F(DragTest, AListTooLongForOneMessageComesInPieces) {
+    desktop->startWindowManager();
+    showPanel();
+    turnFor(0.3);
+    uris.clear();
+    for (int i = 0; i < 4000; ++i) uris += "file:///tmp/file%20" + std::to_string(i) + "\r\n";
+    std::vector<std::string> files;
+    panel->onDragOver = [](const DragInfo&) { return true; };
+    panel->onDrop = [&](const DragInfo& drag) {
+        files = drag.files;
+        return true;
+    };
+    piece = 9001;
+    begin({"text/uri-list"});
+    EXPECT_TRUE(moveTo(330, down(330)));
+    other->message(target, "XdndDrop", {source, 0, 0});
+    EXPECT_EQ(answer("XdndFinished"), 1u);
+    ASSERT_EQ(files.size(), 4000u);
+    EXPECT_EQ(files.back(), "/tmp/file 3999");
 }
 
 TEST_F(DragTest, APanelMayEndAtADrop) {

@@ -66,6 +66,7 @@ enum class Atom {
     uriList,
     privateItem,
     dropTransfer,
+    inPieces,
     count,
 };
 
@@ -125,6 +126,7 @@ inline constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> 
     "text/uri-list",
     "com.quibbits.item",
     "_QUIBBITS_DROP",
+    "INCR",
 };
 static_assert(atomNames.back() != nullptr, "an atom has no name");
 

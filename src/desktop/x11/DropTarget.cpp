@@ -4,13 +4,13 @@
 #include <utility>
 
 #include "desktop/x11/DropData.h"
-#include "desktop/x11/Properties.h"
 
 namespace quibbits::x11 {
 namespace {
 
 constexpr std::uint32_t protocolVersion = 5;
 constexpr std::size_t longestItemName = 256;
+constexpr std::size_t mostData = 8'000'000;  // bytes; more than 10,000 long paths
 
 xcb_atom_t actionFor(const Connection& connection, bool taken) {
     constexpr xcb_atom_t none = XCB_NONE;
@@ -37,6 +37,13 @@ DropTarget::DropTarget(Connection& connection, xcb_window_t window, Ask over, As
         if (answer.requestor == window_ &&
             answer.selection == connection_.atom(Atom::dndSelection)) {
             received(answer);
+        }
+    }));
+    subscriptions_.push_back(connection.listen(XCB_PROPERTY_NOTIFY, [this](const auto& event) {
+        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        if (gathering_ && change.window == window_ && change.state == XCB_PROPERTY_NEW_VALUE &&
+            change.atom == connection_.atom(Atom::dropTransfer)) {
+            receivedPiece();
         }
     }));
 }
@@ -93,19 +100,43 @@ void DropTarget::request(Atom type, std::uint32_t time) {
 
 void DropTarget::received(const xcb_selection_notify_event_t& event) {
     if (source_ == 0) return;
-    const auto transfer = event.property == XCB_NONE
-                              ? Property()
-                              : propertyOf(connection_, window_, Atom::dropTransfer);
+    const auto transfer = event.property == XCB_NONE ? Property() : takeTransfer();
+    if (transfer.type() == connection_.atom(Atom::inPieces)) {
+        gathering_ = {.type = event.target, .data = {}};  // taking it asked for the first piece
+    } else {
+        arrived(event.target, transfer.text());
+    }
+}
+
+/// Each piece follows when the one before has been taken; an empty one is the last.
+void DropTarget::receivedPiece() {
+    const auto piece = takeTransfer();
+    gathering_->data += piece.text();
+    if (gathering_->data.size() > mostData) return dropping_ ? refuse() : forget();
+    if (!piece.text().empty()) return;
+    const auto whole = std::move(*gathering_);
+    gathering_.reset();
+    arrived(whole.type, whole.data);
+}
+
+/// What the source has put at the window, which is taken away there.
+Property DropTarget::takeTransfer() {
+    auto transfer = propertyOf(connection_, window_, Atom::dropTransfer);
     xcb_delete_property(connection_.xcb(), window_, connection_.atom(Atom::dropTransfer));
-    if (event.target == connection_.atom(Atom::privateItem)) {
-        drag_.item = transfer.text().substr(0, longestItemName);
+    xcb_flush(connection_.xcb());
+    return transfer;
+}
+
+void DropTarget::arrived(xcb_atom_t type, std::string_view data) {
+    if (type == connection_.atom(Atom::privateItem)) {
+        drag_.item = data.substr(0, longestItemName);
         if (!dropping_) return;
         // An item's name that cannot be had leaves the files that came with it, if any.
         if (drag_.item->empty() && offersFiles_) {
             return request(Atom::uriList, XCB_CURRENT_TIME);
         }
-    } else if (event.target == connection_.atom(Atom::uriList)) {
-        drag_.files = filesOfUriList(transfer.text());
+    } else if (type == connection_.atom(Atom::uriList)) {
+        drag_.files = filesOfUriList(data);
     }
     if (dropping_) take();
 }
@@ -130,6 +161,7 @@ void DropTarget::forget() {
     source_ = 0;
     offersFiles_ = offersItem_ = wouldTake_ = dropping_ = false;
     drag_ = {};
+    gathering_.reset();
 }
 
 }  // namespace quibbits::x11

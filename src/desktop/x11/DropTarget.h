@@ -2,8 +2,12 @@
 // The receiving side of drag and drop between programs, XDND version 5, for one window.
 
 #include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "desktop/x11/Connection.h"
+#include "desktop/x11/Properties.h"
 #include "layers/Panel.h"
 
 namespace quibbits::x11 {
@@ -30,6 +34,9 @@ private:
     void moved(const std::uint32_t* data);
     void dropped(const std::uint32_t* data);
     void received(const xcb_selection_notify_event_t& event);
+    void receivedPiece();
+    void arrived(xcb_atom_t type, std::string_view data);
+    Property takeTransfer();
     void request(Atom type, std::uint32_t time);
     void take();
     void refuse();
@@ -45,6 +52,12 @@ private:
     bool wouldTake_ = false;
     bool dropping_ = false;  // the button is up and the data is on its way
     Drag drag_;
+    /// Data that is too large for one message.
+    struct Gathering {
+        xcb_atom_t type = XCB_NONE;
+        std::string data;
+    };
+    std::optional<Gathering> gathering_;
     std::vector<Subscription> subscriptions_;
 };
 

@@ -57,7 +57,8 @@ PanelWindow::PanelWindow(Connection& connection, const PanelVisual& visual, Pixe
     values.override_redirect = isMenu();
     values.event_mask = XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
                         XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
-                        XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW;
+                        XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW |
+                        XCB_EVENT_MASK_PROPERTY_CHANGE;  // large drops come by properties
     values.colormap = visual.colors();
     xcb_create_window_aux(
         xcb, depth, id_, connection.root(), static_cast<std::int16_t>(frame.x),

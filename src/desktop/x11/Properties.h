@@ -20,6 +20,8 @@ public:
     /// The bytes of a text; empty when it is missing.
     std::string_view text() const;
     bool contains(std::uint32_t value) const;
+    /// None when it is missing.
+    xcb_atom_t type() const { return reply_ ? reply_->type : XCB_NONE; }
 
 private:
     Owned<xcb_get_property_reply_t> reply_;
