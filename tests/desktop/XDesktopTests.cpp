@@ -124,6 +124,51 @@ TEST_F(XDesktop, TheMainMonitorIsThePrimaryOneAndEveryPointHasItsMonitor) {
     EXPECT_EQ(screens->at({-700, 10})->frame, left);
 }
 
+TEST_F(XDesktop, AManagerThatMakesRoomForEveryDockDoesNotGetThePanel) {
+    const auto window = other->open({.x = 0, .y = 0, .width = 1278, .height = 798});
+    other->setText(window, "_NET_WM_NAME", "i3");
+    connect();
+    const auto isUnmanaged = [&] {
+        auto* tree = xcb_query_tree_reply(other->xcb(), xcb_query_tree(other->xcb(), other->root()),
+                                          nullptr);
+        const auto front = xcb_query_tree_children(tree)[tree->children_len - 1];
+        std::free(tree);
+        auto* values = xcb_get_window_attributes_reply(
+            other->xcb(), xcb_get_window_attributes(other->xcb(), front), nullptr);
+        const bool unmanaged = front != window && values->override_redirect != 0;
+        std::free(values);
+        return unmanaged;
+    };
+    const auto panel = panels->makePanel({.frame = screens->main()->frame});
+    panel->orderFront();
+    turnFor(0.1);
+    EXPECT_FALSE(isUnmanaged());
+    other->setNumbers(other->root(), "_NET_SUPPORTING_WM_CHECK", XCB_ATOM_WINDOW, {window});
+    EXPECT_TRUE(eventually(isUnmanaged));
+
+    // Its windows have a border of the server's own, and it raises them without asking.
+    const std::uint32_t border = 1;
+    xcb_configure_window(other->xcb(), window, XCB_CONFIG_WINDOW_BORDER_WIDTH, &border);
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(other->xcb(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    EXPECT_FALSE(isUnmanaged());
+    other->setNumbers(other->root(), "_NET_CLIENT_LIST_STACKING", XCB_ATOM_WINDOW, {window});
+    EXPECT_TRUE(eventually(isUnmanaged)) << "in front again";
+    const x11::XWindowList list(*connection, *screens);
+    ASSERT_EQ(list.onScreen().size(), 1u);
+    EXPECT_EQ(list.onScreen()[0].frame, (Rect{0, 0, 1280, 800}));
+
+    // And it lists no docks.
+    other->open({.x = 0,
+                 .y = 780,
+                 .width = 1280,
+                 .height = 20,
+                 .type = "_NET_WM_WINDOW_TYPE_DOCK",
+                 .strut = {0, 0, 0, 20}});
+    other->setNumbers(other->root(), "_NET_CLIENT_LIST", XCB_ATOM_WINDOW, {window});
+    EXPECT_TRUE(eventually([&] { return screens->bottomDock() == Rect{0, 0, 1280, 20}; }));
+}
+
 TEST_F(XDesktop, WindowsAreListedFrontToBack) {
     desktop->startWindowManager();
     connect();

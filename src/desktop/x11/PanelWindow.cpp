@@ -44,17 +44,18 @@ PanelVisual::~PanelVisual() {
 }
 
 PanelWindow::PanelWindow(Connection& connection, const PanelVisual& visual, PixelRect frame,
-                         PanelLevel level)
+                         PanelLevel level, Managed managed)
     : connection_(connection),
       id_(xcb_generate_id(connection.xcb())),
       context_(xcb_generate_id(connection.xcb())),
       frame_(frame),
-      level_(level) {
+      level_(level),
+      managed_(managed) {
     auto* xcb = connection.xcb();
     xcb_create_window_value_list_t values{};
     values.background_pixel = 0;
     values.border_pixel = 0;
-    values.override_redirect = isMenu();
+    values.override_redirect = isUnmanaged();
     values.event_mask = XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
                         XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
                         XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW |
@@ -126,17 +127,33 @@ void PanelWindow::configured(int width, int height) {
 
 void PanelWindow::setLevel(PanelLevel level) {
     if (level == level_) return;
-    const bool wasMenu = isMenu();
+    const bool before = isUnmanaged();
     level_ = level;
-    if (wasMenu != isMenu()) {
+    settle(before);
+}
+
+void PanelWindow::setManaged(Managed managed) {
+    if (managed == managed_) return;
+    const bool before = isUnmanaged();
+    managed_ = managed;
+    settle(before);
+}
+
+/// After a change of what decides whether a window manager has the window.
+void PanelWindow::settle(bool wasUnmanaged) {
+    if (wasUnmanaged != isUnmanaged()) {
         const bool shown = shown_;
         hide();
-        const std::uint32_t unmanaged = isMenu();
+        const std::uint32_t unmanaged = isUnmanaged();
         xcb_change_window_attributes(connection_.xcb(), id_, XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
         if (shown) show();
-        return;
+    } else if (shown_) {
+        assertState();
     }
-    if (shown_) assertState();
+}
+
+void PanelWindow::othersChanged() {
+    if (shown_ && isUnmanaged()) stack();
 }
 
 /// The state that a window manager reads when the window is mapped.
@@ -182,7 +199,7 @@ void PanelWindow::hide() {
 
 void PanelWindow::assertState() {
     sendInputRegion();
-    if (isMenu()) return;
+    if (isUnmanaged()) return stack();
     enum Action : std::uint32_t { remove = 0, add = 1 };
     constexpr std::uint32_t fromApplication = 1;
     const auto change = [&](Action action, Atom first, Atom second) {

@@ -31,8 +31,11 @@ private:
 
 class PanelWindow {
 public:
+    /// Whether the window manager is to place and stack it. One that gives every dock room of its
+    /// own must not: the panel would leave no room for anything else.
+    enum class Managed { yes, no };
     PanelWindow(Connection& connection, const PanelVisual& visual, PixelRect frame,
-                PanelLevel level);
+                PanelLevel level, Managed managed);
     ~PanelWindow();
     PanelWindow(const PanelWindow&) = delete;
     PanelWindow& operator=(const PanelWindow&) = delete;
@@ -45,6 +48,7 @@ public:
 
     void setFrame(const PixelRect& frame);
     void setLevel(PanelLevel level);
+    void setManaged(Managed managed);
     void show();
     void hide();
     /// The part that takes the mouse, in pixels of the window; empty lets everything through.
@@ -53,11 +57,14 @@ public:
     /// The server mapped or reparented the window, or a window manager came: some of what was
     /// asked before is lost on the way and is asked again.
     void assertState();
+    /// Other windows came, went or changed places: one that nobody manages looks after its own.
+    void othersChanged();
     /// The window got a size that nobody asked for.
     void configured(int width, int height);
 
 private:
-    bool isMenu() const { return level_ == PanelLevel::menu; }
+    bool isUnmanaged() const { return level_ == PanelLevel::menu || managed_ == Managed::no; }
+    void settle(bool wasUnmanaged);
     void configure();
     void stack();
     void sendInputRegion();
@@ -68,6 +75,7 @@ private:
     xcb_gcontext_t context_;
     PixelRect frame_;
     PanelLevel level_;
+    Managed managed_;
     bool shown_ = false;
     int corrections_ = 0;
     std::vector<xcb_rectangle_t> inputRegion_;

@@ -32,7 +32,7 @@ XPanel::XPanel(XPanels& panels, const Panels::Spec& spec)
       frame_(spec.frame),
       coversScreen_(panels.screens_.main() && spec.frame == panels.screens_.main()->frame),
       window_(connection_, panels.visual_, panels.screens_.coordinates().pixels(spec.frame),
-              spec.level),
+              spec.level, panels.managed_),
       shape_(connection_),
       transfer_(connection_) {
     panels_.panels_.push_back(this);
@@ -128,6 +128,11 @@ void XPanel::compositorChanged() {
     shape_.setActive(shaped, window_.id());
     tree_.damageAll();
     frameSoon();
+}
+
+void XPanel::windowManagerChanged() {
+    window_.setManaged(panels_.managed_);
+    window_.assertState();
 }
 
 void XPanel::orderFront() {

@@ -55,7 +55,8 @@ private:
     // What XPanels tells.
     void screensChanged();
     void compositorChanged();
-    void windowManagerChanged() { window_.assertState(); }
+    void windowManagerChanged();
+    void otherWindowsChanged() { window_.othersChanged(); }
 
     void place();
     void exposed(const xcb_expose_event_t& event);

@@ -2,8 +2,9 @@
 
 #include <xcb/xfixes.h>
 
-namespace quibbits::x11 {
+#include "desktop/x11/WindowManager.h"
 
+namespace quibbits::x11 {
 XPanels::XPanels(Connection& connection, XScreens& screens, XPointer& pointer, LayerEngine& engine)
     : connection_(connection),
       screens_(screens),
@@ -25,11 +26,16 @@ XPanels::XPanels(Connection& connection, XScreens& screens, XPointer& pointer, L
             }));
     }
     findCompositor();
+    findWindowManager();
     subscriptions_.push_back(
         screens.changed.subscribe([this] { tellAll(&XPanel::screensChanged); }));
     subscriptions_.push_back(connection.rootPropertyChanged.subscribe([this](xcb_atom_t name) {
         if (name == connection_.atom(Atom::supportingWmCheck)) {
+            findWindowManager();
             tellAll(&XPanel::windowManagerChanged);
+        } else if (name == connection_.atom(Atom::clientList) ||
+                   name == connection_.atom(Atom::clientListStacking)) {
+            tellAll(&XPanel::otherWindowsChanged);
         }
     }));
 }
@@ -74,6 +80,10 @@ void XPanels::findCompositor() {
     if (present == hasCompositor_) return;
     hasCompositor_ = present;
     tellAll(&XPanel::compositorChanged);
+}
+
+void XPanels::findWindowManager() {
+    managed_ = isI3(connection_) ? PanelWindow::Managed::no : PanelWindow::Managed::yes;
 }
 
 void XPanels::tellAll(void (XPanel::*message)()) {

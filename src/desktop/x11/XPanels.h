@@ -32,6 +32,7 @@ private:
     friend class XMenu;
     friend class XPanel;
     void findCompositor();
+    void findWindowManager();
     void forget(XPanel& panel);
     void tellAll(void (XPanel::*message)());
 
@@ -43,6 +44,7 @@ private:
     Painter painter_;  // one for all: its caches are shared
     TextRuler ruler_;
     bool hasCompositor_ = false;
+    PanelWindow::Managed managed_ = PanelWindow::Managed::yes;
     std::vector<XPanel*> panels_;
     std::vector<Subscription> subscriptions_;
     const XPanel* menuOwner_ = nullptr;

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "desktop/x11/Properties.h"
+#include "desktop/x11/WindowManager.h"
 #include "desktop/x11/XSettings.h"
 
 namespace quibbits::x11 {
@@ -18,6 +19,7 @@ constexpr Seconds settling = 0.1;
 constexpr double dotsPerInch = 96;
 constexpr double scaleStep = 0.25;
 constexpr double largestScale = 8;
+constexpr int i3Depth = 3;                     // levels of its windows around a dock
 constexpr std::uint32_t widestStrut = 0xffff;  // pixels; no display is larger
 
 /// The value of "Xft.dpi:" in the server's resource texts.
@@ -155,23 +157,47 @@ double XScreens::scaleBySettings() const {
     return std::clamp(scale, 1.0, largestScale);
 }
 
+/// The windows inside a window, so many levels down.
+std::vector<xcb_window_t> XScreens::windowsBelow(xcb_window_t top, int depth) const {
+    auto* xcb = connection_.xcb();
+    std::vector<xcb_window_t> all;
+    std::vector<xcb_window_t> level{top};
+    for (; depth > 0; --depth) {
+        std::vector<xcb_query_tree_cookie_t> asked;
+        for (const auto window : level) asked.push_back(xcb_query_tree(xcb, window));
+        level.clear();
+        for (const auto& cookie : asked) {
+            const auto tree = reply(xcb, xcb_query_tree_reply, cookie);
+            if (!tree) continue;
+            const auto* children = xcb_query_tree_children(tree.get());
+            level.insert(level.end(), children, children + tree->children_len);
+        }
+        all.insert(all.end(), level.begin(), level.end());
+    }
+    return all;
+}
+
 std::vector<XScreens::Dock> XScreens::docks() {
     auto* xcb = connection_.xcb();
+    auto candidates = windowsBelow(connection_.root(), isI3(connection_) ? i3Depth : 0);
     const auto list = propertyOf(connection_, connection_.root(), Atom::clientList);
+    candidates.insert(candidates.end(), list.numbers().begin(), list.numbers().end());
     struct Asked {
         xcb_window_t window;
         PropertyRequest type, strutPartial, strut;
         xcb_get_geometry_cookie_t geometry;
         xcb_translate_coordinates_cookie_t place;
+        xcb_get_window_attributes_cookie_t attributes;
     };
     std::vector<Asked> asked;
-    for (const auto window : list.numbers()) {
+    for (const auto window : candidates) {
         const auto property = [&](Atom name) {
             return PropertyRequest(connection_, window, connection_.atom(name));
         };
         asked.push_back({window, property(Atom::windowType), property(Atom::strutPartial),
                          property(Atom::strut), xcb_get_geometry(xcb, window),
-                         xcb_translate_coordinates(xcb, window, connection_.root(), 0, 0)});
+                         xcb_translate_coordinates(xcb, window, connection_.root(), 0, 0),
+                         xcb_get_window_attributes(xcb, window)});
     }
     std::vector<Dock> found;
     for (const auto& one : asked) {
@@ -180,7 +206,9 @@ std::vector<XScreens::Dock> XScreens::docks() {
         const auto plain = one.strut.wait();
         const auto geometry = reply(xcb, xcb_get_geometry_reply, one.geometry);
         const auto place = reply(xcb, xcb_translate_coordinates_reply, one.place);
-        if (!isDock || !geometry || !place) continue;
+        const auto attributes = reply(xcb, xcb_get_window_attributes_reply, one.attributes);
+        if (!isDock || !geometry || !place || !attributes) continue;
+        if (!list.contains(one.window) && attributes->map_state != XCB_MAP_STATE_VIEWABLE) continue;
         std::vector<std::uint32_t> strut(partial.numbers().begin(), partial.numbers().end());
         if (strut.size() < 4) strut.assign(plain.numbers().begin(), plain.numbers().end());
         if (strut.size() < 4)

@@ -37,6 +37,7 @@ private:
     std::vector<PixelRect> monitors();
     double scaleBySettings() const;
     std::vector<Dock> docks();
+    std::vector<xcb_window_t> windowsBelow(xcb_window_t top, int depth) const;
     PixelRect withoutDocks(PixelRect monitor, const std::vector<Dock>& docks) const;
 
     Connection& connection_;

@@ -81,7 +81,9 @@ std::vector<WindowInfo> XWindowList::onScreen() const {
             info.layer = keptAbove;
         }
         info.alpha = opacity ? *opacity / static_cast<double>(0xffffffff) : 1.0;
-        const PixelRect inner{place->dst_x, place->dst_y, size->width, size->height};
+        const int edge = size->border_width;  // of windows that have no frame of their manager's
+        const PixelRect inner{place->dst_x - edge, place->dst_y - edge, size->width + 2 * edge,
+                              size->height + 2 * edge};
         info.frame = screens_.coordinates().points(grown(grown(inner, border, 1), shadow, -1));
         windows.push_back(info);
     }
