@@ -177,7 +177,8 @@ public:
         Seconds duration = 0;
         Seconds chew = 0;  // of one bite
     };
-    void munch(Layer& food, const Meal& meal);
+    /// Chews; the emitter of the crumbs, which ends by itself with the meal.
+    LayerRef munch(Layer& food, const Meal& meal);
     /// A still shape of the frame being shown, filled with a colour, on top of the sprite.
     LayerRef silhouette(Color color);
 

@@ -144,7 +144,7 @@ LayerRef Pet::holdFood(const Food& food) {
     return layer;
 }
 
-void Pet::munch(Layer& food, const Meal& meal) {
+LayerRef Pet::munch(Layer& food, const Meal& meal) {
     const std::vector<double> beat{0, 0.25, 0.45, 0.7, 1};
     const AnimationTiming timing{.duration = meal.chew, .repeatCount = meal.duration / meal.chew};
     food.add({.keyPath = KeyPath::positionY,
@@ -162,16 +162,16 @@ void Pet::munch(Layer& food, const Meal& meal) {
     const Image& whole = meal.crumbs;
     const Image crumb = whole.cropped(whole.width() / 2 - 1, whole.height() / 2 - 1, 2, 2);
     const double foodY = food.model().position.y;
-    emit({.image = crumb ? crumb : whole,
-          .height = foodY / scale_ + 5,
-          .rate = 2 / meal.chew,
-          .duration = meal.duration,
-          .velocity = 25,
-          .spread = pi / 2,
-          .lifetime = 0.7,
-          .gravity = -160,
-          .cellScale = 0.8 * scale_,
-          .inFront = true});
+    return emit({.image = crumb ? crumb : whole,
+                 .height = foodY / scale_ + 5,
+                 .rate = 2 / meal.chew,
+                 .duration = meal.duration,
+                 .velocity = 25,
+                 .spread = pi / 2,
+                 .lifetime = 0.7,
+                 .gravity = -160,
+                 .cellScale = 0.8 * scale_,
+                 .inFront = true});
 }
 
 void Pet::dizzy(Seconds duration) {

@@ -469,8 +469,8 @@ private:
     void taste(Item item);
     void lickUp(Item item, const Anim& licking, const Nibble& tongue, Done done);
     void biteOff(Layer& food, int bite, double ahead, const Image& picture);
-    /// Holds the food that is being eaten, and takes the last one away.
-    void keepFood(LayerRef food);
+    /// Holds the food that is being eaten and what falls off it, and takes the last one away.
+    void keepFood(LayerRef food, LayerRef crumbs = {});
 
     // Demos.
     void runDemo(const std::string& word);
@@ -519,6 +519,7 @@ private:
     Point lastCursor_;
     Date lastCursorAt_ = Date::distantPast();
     LayerRef food_;
+    LayerRef crumbs_;
     bool hungerNotified_ = false;
     std::vector<Subscription> subscriptions_;
 };

@@ -83,8 +83,11 @@ void Companion::eat(Item item, Done done) {
         pet_.hold(holdsUp ? *a().eatHold : a().idle, 0);
     const LayerRef food = pet_.holdFood(
         {.image = picture, .over = meal, .at = holdsUp ? heldFoodHeight : foodHeight});
-    if (!a().canEat) pet_.munch(*food, {.crumbs = picture, .duration = meal, .chew = bite});
-    keepFood(food);
+    LayerRef crumbs;
+    if (!a().canEat) {
+        crumbs = pet_.munch(*food, {.crumbs = picture, .duration = meal, .chew = bite});
+    }
+    keepFood(food, crumbs);
     eatingUntil_ = now() + meal + afterMeal;
     run({waiting(meal), doing([this, item] {
              keepFood(nullptr);
@@ -168,14 +171,17 @@ void Companion::biteOff(Layer& food, int bite, double ahead, const Image& pictur
                                        .spread = std::numbers::pi / 2,
                                        .lifetime = 0.6,
                                        .gravity = -160,
-                                       .cellScale = 0.8 * pet_.scale()});
+                                       .cellScale = 0.8 * pet_.scale(),
+                                       .inFront = true});
     const Transaction still(crumbs->engine(), Transaction::withoutActions());
     crumbs->setPosition(at);
 }
 
-void Companion::keepFood(LayerRef food) {
+void Companion::keepFood(LayerRef food, LayerRef crumbs) {
     if (food_) food_->removeFromSuperlayer();
+    if (crumbs_) pet_.stopEmitting(crumbs_);
     food_ = std::move(food);
+    crumbs_ = std::move(crumbs);
 }
 
 void Companion::askForBerry(std::optional<Point> target, Done done) {

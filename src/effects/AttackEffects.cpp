@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <numbers>
 
 #include "body/Pixels.h"
@@ -34,6 +35,13 @@ constexpr double orbSide = 10;   // art pixels
 constexpr double iconSide = 56;  // points
 constexpr Seconds orbFlight = 0.45;
 constexpr Seconds orbReturn = 0.6;
+
+/// As large as the square for icons allows in its own proportions; pixel art in whole steps.
+Size iconSize(const Image& icon) {
+    const double fitting = iconSide / std::max(icon.width(), icon.height());
+    const double scale = fitting >= 1 ? std::floor(fitting) : fitting;
+    return {icon.width() * scale, icon.height() * scale};
+}
 
 }  // namespace
 
@@ -216,7 +224,7 @@ void BallFX::swallow(const Orb& orb, const LayerRef& layer) {
     }
     flash(orb.target, orbFlash);
     if (orb.icon) {
-        const LayerRef icon = picture(orb.icon, {iconSide, iconSide}, orb.target);
+        const LayerRef icon = picture(orb.icon, iconSize(orb.icon), orb.target);
         const auto& all = root().sublayers();
         const auto above = std::ranges::find(all, layer);
         root().insertSublayer(icon, static_cast<std::size_t>(above - all.begin()));

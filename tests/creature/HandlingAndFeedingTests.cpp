@@ -142,6 +142,23 @@ TEST(ABerry, InterruptedLeavesNoFoodBehind) {
     EXPECT_LT(life.pet().node().sublayers().size(), eating);
 }
 
+TEST(ABerry, InterruptedLosesNoMoreCrumbs) {
+    LivingCreature life({.defaults = {{"pet.hunger", 0.9}}},
+                        DrawnSheets({{"Idle"}, {"Walk"}, {"Sleep"}}));  // nothing to eat by
+    const auto crumbling = [&] {
+        return std::ranges::any_of(life.pet().node().sublayers(), [](const LayerRef& layer) {
+            const auto* source = std::get_if<Emitter>(&layer->model().content);
+            return source && source->birthRate > 0;
+        });
+    };
+    life.computer.dropOnStage({.location = life.pet().frame().center(), .item = "azurine"});
+    life.advance(1);
+    ASSERT_TRUE(crumbling());
+    life.creature().pickedUp();
+    life.advance(0.1);
+    EXPECT_FALSE(crumbling());
+}
+
 TEST(ADraggedItem, IsNoticedNearbyOncePerApproach) {
     LivingCreature life({.defaults = {{"pet.hunger", 0.9}}});
     life.creature().stop([] {});
@@ -163,14 +180,20 @@ TEST(AnEvolutionItem, OnlyWorksForItsStage) {
     LivingCreature young({.defaults = {{"pet.exp", expForLevel(GrowthRate::mediumFast, 19)}}});
     young.creature().received(Item::stormPebble);
     EXPECT_FALSE(young.creature().pendingEvolution);
-    LivingCreature ready({.defaults = {{"pet.exp", expForLevel(GrowthRate::mediumFast, 20)},
-                                       {"region", std::string("coralis")}}});
-    ready.creature().received(Item::tetherLoop);
-    EXPECT_FALSE(ready.creature().pendingEvolution);
-    ready.creature().received(Item::stormPebble);
-    ASSERT_TRUE(ready.creature().pendingEvolution);
-    EXPECT_EQ(ready.creature().pendingEvolution->to, Stage::thrummet);
-    EXPECT_EQ(ready.creature().pendingEvolution->form, "coralis");
+    for (const char* region : {"", "coralis"}) {
+        LivingCreature ready({.defaults = {{"pet.exp", expForLevel(GrowthRate::mediumFast, 20)},
+                                           {"region", std::string(region)}}});
+        ready.creature().received(Item::tetherLoop);
+        EXPECT_FALSE(ready.creature().pendingEvolution);
+        ready.creature().received(Item::stormPebble);
+        ASSERT_TRUE(ready.creature().pendingEvolution);
+        EXPECT_EQ(ready.creature().pendingEvolution->to, Stage::thrummet);
+        EXPECT_EQ(ready.creature().pendingEvolution->form.value_or(""), region);
+        ready.creature().answerEvolution(true);
+        ready.advance(20);
+        EXPECT_EQ(ready.creature().stage, Stage::thrummet);
+        EXPECT_EQ(ready.creature().form.value_or(""), region);
+    }
 }
 
 }  // namespace

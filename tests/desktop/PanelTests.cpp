@@ -335,6 +335,28 @@ TEST_F(PanelTest, AHiddenPanelPaintsNothingAndComesBackUpToDate) {
     EXPECT_TRUE(shows(500, down(330), red));
 }
 
+TEST_F(PanelTest, LiesWhereItShouldInWhateverFrameItIsPut) {
+    showPanel();
+    const auto window = static_cast<x11::XPanel&>(*panel).window();
+    const auto place = [&] {
+        auto* at = xcb_translate_coordinates_reply(
+            other->xcb(), xcb_translate_coordinates(other->xcb(), window, other->root(), 0, 0),
+            nullptr);
+        const Point found{double(at->dst_x), double(at->dst_y)};
+        std::free(at);
+        return found;
+    };
+    turnFor(0.2);
+    EXPECT_EQ(place(), Point{});
+    const auto frame = other->open({.x = 3, .y = 20, .width = 1280, .height = 800});
+    xcb_reparent_window(other->xcb(), window, frame, 0, 0);
+    const std::uint32_t x = 1;
+    xcb_configure_window(other->xcb(), window, XCB_CONFIG_WINDOW_X, &x);
+    xcb_flush(other->xcb());
+    EXPECT_EQ(place(), (Point{4, 20}));
+    EXPECT_TRUE(eventually([&] { return place() == Point{}; }));
+}
+
 // The other program drags something over the panel, as a file manager does.
 struct DragTest : PanelTest {
     void begin(const std::vector<std::string>& types) {

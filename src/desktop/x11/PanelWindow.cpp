@@ -92,7 +92,7 @@ PanelWindow::~PanelWindow() {
 }
 
 void PanelWindow::setFrame(const PixelRect& frame) {
-    corrections_ = 0;
+    corrections_ = aside_ = below_ = 0;
     if (frame == frame_) return;
     frame_ = frame;
     configure();
@@ -101,14 +101,14 @@ void PanelWindow::setFrame(const PixelRect& frame) {
 void PanelWindow::configure() {
     auto* xcb = connection_.xcb();
     xcb_size_hints_t hints{};
-    xcb_icccm_size_hints_set_position(&hints, 1, frame_.x, frame_.y);
+    xcb_icccm_size_hints_set_position(&hints, 1, frame_.x + aside_, frame_.y + below_);
     xcb_icccm_size_hints_set_size(&hints, 1, frame_.width, frame_.height);
     xcb_icccm_size_hints_set_min_size(&hints, frame_.width, frame_.height);
     xcb_icccm_size_hints_set_max_size(&hints, frame_.width, frame_.height);
     xcb_icccm_set_wm_normal_hints(xcb, id_, &hints);
     const xcb_configure_window_value_list_t values{
-        .x = frame_.x,
-        .y = frame_.y,
+        .x = frame_.x + aside_,
+        .y = frame_.y + below_,
         .width = static_cast<std::uint32_t>(frame_.width),
         .height = static_cast<std::uint32_t>(frame_.height)};
     xcb_configure_window_aux(xcb, id_,
@@ -118,11 +118,23 @@ void PanelWindow::configure() {
 }
 
 void PanelWindow::configured(int width, int height) {
-    if ((width == frame_.width && height == frame_.height) || corrections_ == mostCorrections) {
-        return;
-    }
+    if (corrections_ == mostCorrections) return;
+    const bool hasSize = width == frame_.width && height == frame_.height;
+    if (hasSize && isInPlace()) return;
     ++corrections_;
     configure();
+}
+
+/// Some window managers put a frame around every window and move what is in it. Measures that, so
+/// that the next request allows for it.
+bool PanelWindow::isInPlace() {
+    auto* xcb = connection_.xcb();
+    const auto place = reply(xcb, xcb_translate_coordinates_reply,
+                             xcb_translate_coordinates(xcb, id_, connection_.root(), 0, 0));
+    if (!place || (place->dst_x == frame_.x && place->dst_y == frame_.y)) return true;
+    aside_ += frame_.x - place->dst_x;
+    below_ += frame_.y - place->dst_y;
+    return false;
 }
 
 void PanelWindow::setLevel(PanelLevel level) {

@@ -59,13 +59,14 @@ public:
     void assertState();
     /// Other windows came, went or changed places: one that nobody manages looks after its own.
     void othersChanged();
-    /// The window got a size that nobody asked for.
+    /// The window got a size, or a place, which may not be what was asked for.
     void configured(int width, int height);
 
 private:
     bool isUnmanaged() const { return level_ == PanelLevel::menu || managed_ == Managed::no; }
     void settle(bool wasUnmanaged);
     void configure();
+    bool isInPlace();
     void stack();
     void sendInputRegion();
     void writeState();
@@ -78,6 +79,8 @@ private:
     Managed managed_;
     bool shown_ = false;
     int corrections_ = 0;
+    int aside_ = 0;  // pixels to ask for beside the frame, to come to lie on it
+    int below_ = 0;
     std::vector<xcb_rectangle_t> inputRegion_;
 };
 
