@@ -151,7 +151,9 @@ int main(int count, char** arguments) {
     QApplication application(count, arguments);
     QApplication::setApplicationName("quibbits");
     QApplication::setDesktopFileName("quibbits");
-    QApplication::setWindowIcon(QIcon::fromTheme("quibbits"));
+    // Not installed, it lies beside the icons that were drawn for it.
+    const QIcon drawn(QCoreApplication::applicationDirPath() + "/../icons/quibbits-48.png");
+    QApplication::setWindowIcon(QIcon::fromTheme("quibbits", drawn));
     quibbits::window::Window window;
     QSocketNotifier notifier(quibbits::window::channel, QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, &window, [&] {
