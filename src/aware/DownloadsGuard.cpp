@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/ByteCount.h"
+#include "platform/Text.h"
 
 namespace quibbits {
 
@@ -37,11 +38,7 @@ NameParts partsOf(const std::string& name) {
 }
 
 std::string extensionOf(const std::string& name) {
-    std::string extension = partsOf(name).extension;
-    std::ranges::transform(extension, extension.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return extension;
+    return asciiLowercase(partsOf(name).extension);
 }
 
 template <std::size_t count>

@@ -56,8 +56,8 @@ AnimData AnimData::parse(const std::vector<XmlEvent>& events) {
                 } else if (event.value == "CopyOf") {
                     current.copyOf = value;
                 } else if (event.value == "Anim" && data.order.size() < mostAnims) {
-                    data.anims.insert_or_assign(name, current);
-                    data.order.push_back(name);
+                    const bool isNew = data.anims.insert_or_assign(name, current).second;
+                    if (isNew) data.order.push_back(name);
                 }
                 break;
             }

@@ -62,4 +62,14 @@ std::vector<XmlEvent> xmlEvents(std::string_view document) {
     return std::move(collected.events);
 }
 
+bool isWhole(const std::vector<XmlEvent>& events) {
+    int depth = 0;
+    int elements = 0;
+    for (const XmlEvent& event : events) {
+        if (event.kind == XmlEvent::Kind::startElement) ++depth, ++elements;
+        if (event.kind == XmlEvent::Kind::endElement) --depth;
+    }
+    return depth == 0 && elements > 1;
+}
+
 }  // namespace quibbits

@@ -15,5 +15,8 @@ constexpr std::size_t xmlMostBytes = std::size_t{16} << 20;
 /// event. An entity that the document declares itself is left out, never expanded; a document that
 /// is larger than the limit gives no event.
 std::vector<XmlEvent> xmlEvents(std::string_view document);
+/// Whether the events are those of a whole document with something in it: none when a mistake cut
+/// it short.
+bool isWhole(const std::vector<XmlEvent>& events);
 
 }  // namespace quibbits

@@ -209,8 +209,9 @@ void Companion::hook(const std::string& word) {
         computer().defaults.set("focus.on", focusQuiet);
         if (focusQuiet && isOut && !ballBusy && !held) quietDown();
         if (focusQuiet) return;
-        if (dozing) return userReturned();
-        if (wasQuiet) comeRound();  // power may have come back while nobody listened
+        // Power may have come back while nobody listened.
+        if (wasQuiet && !dozing) comeRound();
+        return userReturned();
     }
     if (!isOut || ballBusy || held || focusQuiet) return;
     const bool wasDozing = std::exchange(dozing, false);

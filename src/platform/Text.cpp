@@ -73,4 +73,12 @@ std::string firstCharacters(const std::string& utf8, std::size_t count) {
     return utf8.substr(0, at);
 }
 
+std::string asciiLowercase(std::string_view text) {
+    std::string small(text);
+    for (char& c : small) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return small;
+}
+
 }  // namespace quibbits

@@ -2,6 +2,7 @@
 // Measuring text. A text is a list of runs, so that a speaker's name can have a colour of its own.
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Color.h"
@@ -29,6 +30,9 @@ struct StyledText {
 std::size_t characterCount(const std::string& utf8);
 /// The first count characters in the sense of characterCount.
 std::string firstCharacters(const std::string& utf8, std::size_t count);
+
+/// With the letters A to Z in lower case; all others as they are.
+std::string asciiLowercase(std::string_view text);
 
 class TextMeasure {
 public:

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Signal.h"
@@ -11,15 +12,18 @@
 namespace quibbits {
 
 struct Application {
-    std::string id;  // a stable name: the desktop file's, else the window class
+    std::string id;  // a stable name in lower case: the desktop file's, else the window class
     std::int64_t process = 0;
     bool isSelf = false;
+    std::string windowClass = {};  // in lower case; what else it may be called
     bool operator==(const Application&) const = default;
+
+    bool isCalled(std::string_view name) const { return id == name || windowClass == name; }
 };
 
 /// An application that is installed, running or not.
 struct InstalledApplication {
-    std::string id;  // as of Application
+    std::string id;  // its windows' application is called so
     std::string name;
     std::string icon;  // of the desktop's icon theme, or a path
     bool operator==(const InstalledApplication&) const = default;

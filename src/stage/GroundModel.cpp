@@ -17,8 +17,6 @@ constexpr Seconds iconsGoStale = 20;
 constexpr double iconHalfWidth = 0.42;
 constexpr double iconRise = 0.32;
 
-constexpr double headroom = 72;  // points over an icon, or nobody on it would be seen
-
 constexpr double bodyHeight = 30;     // points above a row that a window must leave free
 constexpr double shortestFloor = 60;  // points of a stretch worth standing on
 constexpr double shortestIcon = 20;
@@ -141,7 +139,7 @@ void StageWindow::takeIcons() {
         const Point c = icon.frame.center() - Vector{frame.x, frame.y};
         const double half = iconHalfWidth * icon.frame.width;
         const double y = c.y + iconRise * icon.frame.width;
-        if (y <= frame.height - headroom) icons_.push_back({{c.x - half, c.x + half}, y, false});
+        icons_.push_back({{c.x - half, c.x + half}, y, false});
     }
     handOutGround();
 }

@@ -38,7 +38,8 @@ bool StageWindow::shouldBeRaised() const {
     if (!isOn(computer_.defaults, Setting::overApps)) return false;
     const auto front = computer_.workspace.frontmost();
     const auto behind = Settings::behindApps(computer_.defaults);
-    if (std::ranges::find(behind, front ? front->id : std::string()) != behind.end()) return false;
+    const auto isFront = [&](const std::string& name) { return front && front->isCalled(name); };
+    if (std::ranges::any_of(behind, isFront)) return false;
     if (front && fillsScreen(front->process)) return false;
     if (!computer_.defaults.boolean("onboarded")) return true;
     return !(front && watchesVideo(*front));

@@ -134,6 +134,16 @@ TEST(FocusMode, PutsACreatureToSleepUntilItEnds) {
     EXPECT_GT(life.decisions.size(), before);
 }
 
+TEST(FocusMode, ThatWasNeverOnEndsWithoutAWord) {
+    LivingCreature life({});
+    life.advance(5);
+    life.utterances.clear();
+    const auto decided = life.decisions.size();
+    life.creature().hook("unfocus");
+    EXPECT_TRUE(life.utterances.empty());
+    EXPECT_EQ(life.decisions.size(), decided);
+}
+
 TEST(FocusMode, EndsAFaintThatPowerEndedMeanwhile) {
     LivingCreature life({});
     life.advance(20);

@@ -3,7 +3,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <map>
+
 #include "TemporaryFolder.h"
+#include "body/Sheets.h"
 #include "codecs/Png.h"
 #include "desktop/files/DiskFiles.h"
 #include "desktop/files/DiskResources.h"
@@ -148,12 +151,12 @@ struct ResourcesTest : testing::Test {
 
 TEST_F(ResourcesTest, ASetOfTheUsersOwnStandsBeforeTheInstalledOne) {
     write(installed / "a.png", picture(4, 6, 0xff0000ff));
-    write(installed / "a.xml", "<old/>");
+    write(installed / "a.xml", "<old><a/></old>");
     EXPECT_EQ(resources.imageRows("a", 2, 100).height(), 4);
     EXPECT_EQ(resources.imageRows("a", 0, 1).at(0, 0), 0xff0000ffu);
     EXPECT_EQ(resources.xml("a")->front().value, "old");
     write(user / "a.png", picture(8, 3, 0xff00ff00));
-    write(user / "a.xml", "<new/>");
+    write(user / "a.xml", "<new><a/></new>");
     EXPECT_EQ(resources.imageSize("a")->width, 8);
     EXPECT_EQ(resources.image("a").at(7, 2), 0xff00ff00u);
     EXPECT_EQ(resources.xml("a")->front().value, "new");
@@ -172,6 +175,29 @@ TEST_F(ResourcesTest, ABrokenPictureOfTheUsersGivesWayToTheInstalledOne) {
     write(installed / "b.png", picture(4, 6, 0xff0000ff));
     EXPECT_EQ(resources.imageRows("b", 0, 3).width(), 4);
     EXPECT_EQ(resources.imageSize("b")->width, 4);
+}
+
+TEST_F(ResourcesTest, OfABrokenDescriptionOfTheUsersEveryWholeEntryCounts) {
+    const auto entry = [](const std::string& name, int height) {
+        return "<Anim><Name>" + name + "</Name><FrameHeight>" + std::to_string(height) +
+               "</FrameHeight></Anim>";
+    };
+    const auto heights = [&] {
+        std::map<std::string, int> found;
+        const auto data = AnimData::read(resources, "cat");
+        for (const auto& name : data.order) found[name] = data.resolve(name)->info->height;
+        return found;
+    };
+    write(installed / "cat-anim.xml", "<A>" + entry("Walk", 1) + entry("Idle", 2) + "</A>");
+    EXPECT_EQ(heights(), (std::map<std::string, int>{{"Idle", 2}, {"Walk", 1}}));
+    write(user / "cat-anim.xml", "<A>" + entry("Walk", 7) + "<Anim><Name>Idle</Name><Frame");
+    EXPECT_EQ(heights(), (std::map<std::string, int>{{"Idle", 2}, {"Walk", 7}}));
+    for (const char* empty : {"", "<A/>", "no markup"}) {
+        write(user / "cat-anim.xml", empty);
+        EXPECT_EQ(heights().size(), 2u) << empty;
+    }
+    write(user / "cat-anim.xml", "<A>" + entry("Walk", 7) + "</A>");
+    EXPECT_EQ(heights().size(), 1u) << "whole, it replaces the other";
 }
 
 TEST_F(ResourcesTest, OnlyPlainNamesAreLookedUp) {

@@ -15,6 +15,11 @@ TEST(ADesktopFile, TellsWhatMenusShow) {
     EXPECT_EQ(read("[Desktop Entry]\nType=Application\nName=Some\nStartupWMClass=Other\n"
                    "[Desktop Action new]\nName=New window\nIcon=new\n"),
               (InstalledApplication{"other", "Some", ""}));
+    const std::string caja = "[Desktop Entry]\nType=Application\nName=Caja\nExec=";
+    EXPECT_EQ(readDesktopFile("caja-browser", caja + "/usr/bin/Caja --browser %U")->id, "caja");
+    EXPECT_EQ(readDesktopFile("caja-browser", caja + "\"/opt/a/caja\" %U")->id, "caja");
+    EXPECT_EQ(readDesktopFile("caja-browser", caja + "env X=1 caja")->id, "caja-browser");
+    EXPECT_EQ(read(caja + "launcher")->id, "org.some.app");
     EXPECT_EQ(read("[Desktop Entry]\nType=Link\nName=Some\n"), std::nullopt);
     EXPECT_EQ(read("[Desktop Entry]\nType=Application\nName=Some\nNoDisplay=true\n"), std::nullopt);
     EXPECT_EQ(read("[Desktop Entry]\nType=Application\n"), std::nullopt);

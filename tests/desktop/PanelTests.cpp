@@ -478,6 +478,15 @@ TEST_F(DragTest, FilesAndItemsAreDroppedWhereTheCoreTakesThem) {
     EXPECT_EQ(answer("XdndFinished"), 1u);
     ASSERT_EQ(dropped.size(), 2u);
     EXPECT_EQ(dropped[1].item, "berry");
+    EXPECT_TRUE(dropped[1].files.empty());
+
+    begin({"com.quibbits.item", "text/uri-list"});
+    EXPECT_TRUE(moveTo(330, down(330)));
+    other->message(target, "XdndDrop", {source, 0, 0});
+    EXPECT_EQ(answer("XdndFinished"), 1u);
+    ASSERT_EQ(dropped.size(), 3u);
+    EXPECT_EQ(dropped[2].item, "berry");
+    EXPECT_EQ(dropped[2].files.size(), 2u) << "whoever does not know the item has the files";
 
     begin({"text/uri-list"});
     EXPECT_FALSE(moveTo(100, 100));
@@ -485,7 +494,7 @@ TEST_F(DragTest, FilesAndItemsAreDroppedWhereTheCoreTakesThem) {
     EXPECT_EQ(answer("XdndFinished"), 0u);
     begin({"text/plain"});
     EXPECT_FALSE(moveTo(330, down(330)));
-    EXPECT_EQ(dropped.size(), 2u);
+    EXPECT_EQ(dropped.size(), 3u);
 }
 
 TEST_F(DragTest, AListTooLongForOneMessageComesInPieces) {

@@ -210,8 +210,10 @@ TEST_F(XDesktop, ApplicationsComeGoAndTakeTheFront) {
     const auto s = workspace.spaceChanged.subscribe(note('s'));
     const auto editor = other->open({.windowClass = "Editor"});
     EXPECT_TRUE(eventually([&] { return heard.find('l') != std::string::npos; }));
-    EXPECT_TRUE(eventually(
-        [&] { return workspace.frontmost() == Application{.id = "editor", .process = 4321}; }));
+    EXPECT_TRUE(eventually([&] {
+        return workspace.frontmost() ==
+               Application{.id = "editor", .process = 4321, .windowClass = "editor"};
+    }));
     heard.clear();
     other->open({.windowClass = "Editor"});
     turnFor(0.3);
@@ -222,6 +224,22 @@ TEST_F(XDesktop, ApplicationsComeGoAndTakeTheFront) {
     const auto mail = other->open({.windowClass = "Mail"});
     EXPECT_TRUE(
         eventually([&] { return workspace.frontmost() && workspace.frontmost()->id == "mail"; }));
+    // As programs of one toolkit say it, and as the desktop's own window.
+    other->setText(mail, "_GTK_APPLICATION_ID", "org.Some.Mail");
+    other->setNumbers(mail, "_NET_WM_PID", XCB_ATOM_CARDINAL, {77});
+    x11::XWorkspace later(*connection);
+    ASSERT_TRUE(later.frontmost());
+    EXPECT_EQ(later.frontmost()->id, "org.some.mail");
+    EXPECT_TRUE(later.frontmost()->isCalled("mail"));
+    EXPECT_FALSE(later.frontmost()->isSelf);
+    const auto icons =
+        other->open({.type = "_NET_WM_WINDOW_TYPE_DESKTOP", .windowClass = "Pcmanfm"});
+    other->setNumbers(other->root(), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW, {icons});
+    EXPECT_TRUE(eventually(
+        [&] { return workspace.frontmost() && workspace.frontmost()->id == "pcmanfm"; }));
+    EXPECT_EQ(workspace.running().size(), 2u);
+    other->close(icons);
+    turnFor(0.3);
     heard.clear();
     other->close(mail);
     EXPECT_TRUE(eventually([&] { return heard.find('t') != std::string::npos; }));

@@ -91,8 +91,13 @@ protected:
     ThermalState state() const {
         VirtualRunLoop loop{Date{}};
         session::Thermometers thermometers(loop, sys.path());
+        const auto first = thermometers.state();
+        int changes = 0;
+        thermometers.onChange = [&] { ++changes; };
         thermometers.start();
-        return thermometers.state();
+        EXPECT_EQ(changes, 0) << "how it was from the beginning is no news";
+        EXPECT_EQ(thermometers.state(), first);
+        return first;
     }
 };
 

@@ -93,10 +93,18 @@ Image DiskResources::imageRows(std::string_view name, int first, int count) cons
 }
 
 std::optional<std::vector<XmlEvent>> DiskResources::xml(std::string_view name) const {
+    std::optional<std::vector<XmlEvent>> found;
     for (const auto& path : candidates(name, ".xml")) {
-        if (const auto text = readWholeFile(path, xmlMostBytes)) return xmlEvents(*text);
+        const auto text = readWholeFile(path, xmlMostBytes);
+        if (!text) continue;
+        auto events = xmlEvents(*text);
+        const bool isEnough = isWhole(events);
+        // What there is of a broken file comes last, where it replaces entries of the others.
+        if (found) events.insert(events.end(), found->begin(), found->end());
+        found = std::move(events);
+        if (isEnough) break;
     }
-    return std::nullopt;
+    return found;
 }
 
 std::vector<Credit> DiskResources::credits() const {

@@ -1,10 +1,12 @@
 #include "desktop/files/InstalledApplications.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <set>
 
 #include "desktop/files/WholeFile.h"
+#include "platform/Text.h"
 
 namespace quibbits {
 namespace {
@@ -26,6 +28,19 @@ std::string idOf(const fs::path& folder, const fs::path& file) {
     return id;
 }
 
+/// The name of the program that a command line starts; nothing when it starts it by another one.
+std::string programOf(std::string_view command) {
+    static constexpr std::array<std::string_view, 12> starters{
+        "bash", "dbus-launch", "env",  "flatpak", "gtk-launch", "java",
+        "perl", "pkexec",      "ruby", "sh",      "snap",       "wine"};
+    if (command.starts_with('"')) command.remove_prefix(1);
+    std::string name =
+        fs::path(command.substr(0, command.find_first_of(" \t\""))).filename().native();
+    const bool isStarter =
+        name.starts_with("python") || std::ranges::find(starters, name) != starters.end();
+    return isStarter ? std::string() : name;
+}
+
 }  // namespace
 
 std::vector<fs::path> applicationFolders() {
@@ -44,6 +59,8 @@ std::vector<fs::path> applicationFolders() {
 
 std::optional<InstalledApplication> readDesktopFile(std::string id, std::string_view text) {
     InstalledApplication application{.id = std::move(id)};
+    std::string_view windowClass;
+    std::string program;
     bool isApplication = false;
     bool isOurs = false;  // in the group that counts
     for (std::size_t at = 0; at < text.size();) {
@@ -60,14 +77,18 @@ std::optional<InstalledApplication> readDesktopFile(std::string id, std::string_
         while (value.starts_with(' ')) value.remove_prefix(1);
         if (key == "Name") application.name = value;
         if (key == "Icon") application.icon = value;
-        if (key == "StartupWMClass" && !value.empty()) application.id = value;
+        if (key == "StartupWMClass") windowClass = value;
+        if (key == "Exec") program = programOf(value);
         if (key == "Type") isApplication = value == "Application";
         if ((key == "NoDisplay" || key == "Hidden") && value == "true") return std::nullopt;
     }
     if (!isApplication || application.name.empty()) return std::nullopt;
-    std::ranges::transform(application.id, application.id.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    if (!windowClass.empty()) {
+        application.id = windowClass;
+    } else if (application.id.find('.') == std::string::npos && !program.empty()) {
+        application.id = program;
+    }
+    application.id = asciiLowercase(application.id);
     return application;
 }
 

@@ -16,8 +16,9 @@ std::vector<std::filesystem::path> applicationFolders();
 /// By name. Of two files of one id the earlier folder's counts; hidden ones are left out.
 std::vector<InstalledApplication> installedApplications(
     const std::vector<std::filesystem::path>& folders);
-/// Name and icon from the text of a desktop file; nothing for what menus do not show. Its id is the
-/// class that its windows will have, else the file's, in small letters.
+/// Name and icon from the text of a desktop file; nothing for what menus do not show. Its id, in
+/// lower case, is what its windows will be called: the class that it tells of, else the file's id
+/// where that is one of the reversed addresses that toolkits hand on, else the program's name.
 std::optional<InstalledApplication> readDesktopFile(std::string id, std::string_view text);
 
 }  // namespace quibbits

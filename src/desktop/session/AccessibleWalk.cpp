@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "desktop/session/BusValues.h"
+#include "platform/Text.h"
 
 namespace quibbits::session {
 namespace {
@@ -22,11 +23,7 @@ bool isKnownFileManager(std::string_view name) {
         "caja",     "org.mate.caja", "pcmanfm",         "pcmanfm-qt",     "nemo",
         "org.nemo", "nemo-desktop",  "thunar",          "nautilus",       "org.gnome.nautilus",
         "dolphin",  "xfdesktop",     "org.xfce.thunar", "org.kde.dolphin"};
-    std::string small(name);
-    std::ranges::transform(small, small.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return std::ranges::find(known, small) != known.end();
+    return std::ranges::find(known, asciiLowercase(name)) != known.end();
 }
 
 AccessibleWalk::AccessibleWalk(Bus& bus, std::size_t mostObjects)

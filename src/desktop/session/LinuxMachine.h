@@ -34,7 +34,7 @@ private:
     void reportNetwork(bool satisfied);
 
     PowerSupplies power_;
-    Thermometers heat_;
+    mutable Thermometers heat_;  // read when first asked
     NetworkPath network_;
     MusicPlayers players_;
     Cameras cameras_;

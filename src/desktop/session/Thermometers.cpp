@@ -109,6 +109,11 @@ ThermalState stateAt(int temperature, const Thermometer::Limits& limits) {
 
 Thermometers::Thermometers(RunLoop& loop, fs::path sys) : loop_(loop), sys_(std::move(sys)) {}
 
+ThermalState Thermometers::state() {
+    if (!state_) state_ = hottest();
+    return *state_;
+}
+
 void Thermometers::start() {
     if (!timer_) read();
 }
@@ -123,12 +128,15 @@ void Thermometers::findAll() {
 }
 
 void Thermometers::read() {
-    if (readingsLeft_-- <= 0) findAll();
-    const bool any = !thermometers_.empty();
-    if (!any) readingsLeft_ = 0;
+    const auto now = hottest();
     timer_ = loop_.timer(
-        any ? betweenReadings : withoutAny, [this] { read(); }, readingTolerance);
+        thermometers_.empty() ? withoutAny : betweenReadings, [this] { read(); }, readingTolerance);
+    if (std::exchange(state_, now).value_or(ThermalState::nominal) != now && onChange) onChange();
+}
 
+ThermalState Thermometers::hottest() {
+    if (readingsLeft_-- <= 0) findAll();
+    if (thermometers_.empty()) readingsLeft_ = 0;
     auto hottest = ThermalState::nominal;
     for (auto& thermometer : thermometers_) {
         if (!thermometer.power.empty() && sysLine(thermometer.power) == "suspended") continue;
@@ -139,7 +147,7 @@ void Thermometers::read() {
             thermometer.input.clear();  // not before the next search
     }
     std::erase_if(thermometers_, [](const auto& each) { return each.input.empty(); });
-    if (std::exchange(state_, hottest) != hottest && onChange) onChange();
+    return hottest;
 }
 
 }  // namespace quibbits::session

@@ -35,8 +35,8 @@ class Thermometers {
 public:
     Thermometers(RunLoop& loop, std::filesystem::path sys);
 
-    /// As last read; the hottest of all decides.
-    ThermalState state() const { return state_; }
+    /// As last read, at the latest now; the hottest of all decides.
+    ThermalState state();
     /// Reads now, and again every half minute, until told to stop.
     void start();
     void stop();
@@ -45,13 +45,14 @@ public:
 
 private:
     void read();
+    ThermalState hottest();
     void findAll();
 
     RunLoop& loop_;
     std::filesystem::path sys_;
     std::vector<Thermometer> thermometers_;
-    int readingsLeft_ = 0;  // before they are looked for anew
-    ThermalState state_ = ThermalState::nominal;
+    int readingsLeft_ = 0;               // before they are looked for anew
+    std::optional<ThermalState> state_;  // none before the first reading
     Timer timer_;
 };
 

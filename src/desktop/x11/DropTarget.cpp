@@ -131,10 +131,8 @@ void DropTarget::arrived(xcb_atom_t type, std::string_view data) {
     if (type == connection_.atom(Atom::privateItem)) {
         drag_.item = data.substr(0, longestItemName);
         if (!dropping_) return;
-        // An item's name that cannot be had leaves the files that came with it, if any.
-        if (drag_.item->empty() && offersFiles_) {
-            return request(Atom::uriList, XCB_CURRENT_TIME);
-        }
+        // An item that nobody knows leaves the files that came with it, if any.
+        if (offersFiles_) return request(Atom::uriList, XCB_CURRENT_TIME);
     } else if (type == connection_.atom(Atom::uriList)) {
         drag_.files = filesOfUriList(data);
     }

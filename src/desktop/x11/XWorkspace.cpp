@@ -8,20 +8,18 @@
 #include "desktop/files/InstalledApplications.h"
 #include "desktop/windows/Spawn.h"
 #include "desktop/x11/Properties.h"
+#include "platform/Text.h"
 
 namespace quibbits::x11 {
 namespace {
 
-/// The second of the two texts of WM_CLASS, in small letters.
+constexpr std::string_view ownClass = "quibbits";  // of the windows of its other process, too
+
+/// The second of the two texts of WM_CLASS, in lower case.
 std::string classOf(std::string_view classes) {
     const auto first = classes.find('\0');
     auto name = first == std::string_view::npos ? classes : classes.substr(first + 1);
-    name = name.substr(0, name.find('\0'));
-    std::string small(name);
-    std::ranges::transform(small, small.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return small;
+    return asciiLowercase(name.substr(0, name.find('\0')));
 }
 
 /// Browsers by their window class or application id.
@@ -85,7 +83,9 @@ void XWorkspace::readFront() {
     const auto active = propertyOf(connection_, connection_.root(), Atom::activeWindow).number();
     if (!active || *active == XCB_NONE) return;
     if (!windows_.contains(*active)) learn({*active});
-    if (const auto found = windows_.find(*active); found != windows_.end()) front_ = found->second;
+    if (const auto found = windows_.find(*active); found != windows_.end()) {
+        front_ = found->second.application;
+    }
 }
 
 std::optional<WebPage> XWorkspace::page(const Application& application) const {
@@ -108,8 +108,9 @@ void XWorkspace::readList() {
     learn(fresh);
     running_.clear();
     for (const auto window : present) {
-        const auto& known = windows_[window];
-        if (known && !contains(running_, *known)) running_.push_back(*known);
+        const auto& [application, isDesktop] = windows_[window];
+        if (!application || isDesktop || contains(running_, *application)) continue;
+        running_.push_back(*application);
     }
 }
 
@@ -131,14 +132,15 @@ void XWorkspace::learn(const std::vector<xcb_window_t>& windows) {
         const auto classes = asked[i].classes.wait();
         const auto applicationId = asked[i].applicationId.wait();
         const std::int64_t process = asked[i].process.wait().number().value_or(0);
-        const bool furniture = type.contains(connection_.atom(Atom::typeDock)) ||
-                               type.contains(connection_.atom(Atom::typeDesktop));
-        auto& known = windows_[windows[i]];
-        if (furniture) continue;
-        const auto id = applicationId.text();
-        known = Application{.id = id.empty() ? classOf(classes.text()) : std::string(id),
-                            .process = process,
-                            .isSelf = process == getpid()};
+        Known& known = windows_[windows[i]];
+        known.isDesktop = type.contains(connection_.atom(Atom::typeDesktop));
+        if (type.contains(connection_.atom(Atom::typeDock))) continue;
+        const std::string windowClass = classOf(classes.text());
+        const std::string id = asciiLowercase(applicationId.text());
+        known.application = Application{.id = id.empty() ? windowClass : id,
+                                        .process = process,
+                                        .isSelf = process == getpid() || windowClass == ownClass,
+                                        .windowClass = windowClass};
     }
 }
 

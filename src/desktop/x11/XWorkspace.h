@@ -25,8 +25,12 @@ private:
     void readList();
     void learn(const std::vector<xcb_window_t>& windows);
 
-    /// What is known of a window; nothing for docks, desktops and menus.
-    using Known = std::optional<Application>;
+    /// What is known of a window. The desktop itself can be in front, yet is no window that makes
+    /// its application count as running.
+    struct Known {
+        std::optional<Application> application;  // none for docks
+        bool isDesktop = false;
+    };
 
     Connection& connection_;
     std::map<xcb_window_t, Known> windows_;  // those of the client list

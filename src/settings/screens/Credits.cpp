@@ -3,8 +3,8 @@
 #include "settings/screens/Credits.h"
 
 #include <algorithm>
-#include <cctype>
 
+#include "platform/Text.h"
 #include "settings/screens/Screens.h"
 
 namespace quibbits::screens {
@@ -15,11 +15,6 @@ namespace {
 
 constexpr std::string_view listedLast = "Quibbits";
 constexpr std::string_view socialProfiles = "https://bsky.app/profile/";
-
-std::string lowercase(std::string text) {
-    std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text;
-}
 
 View artistBlock(const Artist& artist) {
     View heading{
@@ -59,7 +54,7 @@ std::vector<Artist> artists(const std::vector<Credit>& credits) {
         known->entries.push_back(credit);
     }
     std::ranges::stable_sort(all, {}, [](const Artist& artist) {
-        return std::pair(artist.name == listedLast, lowercase(artist.name));
+        return std::pair(artist.name == listedLast, asciiLowercase(artist.name));
     });
     return all;
 }
