@@ -1,5 +1,6 @@
 #include "atelier/Face.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace quibbits::atelier {
@@ -100,8 +101,12 @@ void layFurryFace(Model& model, const Frame& head, const FurryFace& face, const 
             spotOn(head, face.cheeks, {face.blush.yaw * sign, face.blush.rise}, {.hidden = 0.32}),
             {{"RR"}});
     }
-    lay(model, spotOn(head, face.muzzle, {0, face.noseRise}, {.hidden = 0.03}), {{"N"}});
-    const Spot mouth = spotOn(head, face.muzzle, {0, face.mouthRise}, {.hidden = 0.12});
+    const Spot mouth = spotOn(head, face.muzzle, {0, face.mouthRise},
+                              {.facing = pose.mouth == Mouth::smile ? 0.90 : 0.70, .hidden = 0.12});
+    Spot nose = spotOn(head, face.muzzle, {0, face.noseRise}, {.hidden = 0.03});
+    // With no row between them, the two would run together into a cross.
+    if (nose.quarters == 0) nose.y = std::max(nose.y, mouth.y + 2);
+    lay(model, nose, {{"N"}});
     lay(model, mouth, furryMouth(pose.mouth, mouth.turn));
 }
 

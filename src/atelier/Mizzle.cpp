@@ -120,7 +120,7 @@ void face(Model& model, const Head& head, const Pose& pose) {
                   .eye = {29, 8},
                   .blush = {52, -12},
                   .noseRise = 42,
-                  .mouthRise = 8,
+                  .mouthRise = 0,
                   .eyeFacing = 0.70,
                   .eyeHidden = 0.30,
                   .strokeHidden = 0.34},
