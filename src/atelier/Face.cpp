@@ -91,11 +91,13 @@ Frame headInTheAir(const Frame& root, double height, double faceTurn, const Pose
 }
 
 void layFurryFace(Model& model, const Frame& head, const FurryFace& face, const Pose& pose) {
-    const double hidden = isStroke(pose.eyes) ? face.strokeHidden : face.eyeHidden;
+    const bool stroke = isStroke(pose.eyes);
+    const Facing limits{.facing = stroke ? face.strokeFacing : face.eyeFacing,
+                        .hidden = stroke ? face.strokeHidden : face.eyeHidden};
     for (const Side side : {Side::left, Side::right}) {
         const double sign = sideSign(side);
-        const Spot eye = spotOn(head, {{}, face.skull}, {face.eye.yaw * sign, face.eye.rise},
-                                {.facing = face.eyeFacing, .hidden = hidden});
+        Spot eye = spotOn(head, {{}, face.skull}, {face.eye.yaw * sign, face.eye.rise}, limits);
+        if (stroke && eye.quarters == 0) eye.y += face.strokeLift;
         lay(model, eye, face.eyes(pose.eyes, eye.turn, pictureSide(head, side)));
         lay(model,
             spotOn(head, face.cheeks, {face.blush.yaw * sign, face.blush.rise}, {.hidden = 0.32}),

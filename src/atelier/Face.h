@@ -79,7 +79,9 @@ struct FurryFace {
     double mouthRise = 0;
     double eyeFacing = 0.72;  // from here on an eye is seen in full
     double eyeHidden = 0.22;  // and up to here not at all
+    double strokeFacing = 0.45;
     double strokeHidden = 0.32;
+    int strokeLift = 0;  // rows by which shut eyes rise, out of the way of the muzzle
     Stamp (*eyes)(Eyes, Turn, Side) = furryEye;
 };
 void layFurryFace(Model& model, const Frame& head, const FurryFace& face, const Pose& pose);

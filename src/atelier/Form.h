@@ -27,6 +27,7 @@ constexpr Builds everyone = ~0U;
 constexpr Builds floating = wisp | bell | swimmer;
 constexpr Builds walking = everyone & ~floating;
 constexpr Builds ghosts = wisp | bell | dusk;
+constexpr Builds furred = everyone & ~ghosts;
 constexpr Builds twoLegged = squirrel | tall | swimmer | dusk;
 
 /// The eight directions in the order of a sheet's rows: towards the viewer, then turning to the

@@ -93,6 +93,7 @@ void layTallFace(Model& model, const Head& head, const Pose& pose, Brow brow) {
                   .blush = {56, -18},
                   .noseRise = 46,
                   .mouthRise = 12,
+                  .strokeLift = 1,
                   .eyes = brow == Brow::keen ? keenEye : furryEye},
                  pose);
 }
