@@ -106,6 +106,10 @@ Animation tumble() {
     return {.name = "Tumble",
             .ticks = {3, 3, 3, 3, 3, 3, 3, 3},
             .tracks = {{pitch, {0, 45, 90, 135, 180, 225, 270, 315}},
+                       // Who has a face to keep in view rolls in the plane of the picture.
+                       {pitch, {0}, furred},
+                       {tilt, {0, -45, -90, -135, -180, -225, -270, -315}, furred},
+                       {face, {14}, furred},
                        {pivot, {8}},
                        {squash, {0.96}},
                        {legs, {70}},
