@@ -6,14 +6,17 @@
 namespace quibbits::atelier {
 namespace {
 
-constexpr int sparkCount = 6;
+constexpr int glimmerCount = 6;
 
-std::array<Stamp, 5> bolts() {
-    return {Stamp{{"...E", "..Ee", ".EE.", "eE..", "E..."}},
-            Stamp{{"E...", "eE..", ".EE.", "..Ee", "...E"}},
-            Stamp{{"..E..", "..e..", "EeEeE", "..e..", "..E.."}}, Stamp{{"E.", "eE", ".E"}},
-            Stamp{{".E", "Ee", "E."}}};
-}
+/// Bolts with a rim, so that they are seen on light and on dark grounds alike.
+const Stamp leaningBolt{{"....FF.", "...FeeF", "..FeEF.", ".FeEFF.", "FeEEEeF", ".FFEeF.",
+                         ".FEeF..", "FeFF...", ".F....."}};
+const Stamp fadingBolt{{"..F..", ".FeF.", "FeEeF", ".FeF.", "..F.."}};
+
+/// Where bolts strike, in degrees about the middle: three rounds, none of them near the ground.
+constexpr int boltCount = 4;
+constexpr std::array<std::array<double, boltCount>, 3> boltRounds{
+    {{-8, 52, 112, 176}, {18, 78, 142, 198}, {-20, 34, 94, 158}}};
 
 std::array<Stamp, 5> glimmers() {
     return {Stamp{{"..e..", ".eEe.", "eEEEe", ".eEe.", "..e.."}}, Stamp{{".e.", "eEe", ".e."}},
@@ -24,18 +27,33 @@ int rounded(double value) {
     return static_cast<int>(std::floor(value + 0.5));
 }
 
-/// Bolts that jump about on a ring around a furry creature; glimmers that are drawn in by a ghost.
-void addSparks(Model& model, const Form& form, const Frame& foot, int step) {
-    const bool ghost = (form.build & ghosts) != 0;
-    const auto stamps = ghost ? glimmers() : bolts();
-    for (int i = 0; i < sparkCount; ++i) {
+/// Glimmers that are drawn in by a ghost.
+void addGlimmers(Model& model, const Form& form, const Frame& foot, int step) {
+    const auto stamps = glimmers();
+    for (int i = 0; i < glimmerCount; ++i) {
         const double angle = radians(i * 60 + step * 37);
-        const double radius = form.reach * (ghost ? 1.25 - 0.13 * ((step + i * 2) % 6)
-                                                  : 0.95 + 0.12 * ((i * 7 + step * 3) % 4) / 3.0);
+        const double radius = form.reach * (1.25 - 0.13 * ((step + i * 2) % 6));
         model.mote({.x = rounded(foot.origin.x + radius * std::cos(angle) - 2),
                     .y = rounded(foot.origin.y + form.middle + radius * 0.85 * std::sin(angle) + 2),
                     .stamp = stamps[static_cast<std::size_t>((i * 3 + step * 2) % 5)],
-                    .behind = ghost || i != 4});
+                    .behind = true});
+    }
+}
+
+/// Bolts that leave a furry creature: each is full in one frame and fades outwards in the next.
+void addBolts(Model& model, const Form& form, const Frame& foot, int step) {
+    const auto& round = boltRounds[static_cast<std::size_t>(step / 2) % boltRounds.size()];
+    const bool fading = step % 2 != 0;
+    const double radius = form.reach * (fading ? 1.5 : 1.3);
+    for (const double degree : round) {
+        const double angle = radians(degree);
+        const Stamp& bolt = fading ? fadingBolt : leaningBolt;
+        const double x = foot.origin.x + radius * std::cos(angle);
+        const double y = foot.origin.y + form.middle + radius * std::sin(angle);
+        model.mote({.x = rounded(x - bolt.width() / 2.0),
+                    .y = rounded(y + bolt.height() / 2.0),
+                    .stamp = std::cos(angle) < 0 ? mirrored(bolt) : bolt,
+                    .behind = true});
     }
 }
 
@@ -55,7 +73,9 @@ void addImpact(Model& model, const Form& form, const Frame& foot, const Pose& po
 void addEffect(Model& model, const Form& form, const Frame& foot, const Pose& pose) {
     switch (pose.effect) {
         case Effect::none: return;
-        case Effect::sparks: return addSparks(model, form, foot, pose.effectStep);
+        case Effect::sparks:
+            return (form.build & ghosts) != 0 ? addGlimmers(model, form, foot, pose.effectStep)
+                                              : addBolts(model, form, foot, pose.effectStep);
         case Effect::impact: return addImpact(model, form, foot, pose);
     }
 }

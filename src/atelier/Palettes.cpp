@@ -23,7 +23,7 @@ struct NamedColour {
 
 // Letters of the stamps. K pupil, W white, I iris, M and D mouth, m soft mouth line, T t tongue, N
 // nose, R blush, B brow, S teeth, s soft teeth, G g glowing eye and its shade, E e spark and its
-// rim, P p pattern on the back, k soft pupil, C tear, Q anger.
+// rim, F bolt's edge, P p pattern on the back, k soft pupil, C tear, Q anger.
 
 constexpr Ramp creamRamp{0x6b3a44, 0xb98a7a, 0xe9c9a2, 0xfdeecb, 0xfffbe9, 0xffffff};
 constexpr Ramp plumRamp{0x241633, 0x32204a, 0x462d63, 0x623f80, 0x8158a0, 0xa980c4};
@@ -71,11 +71,11 @@ Palette painted(std::initializer_list<Coat> coats, std::initializer_list<NamedCo
 constexpr std::initializer_list<NamedColour> furryInks{
     {'K', 0x2b1830}, {'I', 0x7a4a86}, {'M', 0x5a2638}, {'m', 0xa8604e}, {'T', 0xee7f86},
     {'t', 0xc96f74}, {'N', 0x3a1c30}, {'R', 0xf08a6a}, {'B', 0x54263a}, {'S', 0xfffbe9},
-    {'E', 0xd8fffb}, {'e', 0x58d8ee}, {'D', 0x3a1c30}, {'k', 0x5a3468}};
+    {'E', 0xd8fffb}, {'e', 0x58d8ee}, {'F', 0x1d5f94}, {'D', 0x3a1c30}, {'k', 0x5a3468}};
 
-constexpr std::initializer_list<NamedColour> furryShinyInks{{'I', 0x2f8088}, {'k', 0x245c68},
-                                                            {'E', 0xfffbd0}, {'e', 0xffe878},
-                                                            {'R', 0xe8607c}, {'B', 0x4c2048}};
+constexpr std::initializer_list<NamedColour> furryShinyInks{
+    {'I', 0x2f8088}, {'k', 0x245c68}, {'E', 0xfffbd0}, {'e', 0xffe878},
+    {'F', 0xa86a24}, {'R', 0xe8607c}, {'B', 0x4c2048}};
 
 constexpr std::initializer_list<NamedColour> ghostInks{
     {'K', 0x14122c}, {'I', 0xe8a83e}, {'M', 0x151a38}, {'m', 0x27315e}, {'T', 0xe87898},
