@@ -49,6 +49,7 @@ Animation shock() {
                        {arms, {20}},
                        {ear, {-10, -24, -10, -24, -10, -24, -10, 16}},
                        {earSpread, {14}},
+                       {face, {0, 0, 0, 0, 0, 0, 0, 16}, furred},
                        {tailPuff, {1.05, 1.22, 1.05, 1.22, 1.05, 1.22, 1.05, 1}},
                        {tailPitch, {-12}},
                        {tailPitch, {4}, tall}},

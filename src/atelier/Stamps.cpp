@@ -26,7 +26,7 @@ Stamp relit(Stamp stamp, Side side) {
 Stamp furryEyeFacing(Eyes eyes) {
     switch (eyes) {
         case Eyes::open: return {{"KKK", "WKK", "KKK", ".I."}};
-        case Eyes::wide: return {{"WKW", "KKK", "KKK", "WKW"}};
+        case Eyes::wide: return {{"KKK", "WKK", "WKK", "KKK", "KKK"}};
         case Eyes::closed: return {{"....", "K..K", ".KK.", "...."}};
         case Eyes::happy: return {{"...", ".K.", "K.K", "..."}};
         case Eyes::half: return {{"...", "KKK", "WKI", ".K."}};
@@ -40,7 +40,7 @@ Stamp furryEyeFacing(Eyes eyes) {
 Stamp furryEyeAside(Eyes eyes) {
     switch (eyes) {
         case Eyes::open: return {{"KK", "WK", "KK", "KI"}};
-        case Eyes::wide: return {{"KW", "KK", "KK", "KW"}};
+        case Eyes::wide: return {{"KK", "WK", "WK", "KK", "KK"}};
         case Eyes::closed: return {{"..", "..", "KK", ".."}};
         case Eyes::happy: return {{"..", "KK", "..", ".."}};
         case Eyes::half:
@@ -129,7 +129,7 @@ Stamp furryMouth(Mouth mouth, Turn turn) {
         case Mouth::round: return facing ? Stamp{{"MM", "MM"}} : Stamp{{"M", "M"}};
         case Mouth::flat: return facing ? Stamp{{"MM"}} : Stamp{{"M"}};
         case Mouth::grin: return facing ? Stamp{{"MMMM", ".MM."}} : Stamp{{"MM"}};
-        case Mouth::wavy: return facing ? Stamp{{"M.M.", ".M.M"}} : Stamp{{"MM"}};
+        case Mouth::wavy: return facing ? Stamp{{".MM.", "M..M"}} : Stamp{{"MM.", "..M"}};
         case Mouth::chewing: return facing ? Stamp{{".M."}} : Stamp{{"M"}};
     }
     return {};
@@ -139,6 +139,7 @@ Stamp wispMouth(Mouth mouth, Turn turn, double tongue) {
     const bool facing = turn == Turn::facing;
     if (tongue > 0.05) return facing ? Stamp{{"MMMM", "MTTM"}} : Stamp{{"MM", "TT"}};
     if (mouth == Mouth::smile) return facing ? Stamp{{"M..M", ".MMW"}} : Stamp{{"M..", ".MM"}};
+    if (mouth == Mouth::wavy) return facing ? Stamp{{"M.M.", ".M.M"}} : Stamp{{"MM"}};
     return furryMouth(mouth, turn);
 }
 
