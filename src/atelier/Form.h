@@ -28,6 +28,7 @@ constexpr Builds floating = wisp | bell | swimmer;
 constexpr Builds walking = everyone & ~floating;
 constexpr Builds ghosts = wisp | bell | dusk;
 constexpr Builds furred = everyone & ~ghosts;
+constexpr Builds tailed = squirrel | tall | swimmer;
 constexpr Builds twoLegged = squirrel | tall | swimmer | dusk;
 
 /// The eight directions in the order of a sheet's rows: towards the viewer, then turning to the
