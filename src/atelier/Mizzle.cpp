@@ -32,7 +32,9 @@ Material markings(Vec3 q) {
 void shapeFoot(Model& model, const Frame& root, Side side, const Pose& pose) {
     const auto [swing, lift] = legPose(pose, side);
     const Part part = either(side, Part::legLeft, Part::legRight);
-    const Frame foot = root.moved({2.9 * sideSign(side), 1.3 + lift, 0.6})
+    constexpr double apart = 2.9;
+    const double height = 1.3 + lift - levelDrop(root, side, apart);
+    const Frame foot = root.moved({apart * sideSign(side), height, 0.6})
                            .pitched(-swing * 0.3)
                            .moved({0, 0, swing * 0.12});
     model.ellipsoid(foot, {{0, 0, 0.6}, {2.1, 1.45, 2.8}}, Material::paw, part);

@@ -80,6 +80,12 @@ PairCheat pairCheat(const Frame& frame, Side side) {
     return {.near = std::max(0.0, turned), .far = std::max(0.0, -turned)};
 }
 
+double levelDrop(const Frame& frame, Side side, double x) {
+    constexpr double profile = 0.8;  // from here on a flank is seen as in a view from the side
+    if (turnedToViewer(frame, side) > -profile) return 0;
+    return 2 * x * std::abs(frame.axes.x.y) / std::max(0.5, frame.axes.y.y);
+}
+
 Frame hipFrame(const Frame& root, Vec3 standing, double drop, const Pose& pose) {
     return root.moved(standing)
         .moved({0, pose.bodyY - drop * pose.settled, 0})
@@ -102,9 +108,9 @@ void leg(Model& model, const Frame& body, Side side, const LegShape& shape, cons
     const Part part = either(side, Part::legLeft, Part::legRight);
     const double stretch = std::max(0.78, std::cos(radians(std::min(50.0, std::abs(swing)))));
     const double ankle = -shape.length / stretch + shape.foot.y + lift;
+    const double drop = 1.6 * pose.settled + (shape.level ? levelDrop(body, side, shape.hip.x) : 0);
     const Frame hip =
-        body.moved({shape.hip.x * sideSign(side), shape.hip.y - 1.6 * pose.settled, shape.hip.z})
-            .pitched(-swing);
+        body.moved({shape.hip.x * sideSign(side), shape.hip.y - drop, shape.hip.z}).pitched(-swing);
     // The shin ends where its round end does not reach below the sole.
     const double end = shape.radius * 0.9;
     const double shin = ankle + std::max(0.0, end - shape.foot.y + 0.3);

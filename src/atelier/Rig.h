@@ -54,6 +54,10 @@ struct PairCheat {
 };
 PairCheat pairCheat(const Frame& frame, Side side);
 
+/// How far a limb at `x` on that side is let down in a view from the side: seen from above, the far
+/// foot would stand higher in the picture than the near one, and whoever walks on it would limp.
+double levelDrop(const Frame& frame, Side side, double x);
+
 /// Markings: the material at a point of an ellipsoid, given on the unit sphere.
 using Markings = std::function<Material(Vec3)>;
 
@@ -139,6 +143,7 @@ struct LegShape {
     double radius = 0;
     Vec3 foot;  // radii
     Material footMaterial = Material::paw;
+    bool level = false;  // both feet stand on one line in the views from the side
 };
 /// A leg that swings from the hip and keeps its foot on the ground while it does.
 void leg(Model& model, const Frame& body, Side side, const LegShape& shape, const Pose& pose);

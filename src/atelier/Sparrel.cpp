@@ -14,7 +14,7 @@ constexpr Ellipsoid cheeks{{0, 0, 0}, {7.6, 6.5, 6.9}};
 
 constexpr Neck neck{.root = {0, 4.7, 0.9}, .toHead = {0, 5.0, 0.7}};
 constexpr LegShape legShape{
-    .hip = {2.6, 6.2, 0.0}, .length = 6.2, .radius = 1.7, .foot = {1.8, 1.2, 2.7}};
+    .hip = {2.6, 6.2, 0.0}, .length = 6.2, .radius = 1.7, .foot = {1.8, 1.2, 2.7}, .level = true};
 constexpr EarPlace earPlace{.root = {4.2, 4.5, -0.8},
                             .near = {0, 0.4, -0.6},
                             .far = {0, -2.0, 0.4},

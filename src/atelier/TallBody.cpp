@@ -10,7 +10,7 @@ constexpr Ellipsoid muzzle{{0, -2.6, 4.7}, {3.4, 2.5, 3.5}};
 constexpr Ellipsoid cheeks{{0, 0, 0}, {7.4, 6.0, 6.6}};
 constexpr Neck neck{.root = {0, 7.2, 0.5}, .toHead = {0, 5.0, 1.0}};
 constexpr LegShape legShape{
-    .hip = {3.1, 7.2, 0.0}, .length = 7.2, .radius = 2.2, .foot = {2.1, 1.35, 2.8}};
+    .hip = {3.1, 7.2, 0.0}, .length = 7.2, .radius = 2.2, .foot = {2.1, 1.35, 2.8}, .level = true};
 constexpr ArmShape armShape{.shoulder = {5.2, 6.4, 0.4}, .length = 6.2, .upper = 1.75, .paw = 2.0};
 
 Material bellyMarkings(Vec3 q) {
