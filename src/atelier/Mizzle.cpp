@@ -101,8 +101,9 @@ Head shape(Model& model, const Stage& stage, const Pose& pose) {
         shapeFoot(model, stage.root, side, pose);
         shapeEar(model, head, side, pose);
         shapeArm(model, head, side, pose);
-        model.ellipsoid(head, {{5.6 * sideSign(side), -1.8, 1.4}, {2.8, 2.3, 2.8}}, Material::fur,
-                        Part::head);
+        const double far = pairCheat(head, side).far;
+        model.ellipsoid(head, {{(5.6 - 3.0 * far) * sideSign(side), -1.8, 1.4}, {2.8, 2.3, 2.8}},
+                        Material::fur, Part::head);
     }
     shapeSprout(model, head, pose);
     shapeTail(model, stage.root, stage.tailTurn, pose);
