@@ -9,7 +9,7 @@ namespace quibbits::atelier {
 namespace {
 
 constexpr Vec3 headRadii{7.4, 6.5, 6.7};
-constexpr Ellipsoid muzzle{{0, -2.7, 4.3}, {3.1, 2.3, 2.7}};
+constexpr Ellipsoid muzzle{{0, -2.7, 4.9}, {3.2, 2.5, 3.0}};
 constexpr Ellipsoid cheeks{{0, 0, 0}, {7.6, 6.5, 6.9}};
 
 constexpr Neck neck{.root = {0, 4.7, 0.9}, .toHead = {0, 5.0, 0.7}};
