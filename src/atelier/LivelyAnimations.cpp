@@ -39,9 +39,13 @@ Animation leapForth() {
                    {squash, {0.82, 1.1, 1.06, 1, 1.05, 0.82, 0.96}},
                    {bodyPitch, {8, -12, 2, 12, 16, 6, 0}},
                    {headPitch, {0, -4, -4, -6, -8, 0}},
+                   {face, {4, 12, 16, 16, 16, 10, 4}, furred},
                    {legLeft, {0, -24, -34, 8, 36, 0}},
                    {legRight, {0, -34, -24, 24, 42, 0}},
                    {arms, {-30, 20, 80, 105, 80, 10}},
+                   // Longer arms would reach before the face.
+                   {arms, {-30, 10, 36, 46, 36, 0}, tall | swimmer},
+                   {spreads, {20, 30, 44, 44, 36, 20}, tall | swimmer},
                    {tailPitch, {0, 12, 24, 14, -8, -14, 0}},
                    {ear, {0, 20, 26, 10, -12, 0}}},
         .eyes = {angry},

@@ -93,6 +93,17 @@ Animation faint() {
                        {tailTip, {0, 0, 0, -30, -66}, swimmer},
                        // Who has no bones melts.
                        {tilt, {0, -8, 6, 8, 4, 0}, wisp | bell},
+                       // A ball does the same, and spreads on the ground.
+                       {tilt, {0, 8, 12, -10, -4, 4, 6, 6}, ball},
+                       {settled, {0, 0, 0, 0.5, 1, 1.4}, ball},
+                       {squash, {1, 1.05, 1, 0.94, 0.84, 0.72, 0.79, 0.80}, ball},
+                       {face, {10, 12, 12, 24, 40}, ball},
+                       {headPitch, {0, 0, 0, -6, -16}, ball},
+                       {legs, {0, 0, 0, 12}, ball},
+                       {ear, {0, 0, 0, 20, 34}, ball},
+                       {arms, {30, 30, 30, 0}, ball},
+                       {spreads, {50, 50, 50, 20}, ball},
+                       {tailPitch, {0, 0, 0, 10, 24}, ball},
                        // Who is mostly head slumps, so that its face is seen.
                        {tilt, {0, -8, 10, 26, 38, 46, 43, 43}, dusk},
                        {legLeft, {0, 0, 0, 20, 44}, dusk},
