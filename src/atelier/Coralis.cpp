@@ -95,7 +95,7 @@ void face(Model& model, const Head& head, const Pose& pose) {
 Form coralis() {
     return {.name = "thrummet-coralis",
             .build = swimmer,
-            .headTurn = muzzleTurn,
+            .headTurn = tallHeadTurn,
             .middle = 12,
             .reach = 14,
             .holdsFoodStill = true,

@@ -61,6 +61,8 @@ Animation drifting() {
     return {.name = "Walk",
             .ticks = {6, 6, 6, 6, 6, 6, 6, 6},
             .tracks = {{bodyPitch, {10}},
+                       {legLeft, wave(8, {.size = 16, .middle = -12}), swimmer},
+                       {legRight, wave(8, {.size = -16, .middle = 10}), swimmer},
                        {tailPitch, wave(8, {.size = 6, .middle = 16})},
                        {tailSway, wave(8, {.size = 16})},
                        {armLeft, wave(8, {.size = 16, .middle = 20})},

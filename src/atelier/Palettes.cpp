@@ -210,7 +210,8 @@ Paints coralisPaints() {
                         {'k', 0x5c449c},
                         {'B', 0x3c3460},
                         {'E', 0xfffbd0},
-                        {'e', 0xffcc64}});
+                        {'e', 0xffcc64},
+                        {'F', 0xa86a24}});
     return paints;
 }
 

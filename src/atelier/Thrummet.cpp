@@ -104,7 +104,7 @@ void face(Model& model, const Head& head, const Pose& pose) {
 Form thrummet() {
     return {.name = "thrummet",
             .build = tall,
-            .headTurn = muzzleTurn,
+            .headTurn = tallHeadTurn,
             .middle = 12,
             .reach = 14,
             .paints = thrummetPaints,

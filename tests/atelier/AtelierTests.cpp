@@ -233,6 +233,23 @@ TEST_P(EachForm, TheFaceIsSeenInEveryFrameFromTheSide) {
     }
 }
 
+int rowOfEyes(const Drawing& drawing) {
+    const auto first = std::ranges::find_if(drawing.inks, isEye);
+    return static_cast<int>(first - drawing.inks.begin()) / drawing.width;
+}
+
+// Seen from above, the far foot stands higher in the picture than the near one.
+TEST(Walks, DoNotLimp) {
+    for (const auto* name : {"mizzle", "sparrel", "thrummet"}) {
+        const auto& walk = studioOf(name).strip("Walk");
+        const std::size_t step = walk.size() / 2;
+        for (std::size_t frame = 0; frame < step; ++frame) {
+            EXPECT_NEAR(rowOfEyes(walk[frame]), rowOfEyes(walk[frame + step]), 1)
+                << name << ", frame " << frame;
+        }
+    }
+}
+
 int highestRow(const Drawing& drawing) {
     const auto first = std::ranges::find_if(drawing.inks, [](Ink ink) { return ink != noInk; });
     return static_cast<int>(first - drawing.inks.begin()) / drawing.width;
