@@ -68,6 +68,12 @@ Frame steadied(const Frame& head, const Pose& pose) {
     return slight ? rigid(head).snapped() : head.snapped();
 }
 
+double drawnIn(const Frame& head, Side side) {
+    constexpr double beginning = 0.40;
+    constexpr double complete = 0.50;
+    return std::clamp((pairCheat(head, side).far - beginning) / (complete - beginning), 0.0, 1.0);
+}
+
 Side pictureSide(const Frame& head, Side side) {
     return sideSign(side) * head.axes.x.x < 0 ? Side::left : Side::right;
 }

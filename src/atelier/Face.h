@@ -47,6 +47,10 @@ Spot spotOn(const Frame& head, const Ellipsoid& shape, Anchor anchor, Facing lim
 /// Lays a stamp with its middle on the spot; nothing when it is out of sight or empty.
 void lay(Model& model, const Spot& spot, const Stamp& stamp, Part on = Part::head);
 
+/// How far the cheek on that side is drawn in, from 0 to 1: in a profile the far one would stick
+/// out beside the eye like a second nose. From the front and in portraits both stay full.
+double drawnIn(const Frame& head, Side side);
+
 /// The side of the picture on which the creature's own `side` of the head is seen.
 Side pictureSide(const Frame& head, Side side);
 

@@ -101,9 +101,9 @@ Head shape(Model& model, const Stage& stage, const Pose& pose) {
         shapeFoot(model, stage.root, side, pose);
         shapeEar(model, head, side, pose);
         shapeArm(model, head, side, pose);
-        const double far = pairCheat(head, side).far;
-        model.ellipsoid(head, {{(5.6 - 3.0 * far) * sideSign(side), -1.8, 1.4}, {2.8, 2.3, 2.8}},
-                        Material::fur, Part::head);
+        const double cheek = 5.6 - 1.7 * drawnIn(head, side);
+        model.ellipsoid(head, {{cheek * sideSign(side), -1.8, 1.4}, {2.8, 2.3, 2.8}}, Material::fur,
+                        Part::head);
     }
     shapeSprout(model, head, pose);
     shapeTail(model, stage.root, stage.tailTurn, pose);

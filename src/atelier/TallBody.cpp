@@ -65,10 +65,9 @@ TallFrames shapeTallBody(Model& model, const Stage& stage, const Pose& pose) {
     model.ellipsoid(head, {{}, headRadii}, Material::fur, Part::head, crownMarkings);
     model.ellipsoid(head, muzzle, Material::cream, Part::head);
     for (const Side side : {Side::left, Side::right}) {
-        // The far cheek of a profile would stick out beside the eye like a second nose.
-        const double far = pairCheat(head, side).far;
+        const double in = drawnIn(head, side);
         model.ellipsoid(
-            head, {{(4.6 - 2.6 * far) * sideSign(side), -2.2 - 1.0 * far, 1.6}, {3.6, 2.6, 3.2}},
+            head, {{(4.6 - 1.6 * in) * sideSign(side), -2.2 - 0.6 * in, 1.6}, {3.6, 2.6, 3.2}},
             Material::fur, Part::head, cheekMarkings);
     }
     return {hip, head};
