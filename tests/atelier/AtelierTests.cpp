@@ -264,6 +264,11 @@ TEST_P(EachForm, WhoSleepsLiesLowWithItsEyesShut) {
     }
 }
 
+TEST_P(EachForm, ASleeperSinksAsItBreathesOut) {
+    const auto& sleep = studioOf(GetParam()).strip("Sleep");
+    EXPECT_LT(highestRow(sleep[0]), highestRow(sleep[2]));
+}
+
 TEST(Forms, AreToldApartByTheirOutlinesAlone) {
     const auto outlineOf = [](const Form& form) -> const std::vector<Ink>& {
         return studioOf(form.name).strip("Idle").front().inks;
