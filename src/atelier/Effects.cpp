@@ -8,11 +8,6 @@ namespace {
 
 constexpr int glimmerCount = 6;
 
-/// Bolts with a rim, so that they are seen on light and on dark grounds alike.
-const Stamp leaningBolt{{"....FF.", "...FeeF", "..FeEF.", ".FeEFF.", "FeEEEeF", ".FFEeF.",
-                         ".FEeF..", "FeFF...", ".F....."}};
-const Stamp fadingBolt{{"..F..", ".FeF.", "FeEeF", ".FeF.", "..F.."}};
-
 /// Where bolts strike, in degrees about the middle: three rounds, none of them near the ground.
 constexpr int boltCount = 4;
 constexpr std::array<std::array<double, boltCount>, 3> boltRounds{
@@ -40,14 +35,18 @@ void addGlimmers(Model& model, const Form& form, const Frame& foot, int step) {
     }
 }
 
-/// Bolts that leave a furry creature: each is full in one frame and fades outwards in the next.
+/// Bolts that leave a furry creature: each is whole in one frame and a spark farther out in the
+/// next. They have a rim, so that they are seen on light and on dark grounds alike.
 void addBolts(Model& model, const Form& form, const Frame& foot, int step) {
+    const Stamp whole{{"....FF.", "...FeeF", "..FeEF.", ".FeEFF.", "FeEEEeF", ".FFEeF.", ".FEeF..",
+                       "FeFF...", ".F....."}};
+    const Stamp spark{{"..F..", ".FeF.", "FeEeF", ".FeF.", "..F.."}};
     const auto& round = boltRounds[static_cast<std::size_t>(step / 2) % boltRounds.size()];
     const bool fading = step % 2 != 0;
     const double radius = form.reach * (fading ? 1.5 : 1.3);
     for (const double degree : round) {
         const double angle = radians(degree);
-        const Stamp& bolt = fading ? fadingBolt : leaningBolt;
+        const Stamp& bolt = fading ? spark : whole;
         const double x = foot.origin.x + radius * std::cos(angle);
         const double y = foot.origin.y + form.middle + radius * std::sin(angle);
         model.mote({.x = rounded(x - bolt.width() / 2.0),
