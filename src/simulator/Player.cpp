@@ -96,23 +96,23 @@ void Player::begin(const Json& fields) {
 }
 
 void Player::play() {
-    bool started = false;
     for (const ScenarioEvent& event : scenario_) {
         if (ended_) break;
         // What stands at time 0 is the computer as the program finds it.
-        if (!started && event.at > 0 && !app_) start();
-        started = started || event.at > 0 || event.kind == "start";
+        if (!begun_ && event.at > 0 && !app_) start();
+        begun_ = begun_ || event.at > 0 || event.kind == "start";
         advanceTo(event.at);
         apply(event);
     }
     if (ended_) return;
-    if (!started && !app_) start();
+    if (!begun_ && !app_) start();
+    begun_ = true;
     advanceTo(computer_->runLoop.now() + options_.lasting);
 }
 
 void Player::advanceTo(Instant instant) {
     VirtualRunLoop& loop = computer_->runLoop;
-    if (options_.frameEvery > 0) {
+    if (options_.frameEvery > 0 && begun_) {
         for (; nextFrame_ <= instant; nextFrame_ += options_.frameEvery) {
             loop.advanceTo(std::max(nextFrame_, loop.now()));
             if (options_.onFrame) options_.onFrame(*computer_);

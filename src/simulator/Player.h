@@ -63,6 +63,7 @@ private:
     std::unique_ptr<SimulatedComputer> computer_;
     std::unique_ptr<Trace> trace_;
     std::unique_ptr<AppDelegate> app_;
+    bool begun_ = false;  // past what stands at time 0
     Instant nextFrame_ = 0;
     Timer positions_;
     std::vector<Json> lines_;  // of the trace since the last expect, where any is to come

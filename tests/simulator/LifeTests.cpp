@@ -136,6 +136,21 @@ TEST_F(Life, IsTheSameFromTheSameSeedAndHoweverTimeIsCutUp) {
     EXPECT_EQ(play(0.7), whole);
 }
 
+TEST_F(Life, IsFilmedFromTheComputerAsTheProgramFindsIt) {
+    const Scenario events = scenario(R"({"at":0,"event":"begin","seed":1})"
+                                     "\n"
+                                     R"({"at":0,"event":"screen","width":640,"height":340})"
+                                     "\n"
+                                     R"({"at":1,"event":"end"})");
+    std::vector<double> widths;
+    const auto shoot = [&](SimulatedComputer& computer) {
+        widths.push_back(computer.screens.screen->frame.width);
+    };
+    Player player(events, {.frameEvery = 0.25, .onFrame = shoot}, resources, ruler);
+    player.play();
+    EXPECT_EQ(widths, std::vector<double>(5, 640));
+}
+
 /// What painting takes while one thing is being done.
 struct Cost {
     double repaints = 0;  // a second
