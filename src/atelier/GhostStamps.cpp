@@ -75,13 +75,29 @@ Stamp pressed(Turn turn) {
     return {};
 }
 
+/// Its corners turn up: with a straight upper edge it would look like a band across the face.
 Stamp tongueTeeth(Turn turn) {
     switch (turn) {
-        case Turn::facing: return {{"DDDDDDD", "DSDDDSD", ".DTTTD.", "..TTT.."}};
-        case Turn::halfway: return {{"DDDDDD", "DSDDSD", ".DTTTD", "..TTT."}};
-        case Turn::aside: return {{"DDDD", "DSDD", ".DTT"}};
+        case Turn::facing: return {{"D.....D", "DSDDDSD", ".DTTTD.", "..TTT.."}};
+        case Turn::halfway: return {{"D....D", "DSDDSD", ".DTTTD", "..TTT."}};
+        case Turn::aside: return {{"D...", "DSDD", ".DTT"}};
     }
     return {};
+}
+
+/// Lips that tremble.
+Stamp trembling(Turn turn) {
+    switch (turn) {
+        case Turn::facing: return {{".DD..DD", "D..DD.."}};
+        case Turn::halfway: return {{".DD.D", "D..D."}};
+        case Turn::aside: return {{".D", "D."}};
+    }
+    return {};
+}
+
+Stamp cryingOut(Turn turn) {
+    return turn == Turn::aside ? Stamp{{"DD", "DD", "DT"}}
+                               : Stamp{{".DDD.", "DDDDD", "DDDDD", ".DTD."}};
 }
 
 }  // namespace
@@ -128,6 +144,8 @@ Stamp duskMouth(Mouth mouth, Turn turn, Side towards, double tongue) {
 
 Stamp bellMouth(Mouth mouth, Turn turn, Side towards) {
     if (mouth == Mouth::flat) return turn == Turn::facing ? Stamp{{".DDDDD."}} : Stamp{{"DDD"}};
+    if (mouth == Mouth::wavy) return trembling(turn);
+    if (mouth == Mouth::round) return cryingOut(turn);
     const Stamp stamp = tongueTeeth(turn);
     return turn == Turn::aside && towards == Side::left ? mirrored(stamp) : stamp;
 }

@@ -38,15 +38,20 @@ Animation headOut() {
             .builds = ghosts};
 }
 
-// Leans back as in a deck chair, with the face up.
+// Leans back as in a deck chair; who has no legs lies on its belly, its chin on its hands.
 Animation laying() {
     return {.name = "Laying",
             .ticks = {40, 12, 40, 12},
             .tracks = {{tilt, {42}, dusk},
-                       {tilt, {24}, wisp | bell},
                        {pivot, {4.5}},
-                       {squash, {1, 0.98, 0.96, 0.98}},
-                       {arms, {14}},
+                       {squash, {1, 0.98, 0.96, 0.98}, dusk},
+                       {squash, {0.86, 0.84, 0.81, 0.84}, wisp | bell},
+                       {settled, {0.6}, wisp | bell},
+                       {face, {14}, wisp | bell},
+                       {headPitch, {-6}, wisp | bell},
+                       {arms, {14}, dusk},
+                       {arms, {66}, wisp | bell},
+                       {spreads, {-6}, wisp | bell},
                        {legLeft, {34}},
                        {legRight, {12}},
                        {tailPitch, {-12}},
@@ -99,6 +104,7 @@ Animation lick() {
     return {.name = "Lick",
             .ticks = {6, 4, 4, 6, 4, 4, 6},
             .tracks = {{face, {-24}},
+                       {face, {-32}, bell},
                        {joint::tongue, {0.08, 0.45, 0.85, 1, 1, 0.5, 0.1}},
                        {bodyPitch, {-8, 2, 8, 10, 8, 4, 0}},
                        {headPitch, {0, 0, 0, -6, -6, 0}},

@@ -27,18 +27,24 @@ void shapeSkirt(Model& model, const Frame& head, const Pose& pose) {
     }
 }
 
-void shapeHoodTip(Model& model, const Frame& head, const Pose& pose) {
+/// Its tip hangs over backwards, however far the face is turned to the viewer.
+void shapeHoodTip(Model& model, const Stage& stage, const Frame& head, const Pose& pose) {
     const double sway = std::sin(pose.phase) * 0.8;
     const double late = std::sin(pose.phase - 1.2) * 2;
     model.chain(
-        head.moved({0, 5.2, -0.6}).pitched(-pose.tailPitch).rolled(pose.tailSway * 0.4),
+        head.yawed(stage.tailTurn - stage.faceTurn)
+            .moved({0, 5.2, -0.6})
+            .pitched(-pose.tailPitch)
+            .rolled(pose.tailSway * 0.4),
         {.points = {{0, -1, 0}, {0, 2.0, -0.6}, {sway, 4.0, -2.4}, {late, 4.4, -4.6}},
          .radii = {4.4, 2.9, 2.0, 1.2},
          .materialAlong = [](double t) { return t > 0.8 ? Material::fluff : Material::fur; }},
         Part::head);
 }
 
+/// A mitten goes where the hand of an arm would be, were there an arm.
 void shapeMitten(Model& model, const Frame& head, Side side, const Pose& pose) {
+    constexpr double reach = 5;
     const double sign = sideSign(side);
     const auto [swing, spread] = armPose(pose, side);
     const Part part = either(side, Part::puffLeft, Part::puffRight);
@@ -46,10 +52,10 @@ void shapeMitten(Model& model, const Frame& head, Side side, const Pose& pose) {
     const bool facesAway = head.axes.z.z < -0.2;
     const auto [near, far] = facesAway ? PairCheat{} : pairCheat(head, side);
     const Frame hand =
-        head.moved({9.2 * sign, -3.2 + bob - 0.8 * near - 3.0 * far, 0.6 - 1.6 * near + 5.6 * far})
-            .pitched(-swing)
-            .rolled(spread * 0.4 * sign)
-            .moved({0, -1.5, 0.5});
+        head.moved({8.2 * sign, 0.2 + bob - 0.8 * near - 3.0 * far, 0.0 - 1.6 * near + 5.6 * far})
+            .pitched(0.9 * pose.bend - swing)
+            .rolled(spread * 0.8 * sign)
+            .moved({0, -reach, 0});
     model.ellipsoid(hand, {{0, 0, 0}, {2.0, 1.9, 1.9}}, Material::paw, part);
     model.ellipsoid(hand, {{-1.7 * sign, 1.0, 0.6}, {0.9, 1.1, 0.9}}, Material::paw, part);
     for (const double finger : {-1.4, 0.0, 1.4}) {
@@ -59,7 +65,8 @@ void shapeMitten(Model& model, const Frame& head, Side side, const Pose& pose) {
 
 /// Hangs out a little whenever the mouth is open; to the side it reaches far enough for a berry.
 void shapeTongue(Model& model, const Stage& stage, const Frame& head, const Pose& pose) {
-    if (pose.mouth == Mouth::flat || isStroke(pose.eyes) || head.axes.z.z < -0.3) {
+    if (pose.mouth == Mouth::flat || pose.mouth == Mouth::wavy || isStroke(pose.eyes) ||
+        head.axes.z.z < -0.3) {
         if (pose.tongue <= 0.05) return;
     }
     const double sideways = std::abs(stage.root.axes.z.x);
@@ -80,7 +87,7 @@ Head shape(Model& model, const Stage& stage, const Pose& pose) {
         steadied(headInTheAir(stage.root, 14.0 - 5 * pose.settled, stage.faceTurn, pose), pose);
     model.ellipsoid(head, {{}, hoodRadii}, Material::fur, Part::head);
     shapeSkirt(model, head, pose);
-    shapeHoodTip(model, head, pose);
+    shapeHoodTip(model, stage, head, pose);
     for (const Side side : {Side::left, Side::right}) shapeMitten(model, head, side, pose);
     shapeTongue(model, stage, head, pose);
     return {.frame = head, .radii = hoodRadii, .eyeYaw = 31, .eyeRise = 16, .mouthRise = -18};
@@ -115,7 +122,7 @@ Form gloamer() {
     return {.name = "gloamer",
             .build = bell,
             .cameraTilt = 16,
-            .headTurn = {0, -13, -36, -10, 0, 10, 36, 13},
+            .headTurn = {0, -13, -44, -10, 0, 10, 44, 13},
             .middle = 12,
             .reach = 12,
             .faceStyle = FaceStyle::hooded,
