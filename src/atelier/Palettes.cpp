@@ -23,7 +23,7 @@ struct NamedColour {
 
 // Letters of the stamps. K pupil, W white, I iris, M and D mouth, m soft mouth line, T t tongue, N
 // nose, R blush, B brow, S teeth, s soft teeth, G g glowing eye and its shade, E e spark and its
-// rim, F bolt's edge, P p pattern on the back, k soft pupil, C tear, Q anger.
+// rim, F bolt's edge, P p pattern on the back, k soft pupil, C tear, Q anger, V v scraps of fog.
 
 constexpr Ramp creamRamp{0x6b3a44, 0xb98a7a, 0xe9c9a2, 0xfdeecb, 0xfffbe9, 0xffffff};
 constexpr Ramp plumRamp{0x241633, 0x32204a, 0x462d63, 0x623f80, 0x8158a0, 0xa980c4};
@@ -132,7 +132,8 @@ Palette ghostPalette(const GhostCoat& coat, const Ramp& light) {
                    {'m', body.deep},
                    {'P', body.deep},
                    {'p', body.shade},
-                   {'V', coat.fog.shade}});
+                   {'V', coat.fog.shade},
+                   {'v', coat.fog.base}});
     return palette;
 }
 

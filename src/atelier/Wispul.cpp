@@ -60,16 +60,24 @@ void shapeHem(Model& model, const Frame& head, const Pose& pose) {
         Part::head);
 }
 
-/// Two flippers of fog at the sides that trail backwards and flap in turn.
+/// Two flippers of fog at the sides that trail backwards and flap in turn. They rise with the arms
+/// that others have.
 void shapeFlippers(Model& model, const Frame& head, const Pose& pose) {
     for (const Side side : {Side::left, Side::right}) {
         const double sign = sideSign(side);
         const double flap = std::sin(pose.phase + sign * 1.3);
-        if (pairCheat(head, side).far > 0.6) continue;  // only its tip would stick out
-        model.chain(head,
-                    {.points = {{6.4 * sign, -2.2, 0.8},
-                                {8.0 * sign, -3.0 + 0.5 * flap, -1.0},
-                                {8.6 * sign, -2.6 + 1.3 * flap, -3.4}},
+        const auto [swing, spread] = armPose(pose, side);
+        const double raised = std::clamp(swing - Pose{}.armLeft, 0.0, 85.0) * 0.8;
+        const auto [near, far] = pairCheat(head, side);
+        if (far > 0.6 && raised < 30) continue;  // only its tip would stick out
+        const double outwards = (spread - Pose{}.spreadLeft) * 0.6 * (1 - near - far);
+        const Frame flipper = head.moved({6.4 * sign, -2.2 + 0.02 * raised, 0.8})
+                                  .rolled(sign * outwards)
+                                  .pitched(raised);
+        model.chain(flipper,
+                    {.points = {{0, 0, 0},
+                                {1.6 * sign, -0.8 + 0.5 * flap, -1.8},
+                                {2.2 * sign, -0.4 + 1.3 * flap, -4.2 - 0.02 * raised}},
                      .radii = {1.9, 1.9, 0.9},
                      .material = Material::fluff},
                     either(side, Part::puffLeft, Part::puffRight));
@@ -82,8 +90,8 @@ void shedFog(Model& model, const Stage& stage, const Frame& head, const Pose& po
     // One that lies down sheds none, nor does an enlarged one: scraps do not grow with it.
     if (pose.footing == Footing::lying || length(head.axes.x) > 1.4) return;
     static const std::array<Stamp, 5> scraps{
-        Stamp{{".VVV.", "VVVVV", "VVVVV", ".VVV."}}, Stamp{{".VV.", "VVVV", "VVVV", ".VV."}},
-        Stamp{{".VV.", "VVVV", ".VV."}}, Stamp{{"VV", "VV"}}, Stamp{}};
+        Stamp{{"..vV.", ".vvVV", "vvVVV", "VVVV."}}, Stamp{{".vV.", "vvVV", "vVVV", ".VV."}},
+        Stamp{{".vV", "vVV", "VV."}}, Stamp{{"vV", "VV"}}, Stamp{}};
     const Frame behind = head.yawed(stage.tailTurn - stage.faceTurn);
     for (int i = 0; i < 2; ++i) {
         const double turns = pose.phase / fullTurn + i / 2.0;
@@ -102,12 +110,13 @@ void shapeTongue(Model& model, const Stage& stage, const Frame& head, const Pose
     const double sideways = std::abs(stage.root.axes.z.x);
     const double reach = (4 + 14 * sideways) * pose.tongue;
     const double drop = (1.2 + 2.0 * (1 - sideways)) * pose.tongue;
+    const double thickness = std::min(1.0, 0.7 + pose.tongue);
     model.chain(head,
                 {.points = {{0, -2.4, 5.6},
                             {0, -3.4, 6.4 + reach * 0.4},
                             {0, -3.0 - drop, 6.4 + reach * 0.75},
                             {0, -2.4 - drop, 6.4 + reach}},
-                 .radii = {1.4, 1.4, 1.3, 1.5},
+                 .radii = {1.4 * thickness, 1.4 * thickness, 1.3 * thickness, 1.5 * thickness},
                  .material = Material::skin,
                  .flatness = {1.1, 0.8, 1}},
                 Part::tongue);
@@ -142,7 +151,7 @@ void face(Model& model, const Head& head, const Pose& pose) {
         spotOn(head.frame, {{}, ballRadii}, {180, 4}, {.facing = 0.8, .hidden = 0.35});
     lay(model, back,
         back.turn == Turn::facing
-            ? Stamp{{".PPPPP.", "PP...PP", "P..P..P", "P.P.P.P", "P.P...P", "PP....P", ".PPPPP."}}
+            ? Stamp{{"..PPP..", ".P...P.", "P..P..P", "P.P.P.P", "P...P..", ".P..P..", "..PP..."}}
             : Stamp{{".PPP.", "P...P", "P.P.P", "..P.P", "PP.P."}});
 }
 
