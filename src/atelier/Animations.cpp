@@ -26,9 +26,13 @@ Pose stanceOf(Builds build, double phase) {
         pose.legLeft = -9;
         pose.legRight = 10;
     }
-    if ((build & (tall | dusk)) != 0) {
+    if ((build & tall) != 0) {
         pose.legLeft = -16;
         pose.legRight = 17;
+    }
+    if ((build & dusk) != 0) {
+        pose.legLeft = -24;
+        pose.legRight = 26;
     }
     if ((build & ball) != 0) {
         pose.legLeft = -22;

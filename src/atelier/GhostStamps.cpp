@@ -47,12 +47,13 @@ Stamp grin(Turn turn) {
     return {};
 }
 
+/// Teeth along the upper edge: two fangs in the dark would look like eyes behind a mask.
 Stamp wideOpen(Turn turn) {
     switch (turn) {
         case Turn::facing:
-            return {{"..DDDDD..", ".DSDDDSD.", ".DDDDDDD.", "..DTTTD..", "...DDD..."}};
-        case Turn::halfway: return {{".DDDD", "DSDDS", "DDTTD", ".DDD."}};
-        case Turn::aside: return {{"DD", "DD", "DD"}};
+            return {{"DDDDDDDDD", "DSSSSSSSD", ".DDDDDDD.", "..DTTTD..", "...DDD..."}};
+        case Turn::halfway: return {{"DDDDDDD", "DSSSSSD", ".DTTTD.", "..DDD.."}};
+        case Turn::aside: return {{"DDD", "DSS", ".DT"}};
     }
     return {};
 }
@@ -136,8 +137,9 @@ Stamp duskMouth(Mouth mouth, Turn turn, Side towards, double tongue) {
     switch (mouth) {
         case Mouth::smile:
         case Mouth::grin: return turnedRight(grin(turn));
-        case Mouth::open:
-        case Mouth::round: return wideOpen(turn);
+        case Mouth::open: return wideOpen(turn);
+        case Mouth::round: return cryingOut(turn);
+        case Mouth::wavy: return trembling(turn);
         default: return pressed(turn);
     }
 }

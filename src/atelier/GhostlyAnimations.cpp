@@ -38,24 +38,29 @@ Animation headOut() {
             .builds = ghosts};
 }
 
-// Leans back as in a deck chair; who has no legs lies on its belly, its chin on its hands.
+// Sits with its legs stretched out, leaning back upon its hands. Who has no legs lies on its belly,
+// its chin on its hands.
 Animation laying() {
     return {.name = "Laying",
             .ticks = {40, 12, 40, 12},
-            .tracks = {{tilt, {42}, dusk},
-                       {pivot, {4.5}},
-                       {squash, {1, 0.98, 0.96, 0.98}, dusk},
+            .tracks = {{squash, {1, 0.985, 0.965, 0.985}, dusk},
+                       {settled, {1.3}, dusk},
+                       {bodyPitch, {-12}, dusk},
+                       {headPitch, {6}, dusk},
+                       {headY, {-1, -1, -2, -1}, dusk},
+                       {legLeft, {84}, dusk},
+                       {legRight, {96}, dusk},
+                       {arms, {-74}, dusk},
+                       {bend, {-20}, dusk},
+                       {spreads, {6}, dusk},
                        {squash, {0.86, 0.84, 0.81, 0.84}, wisp | bell},
                        {settled, {0.6}, wisp | bell},
                        {face, {14}, wisp | bell},
                        {headPitch, {-6}, wisp | bell},
-                       {arms, {14}, dusk},
                        {arms, {66}, bell},
                        {spreads, {-6}, bell},
-                       {legLeft, {34}},
-                       {legRight, {12}},
                        {tailPitch, {-12}},
-                       {tailCurl, {-8}},
+                       {tailSway, {6, 8, 10, 8}},
                        {ear, {16}}},
             .eyes = {half, closed, half, half},
             .mouths = {Mouth::smile},
@@ -64,22 +69,24 @@ Animation laying() {
             .builds = ghosts};
 }
 
-// The deep sleep: leaning back with legs, a puddle of itself without.
+// The deep sleep: sunk back against nothing with legs, a puddle of itself without.
 Animation eventSleep() {
     return {.name = "EventSleep",
             .ticks = {44, 16, 44, 16},
-            .tracks = {{tilt, {42}, dusk},
-                       {pivot, {4.5}},
-                       {squash, {0.92, 0.90, 0.87, 0.90}, dusk},
+            .tracks = {{tilt, {14}, dusk},
+                       {squash, {0.90, 0.88, 0.85, 0.88}, dusk},
+                       {settled, {1.5}, dusk},
+                       {headRoll, {-6}, dusk},
+                       {headY, {-1.5, -1.5, -2.5, -1.5}, dusk},
+                       {legLeft, {84}, dusk},
+                       {legRight, {96}, dusk},
+                       {arms, {20}, dusk},
                        {squash, {0.82, 0.79, 0.75, 0.79}, wisp | bell},
                        {settled, {0.6}, wisp | bell},
                        {face, {14}},
-                       {arms, {30}},
+                       {arms, {30}, wisp | bell},
                        {spreads, {-6}},
-                       {legLeft, {30}},
-                       {legRight, {16}},
                        {tailPitch, {-14}},
-                       {tailCurl, {-8}},
                        {ear, {24}}},
             .eyes = {closed},
             .mouths = {Mouth::flat},
@@ -105,6 +112,7 @@ Animation lick() {
             .ticks = {6, 4, 4, 6, 4, 4, 6},
             .tracks = {{face, {-24}},
                        {face, {-32}, bell},
+                       {face, {-34}, dusk},
                        {joint::tongue, {0.08, 0.45, 0.85, 1, 1, 0.5, 0.1}},
                        {bodyPitch, {-8, 2, 8, 10, 8, 4, 0}},
                        {headPitch, {0, 0, 0, -6, -6, 0}},
@@ -117,16 +125,21 @@ Animation lick() {
             .builds = ghosts};
 }
 
+// Digs its heels in, throws its weight back and slips forward again.
 Animation pull() {
     return {.name = "Pull",
             .ticks = {6, 6, 6, 6},
-            .tracks = {{bodyPitch, {-4, -14, -20, -12}},
-                       {headPitch, {0, 6, 10, 4}},
-                       {z, {1, 0, -1, 0}},
-                       {arms, {80, 86, 90, 86}},
-                       {spreads, {-10}},
-                       {legLeft, {10, 20, 26, 18}},
-                       {legRight, {0, 8, 14, 8}}},
+            .tracks = {{tilt, {2, 10, 18, 12}},
+                       {pivot, {0}},
+                       {bodyPitch, {4, -8, -14, -10}},
+                       {headPitch, {0, 8, 14, 10}},
+                       {z, {2, 0, -2, -1}},
+                       {squash, {0.96, 1.02, 1.05, 1.02}},
+                       {arms, {66, 70, 76, 72}},
+                       {bend, {-30}},
+                       {spreads, {-24}},
+                       {legLeft, {10, 24, 34, 28}},
+                       {legRight, {-6, 6, 14, 10}}},
             .eyes = {angry, angry, closed, angry},
             .mouths = {Mouth::wavy},
             .builds = dusk};

@@ -105,10 +105,11 @@ Animation faint() {
                        {spreads, {50, 50, 50, 20}, ball},
                        {tailPitch, {0, 0, 0, 10, 24}, ball},
                        // Who is mostly head slumps, so that its face is seen.
-                       {tilt, {0, -8, 10, 26, 38, 46, 43, 43}, dusk},
+                       {tilt, {0, -8, 10, 22, 30, 37, 34, 34}, dusk},
                        {legLeft, {0, 0, 0, 20, 44}, dusk},
                        {legRight, {0, 0, 0, 6, 26}, dusk},
                        {arms, {30, 30, 30, -10, -24}, dusk},
+                       {tailPitch, {0, 0, 0, -6, -14}, dusk},
                        {squash, {1, 1.08, 1, 0.84, 0.64, 0.54, 0.58}, wisp | bell},
                        {face, {0, 4, 8, 14}, wisp | bell}},
             .eyes = {hurt, hurt, hurt, dizzy},

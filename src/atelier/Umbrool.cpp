@@ -12,7 +12,7 @@ constexpr Ellipsoid belly{{0, -0.2, 0}, {7.0, 5.2, 6.0}};
 constexpr Neck neck{.root = {0, 3.6, 0.2}, .toHead = {0, 5.2, 0.6}};
 constexpr LegShape legShape{
     .hip = {3.4, 4.4, 0.6}, .length = 4.4, .radius = 2.2, .foot = {2.3, 1.5, 3.2}};
-constexpr ArmShape armShape{.shoulder = {5.8, 3.6, 0.8}, .length = 6.6, .upper = 1.5, .paw = 1.8};
+constexpr ArmShape armShape{.shoulder = {5.8, 3.6, 0.8}, .length = 6.0, .upper = 1.5, .paw = 1.8};
 
 void shapeArm(Model& model, const Frame& hip, Side side, Pose pose) {
     (side == Side::right ? pose.spreadRight : pose.spreadLeft) += 22;
@@ -84,12 +84,16 @@ Head shape(Model& model, const Stage& stage, const Pose& pose) {
     return {.frame = head, .radii = headRadii, .eyeYaw = 29, .eyeRise = 12, .mouthRise = -22};
 }
 
-/// A head turned aside leaves the eyes and the grin less width: the eyes make way.
+/// A head turned aside leaves the eyes and the grin less width: the grin is a narrower one, and the
+/// eyes make way.
 constexpr int eyesRaised = 2;
+constexpr double turnedAside = 0.25;  // the sine of the turn
 
 void face(Model& model, const Head& head, const Pose& pose) {
-    const Spot mouth = spotOn(head.frame, {{}, headRadii}, {keptInView(head.frame, 34), -14},
-                              {.facing = 0.80, .halfway = 0.5, .hidden = 0.02});
+    Spot mouth = spotOn(head.frame, {{}, headRadii}, {keptInView(head.frame, 34), -14},
+                        {.facing = 0.80, .halfway = 0.5, .hidden = 0.02});
+    const bool turned = std::abs(normalised(head.frame.axes.z).x) > turnedAside;
+    if (mouth.turn == Turn::facing && turned) mouth.turn = Turn::halfway;
     const bool aside = mouth.turn != Turn::facing && mouth.quarters == 0;
     for (const Side side : {Side::left, Side::right}) {
         Spot eye =
@@ -109,7 +113,7 @@ Form umbrool() {
     return {.name = "umbrool",
             .build = dusk,
             .cameraTilt = 16,
-            .headTurn = {0, -13, -40, -10, 0, 10, 40, 13},
+            .headTurn = {0, -13, -50, -10, 0, 10, 50, 13},
             .middle = 12,
             .reach = 14,
             .faceStyle = FaceStyle::slanted,
