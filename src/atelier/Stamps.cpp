@@ -138,9 +138,13 @@ Stamp furryMouth(Mouth mouth, Turn turn) {
 Stamp wispMouth(Mouth mouth, Turn turn, double tongue) {
     const bool facing = turn == Turn::facing;
     if (tongue > 0.05) return facing ? Stamp{{"MMMM", "MTTM"}} : Stamp{{"MM", "TT"}};
-    if (mouth == Mouth::smile) return facing ? Stamp{{"M..M", ".MMW"}} : Stamp{{"M..", ".MM"}};
-    if (mouth == Mouth::wavy) return facing ? Stamp{{"M.M.", ".M.M"}} : Stamp{{"MM"}};
-    return furryMouth(mouth, turn);
+    switch (mouth) {
+        case Mouth::smile: return facing ? Stamp{{"M..M", ".MMW"}} : Stamp{{"M..", ".MM"}};
+        case Mouth::open: return facing ? Stamp{{"MMMM", "MTTM", ".MM."}} : Stamp{{"MMM", "MTT"}};
+        case Mouth::round: return facing ? Stamp{{".M.", "MMM", "MMM"}} : Stamp{{"MM", "MM", "MM"}};
+        case Mouth::wavy: return facing ? Stamp{{"M.M.", ".M.M"}} : Stamp{{"MM"}};
+        default: return furryMouth(mouth, turn);
+    }
 }
 
 }  // namespace quibbits::atelier

@@ -71,9 +71,10 @@ void shapeFlippers(Model& model, const Frame& head, const Pose& pose) {
         const auto [near, far] = pairCheat(head, side);
         if (far > 0.6 && raised < 30) continue;  // only its tip would stick out
         const double outwards = (spread - Pose{}.spreadLeft) * 0.6 * (1 - near - far);
-        const Frame flipper = head.moved({6.4 * sign, -2.2 + 0.02 * raised, 0.8})
-                                  .rolled(sign * outwards)
-                                  .pitched(raised);
+        const Frame flipper =
+            head.moved({6.4 * sign, -2.2 + 0.02 * raised, 0.8 + 0.05 * raised * far})
+                .rolled(sign * outwards)
+                .pitched(raised);
         model.chain(flipper,
                     {.points = {{0, 0, 0},
                                 {1.6 * sign, -0.8 + 0.5 * flap, -1.8},
