@@ -63,12 +63,12 @@ void shapeMitten(Model& model, const Frame& head, Side side, const Pose& pose) {
     }
 }
 
-/// Hangs out a little whenever the mouth is open; to the side it reaches far enough for a berry.
+/// Hangs out a little from a mouth that smiles or laughs; to the side it reaches far enough for a
+/// berry.
 void shapeTongue(Model& model, const Stage& stage, const Frame& head, const Pose& pose) {
-    if (pose.mouth == Mouth::flat || pose.mouth == Mouth::wavy || isStroke(pose.eyes) ||
-        head.axes.z.z < -0.3) {
-        if (pose.tongue <= 0.05) return;
-    }
+    const bool hangs =
+        (pose.mouth == Mouth::smile || pose.mouth == Mouth::open) && head.axes.z.z >= 0.2;
+    if (!hangs && pose.tongue <= 0.05) return;
     const double sideways = std::abs(stage.root.axes.z.x);
     const double reach = 2.0 + (4 + 10 * sideways) * pose.tongue;
     const double drop = (1.2 - 3.4 * sideways) * pose.tongue;
