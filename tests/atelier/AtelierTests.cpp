@@ -393,6 +393,68 @@ TEST(Tongues, ReachTheBerry) {
     }
 }
 
+/// How much higher the right one of two glowing eyes begins than the left one.
+int eyeSlope(const Drawing& drawing) {
+    std::map<int, int> tops;  // by column
+    for (int x = 0; x < drawing.width; ++x) {
+        for (int y = 0; y < drawing.height && !tops.contains(x); ++y) {
+            if (drawing.at(x, y) == inkOf('G')) tops[x] = y;
+        }
+    }
+    if (tops.empty()) return 1000;
+    // The widest gap between columns parts the eyes.
+    auto right = std::next(tops.begin());
+    int widest = 0;
+    for (auto at = std::next(tops.begin()); at != tops.end(); ++at) {
+        const int gap = at->first - std::prev(at)->first;
+        if (gap > widest) right = at;
+        widest = std::max(widest, gap);
+    }
+    const auto highest = [](auto from, auto to) {
+        return std::min_element(from, to, [](auto& a, auto& b) { return a.second < b.second; })
+            ->second;
+    };
+    return highest(tops.begin(), right) - highest(right, tops.end());
+}
+
+TEST(Ghosts, HaveEyesThatDoNotJumpAgainstEachOther) {
+    for (const std::string_view name : {"wispul", "gloamer", "umbrool"}) {
+        for (const std::string_view moving : {"Walk", "Float"}) {
+            for (const int direction : {facingViewer, facingRight, 6}) {
+                const auto& strip = studioOf(name).strip(moving, direction);
+                const int slope = eyeSlope(strip.front());
+                EXPECT_LE(std::abs(slope), 2) << name << ", " << moving;
+                for (const auto& drawing : strip) {
+                    EXPECT_EQ(eyeSlope(drawing), slope) << name << ", " << moving;
+                }
+            }
+        }
+    }
+}
+
+bool isOf(Ink ink, Material material) {
+    const Ink first = inkOf(material, Tint::deep);
+    return ink >= first && ink < first + tintCount;
+}
+
+TEST(Ghosts, HoldTheirHandsAsOthersHoldTheirArms) {
+    auto& studio = studioOf("gloamer");
+    const auto highestMitten = [](const Drawing& drawing) {
+        const auto found =
+            std::ranges::find_if(drawing.inks, [](Ink ink) { return isOf(ink, Material::paw); });
+        return static_cast<int>(found - drawing.inks.begin()) / drawing.width;
+    };
+    const int atRest = highestMitten(studio.strip("Idle").front());
+    EXPECT_LT(highestMitten(studio.strip("Pose")[2]), atRest - 6);
+}
+
+TEST(Ghosts, DoNotLoseTheirTongueWhileTheyBlink) {
+    for (const auto& drawing : studioOf("gloamer").strip("Idle")) {
+        const auto isTongue = [](Ink ink) { return isOf(ink, Material::skin); };
+        EXPECT_GT(std::ranges::count_if(drawing.inks, isTongue), 4);
+    }
+}
+
 /// The parts of an animated PNG that tell its time: every frame's share of a second, added up.
 double secondsOf(std::span<const std::byte> file) {
     const auto number = [&](std::size_t at, int bytes) {
