@@ -105,16 +105,15 @@ Animation twirl() {
             .mouths = {Mouth::open}};
 }
 
-// A head over heels roll, tucked in.
+// A head over heels roll, tucked in. It turns in the plane of the picture, which keeps the face in
+// view.
 Animation tumble() {
     return {.name = "Tumble",
             .ticks = {3, 3, 3, 3, 3, 3, 3, 3},
-            .tracks = {{pitch, {0, 45, 90, 135, 180, 225, 270, 315}},
-                       // Who has a face to keep in view rolls in the plane of the picture.
-                       {pitch, {0}, furred},
-                       {tilt, {0, -45, -90, -135, -180, -225, -270, -315}, furred},
+            .tracks = {{tilt, {0, -45, -90, -135, -180, -225, -270, -315}},
                        {face, {14}, furred},
                        {pivot, {8}},
+                       {pivot, {12}, bell | dusk},
                        {squash, {0.96}},
                        {legs, {70}},
                        {arms, {50}},

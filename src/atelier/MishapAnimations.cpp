@@ -191,11 +191,10 @@ Animation trip() {
 Animation tumbleBack() {
     return {.name = "TumbleBack",
             .ticks = {3, 3, 3, 3, 3, 3, 3, 3},
-            .tracks = {{pitch, {0, -45, -90, -135, -180, -225, -270, -315}},
-                       {pitch, {0}, furred},
-                       {tilt, {0, 45, 90, 135, 180, 225, 270, 315}, furred},
+            .tracks = {{tilt, {0, 45, 90, 135, 180, 225, 270, 315}},
                        {face, {14}, furred},
                        {pivot, {8}},
+                       {pivot, {12}, bell | dusk},
                        {squash, {0.96}},
                        {legs, {60}},
                        {arms, {60}},
