@@ -4,6 +4,8 @@
 #include <xcb/shape.h>
 #include <xcb/xcb_icccm.h>
 
+#include <algorithm>
+
 #include "desktop/x11/Properties.h"
 
 namespace quibbits::x11 {
@@ -165,7 +167,46 @@ void PanelWindow::settle(bool wasUnmanaged) {
 }
 
 void PanelWindow::othersChanged() {
-    if (shown_ && isUnmanaged()) stack();
+    if (!shown_) return;
+    if (isUnmanaged()) return stack();
+    if (level_ != PanelLevel::desktop) return;
+    auto under = ordinaryWindowsUnder();
+    const bool isNews = under != leftUnder_;  // a window manager that will not is asked once
+    leftUnder_ = std::move(under);
+    if (!leftUnder_.empty() && isNews) stack();
+}
+
+void PanelWindow::pressed() {
+    if (shown_ && !isUnmanaged() && level_ == PanelLevel::desktop) stack();
+}
+
+/// What the window manager lists under the window, but for the desktop and other panels.
+std::vector<xcb_window_t> PanelWindow::ordinaryWindowsUnder() const {
+    const auto list = propertyOf(connection_, connection_.root(), Atom::clientListStacking);
+    const auto lowestFirst = list.numbers();
+    const auto own = std::ranges::find(lowestFirst, id_);
+    if (own == lowestFirst.end()) return {};
+    struct Asked {
+        xcb_window_t window;
+        PropertyRequest type, state;
+    };
+    std::vector<Asked> asked;
+    for (auto each = lowestFirst.begin(); each != own; ++each) {
+        asked.push_back({*each,
+                         PropertyRequest(connection_, *each, connection_.atom(Atom::windowType)),
+                         PropertyRequest(connection_, *each, connection_.atom(Atom::state))});
+    }
+    std::vector<xcb_window_t> under;
+    for (const auto& one : asked) {
+        const auto type = one.type.wait();
+        const bool isKeptLow = one.state.wait().contains(connection_.atom(Atom::stateBelow));
+        if (isKeptLow || type.contains(connection_.atom(Atom::typeDesktop)) ||
+            type.contains(connection_.atom(Atom::typeDock))) {
+            continue;
+        }
+        under.push_back(one.window);
+    }
+    return under;
 }
 
 /// The state that a window manager reads when the window is mapped.

@@ -3,6 +3,7 @@
 // whatever the window manager thinks, on every workspace, in no task bar, never with the focus.
 
 #include <span>
+#include <vector>
 
 #include "desktop/x11/Connection.h"
 #include "layers/LayerTree.h"
@@ -57,8 +58,12 @@ public:
     /// The server mapped or reparented the window, or a window manager came: some of what was
     /// asked before is lost on the way and is asked again.
     void assertState();
-    /// Other windows came, went or changed places: one that nobody manages looks after its own.
+    /// Other windows came, went or changed places: one that nobody manages looks after its own, and
+    /// one on the lowest level goes under those that it has come over.
     void othersChanged();
+    /// The mouse was pressed on the window, which some window managers take for a wish to be
+    /// raised, however low its state says it is.
+    void pressed();
     /// The window got a size, or a place, which may not be what was asked for.
     void configured(int width, int height);
 
@@ -70,6 +75,7 @@ private:
     void stack();
     void sendInputRegion();
     void writeState();
+    std::vector<xcb_window_t> ordinaryWindowsUnder() const;
 
     Connection& connection_;
     xcb_window_t id_;
@@ -82,6 +88,7 @@ private:
     int aside_ = 0;  // pixels to ask for beside the frame, to come to lie on it
     int below_ = 0;
     std::vector<xcb_rectangle_t> inputRegion_;
+    std::vector<xcb_window_t> leftUnder_;  // ordinary windows, when last looked
 };
 
 }  // namespace quibbits::x11

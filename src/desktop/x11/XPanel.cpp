@@ -84,17 +84,21 @@ void XPanel::listen() {
         const auto& event = reinterpret_cast<const xcb_enter_notify_event_t&>(e);
         if (event.event != window_.id()) return;
         pointer_.give(*this);
-        pointer_.learn(event.root_x, event.root_y, {});
-        pointerMoved();
+        if (pointer_.learn(event.root_x, event.root_y, {})) {
+            pointerMoved();
+        } else {
+            updateInput();  // a creature has come under a pointer at rest
+        }
     });
     on(XCB_LEAVE_NOTIFY, [this](const auto& e) {
         const auto& event = reinterpret_cast<const xcb_enter_notify_event_t&>(e);
         if (event.event != window_.id() || holdsLeft_) return;
         pointer_.takeBack(*this);
-        pointer_.learn(event.root_x, event.root_y, {});
+        const bool moved = pointer_.learn(event.root_x, event.root_y, {});
         updateInput();
-        // The pointer stays where it is when somebody takes it, be it a menu of this program.
-        if (event.mode != XCB_NOTIFY_MODE_GRAB) pointer_.elsewhere.emit(PointerEvent::moved);
+        // When somebody takes the pointer, be it a menu of this program, it goes nowhere.
+        if (moved && event.mode != XCB_NOTIFY_MODE_GRAB)
+            pointer_.elsewhere.emit(PointerEvent::moved);
     });
     subscriptions_.push_back(pointer_.tracked.subscribe([this] { updateInput(); }));
 }
@@ -304,6 +308,7 @@ void XPanel::buttonPressed(const xcb_button_press_event_t& event) {
     if (event.detail == XCB_BUTTON_INDEX_3) buttons.right = true;
     pointer_.give(*this);
     pointer_.receivedPress(event.time);
+    window_.pressed();
     pointer_.learn(event.root_x, event.root_y, buttons);
     if (event.detail == XCB_BUTTON_INDEX_1) {
         tell(onMouseDown);

@@ -164,8 +164,10 @@ Seconds XPointer::interval() const {
     return intervalOf(pace);
 }
 
-void XPointer::learn(int rootX, int rootY, std::optional<MouseButtons> buttons) {
-    const bool news = rootX != x_ || rootY != y_ || (buttons && *buttons != buttons_);
+bool XPointer::learn(int rootX, int rootY, std::optional<MouseButtons> buttons) {
+    const bool moved = rootX != toldX_ || rootY != toldY_;
+    if (!moved && !buttons) return false;
+    const bool news = moved || *buttons != buttons_;
     x_ = toldX_ = rootX;
     y_ = toldY_ = rootY;
     if (buttons) buttons_ = *buttons;
@@ -173,6 +175,7 @@ void XPointer::learn(int rootX, int rootY, std::optional<MouseButtons> buttons) 
     if (listening_) select(false);
     if (!asking_ || askingInterval_ != interval()) startAsking();
     if (news) touched.emit();
+    return news;
 }
 
 void XPointer::rawMotion() {

@@ -52,8 +52,9 @@ public:
     void takeBack(const PointerOwner& owner) {
         if (owner_ == &owner) owner_ = nullptr;
     }
-    /// A window was told where the pointer is and what is pressed; saves asking.
-    void learn(int rootX, int rootY, std::optional<MouseButtons> buttons);
+    /// A window was told where the pointer is and what is pressed; saves asking. Whether anything
+    /// of it is new: a window that comes under a pointer at rest is told, too.
+    bool learn(int rootX, int rootY, std::optional<MouseButtons> buttons);
     /// A window of this program got the press that the server stamped with this time.
     void receivedPress(xcb_timestamp_t time) { receivedPress_ = time; }
     /// The pointer came onto a window of this program that is no panel, or left it.
