@@ -1,5 +1,5 @@
 #pragma once
-// The panel or dock along the bottom of the screen.
+// The panels and docks along the edges of the screen.
 
 #include <optional>
 #include <string>
@@ -23,9 +23,19 @@ struct DockPreferences {
 class Dock {
 public:
     virtual ~Dock() = default;
-    /// The dock's rectangle at the bottom of the main screen, in global coordinates. Nothing when
-    /// there is none there, or it hides itself.
-    virtual std::optional<Rect> bottom() const = 0;
+    /// Those of the main screen as they are seen, in global coordinates and in no order. One that
+    /// hides itself is told of while it is out; one that reserves room at the bottom reaches down
+    /// to it.
+    virtual std::vector<Rect> panels() const = 0;
+    /// The widest of those that lie along the bottom.
+    std::optional<Rect> bottom() const {
+        std::optional<Rect> widest;
+        for (const Rect& panel : panels()) {
+            const bool lies = panel.minY() <= 0 && panel.width > panel.height;
+            if (lies && (!widest || panel.width > widest->width)) widest = panel;
+        }
+        return widest;
+    }
     /// The dock's own file, where only such a file tells of it.
     virtual std::optional<DockPreferences> preferences() const { return std::nullopt; }
     Signal<> changed;

@@ -248,13 +248,18 @@ Computer SimulatedComputer::computer() {
 
 void SimulatedComputer::updateVisibleFrame() {
     if (!screens.screen) return;
-    Rect visible = screens.screen->frame;
-    const auto bottom = dock.frame ? dock.frame : dock.inset;
-    if (bottom) {
-        const double top = bottom->maxY() - visible.y;
-        visible.y += top;
-        visible.height -= top;
+    const Rect frame = screens.screen->frame;
+    double left = frame.minX(), right = frame.maxX(), low = frame.minY(), high = frame.maxY();
+    auto panels = dock.frames;
+    if (dock.inset) panels.push_back(*dock.inset);
+    for (const Rect& panel : panels) {
+        const bool lies = panel.width >= panel.height;
+        if (lies && panel.minY() < frame.midY()) low = std::max(low, panel.maxY());
+        if (lies && panel.minY() >= frame.midY()) high = std::min(high, panel.minY());
+        if (!lies && panel.minX() < frame.midX()) left = std::max(left, panel.maxX());
+        if (!lies && panel.minX() >= frame.midX()) right = std::min(right, panel.minX());
     }
+    const Rect visible{left, low, right - left, high - low};
     screens.screen->visibleFrame = visible;
 }
 
@@ -265,7 +270,11 @@ void SimulatedComputer::setScreen(Size size, double scale) {
 }
 
 void SimulatedComputer::setDock(std::optional<Rect> frame) {
-    dock.frame = frame;
+    setPanels(frame ? std::vector{*frame} : std::vector<Rect>{});
+}
+
+void SimulatedComputer::setPanels(std::vector<Rect> frames) {
+    dock.frames = std::move(frames);
     updateVisibleFrame();
     dock.changed.emit();
 }

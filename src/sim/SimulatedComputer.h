@@ -45,9 +45,9 @@ public:
 
 class SimulatedDock final : public Dock {
 public:
-    std::optional<Rect> bottom() const override { return frame; }
+    std::vector<Rect> panels() const override { return frames; }
     std::optional<DockPreferences> preferences() const override { return file; }
-    std::optional<Rect> frame;
+    std::vector<Rect> frames;
     std::optional<DockPreferences> file;
     std::optional<Rect> inset;  // what a dock takes that tells nobody where it is
 };
@@ -265,6 +265,8 @@ public:
     void setScreen(Size size, double scale);
     /// A dock along the bottom, or none.
     void setDock(std::optional<Rect> frame);
+    /// Panels along the edges of the screen.
+    void setPanels(std::vector<Rect> frames);
     void movePointer(Point to);
     void press(MouseButton button);
     void release(MouseButton button);

@@ -94,7 +94,7 @@ void Camera::drawDesktop(const SimulatedComputer& computer) {
         const double title = std::min(titleHeight, frame.height);
         fill({frame.x, frame.maxY() - title, frame.width, title}, titleColor, *screen);
     }
-    if (computer.dock.frame) fill(*computer.dock.frame, dockColor, *screen);
+    for (const Rect& panel : computer.dock.frames) fill(panel, dockColor, *screen);
 }
 
 PixelRect Camera::pixels(Rect frame, const Screen& screen) {

@@ -235,8 +235,12 @@ bool Player::applyToDesktop(const ScenarioEvent& event) {
         c.screens.screen.reset();
         c.screens.changed.emit();
     } else if (event.kind == "dock") {
-        const Json* frame = fields.find("frame");
-        c.setDock(frame ? std::optional(rectOf(*frame)) : std::nullopt);
+        std::vector<Rect> panels;
+        if (const Json* frame = fields.find("frame")) panels.push_back(rectOf(*frame));
+        if (const Json* list = fields.find("panels")) {
+            for (const Json& panel : *list->as<Json::Array>()) panels.push_back(rectOf(panel));
+        }
+        c.setPanels(std::move(panels));
     } else if (event.kind == "tray") {
         const Json* frame = fields.find("frame");
         c.statusItem.place = frame ? std::optional(rectOf(*frame)) : std::nullopt;

@@ -43,7 +43,8 @@ const std::vector<EventSpec>& specs() {
         {"screenGone", "The screen is disconnected.", {}},
         {"dock",
          "Puts a dock along the bottom of the screen; without a frame it goes away.",
-         {{"frame", rectangle, optional, "global coordinates"}}},
+         {{"frame", rectangle, optional, "global coordinates"},
+          {"panels", rectangles, optional, "instead of one dock, panels along any edges"}}},
         {"pointer",
          "Moves the pointer.",
          {{"to", point, required, "global coordinates, y upwards"},
@@ -247,6 +248,7 @@ bool matches(const Json& value, FieldType type) {
         case FieldType::text: return isText(value);
         case FieldType::point: return areCoordinates(value, 2);
         case FieldType::rectangle: return isRectangle(value);
+        case FieldType::rectangles: return all(value, isRectangle);
         case FieldType::texts: return all(value, isText);
         case FieldType::booleans:
             return all(value, [](const Json& v) { return v.as<bool>() != nullptr; });
@@ -329,6 +331,7 @@ std::string_view describe(FieldType type) {
         case FieldType::text: return "a text";
         case FieldType::point: return "[x, y]";
         case FieldType::rectangle: return "[x, y, width, height]";
+        case FieldType::rectangles: return "a list of [x, y, width, height]";
         case FieldType::texts: return "a list of texts";
         case FieldType::booleans: return "a list of true and false";
         case FieldType::object: return "an object";

@@ -24,15 +24,16 @@ enum class FieldType {
     date,         // "2026-03-02", with or without "T10:00" or "T10:00:30"
     boolean,
     text,
-    point,      // [x, y], up to a million points away
-    rectangle,  // [x, y, width, height], the sizes not negative
-    texts,      // a list of texts
-    booleans,   // a list of true and false
-    object,     // an object of anything
-    values,     // an object of defaults: texts, numbers, true, false, lists of texts, {"date": …}
-    icons,      // a list of {"name": text, "frame": rectangle}
-    button,     // "left", "right" or "middle"
-    heat,       // "nominal", "fair", "serious" or "critical"
+    point,       // [x, y], up to a million points away
+    rectangle,   // [x, y, width, height], the sizes not negative
+    rectangles,  // a list of them
+    texts,       // a list of texts
+    booleans,    // a list of true and false
+    object,      // an object of anything
+    values,  // an object of defaults: texts, numbers, true, false, lists of texts, {"date": …}
+    icons,   // a list of {"name": text, "frame": rectangle}
+    button,  // "left", "right" or "middle"
+    heat,    // "nominal", "fair", "serious" or "critical"
 };
 
 struct FieldSpec {

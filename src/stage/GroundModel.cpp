@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 
+#include "stage/Footing.h"
 #include "stage/StageWindow.h"
 
 namespace quibbits {
@@ -63,13 +64,14 @@ void StageWindow::screenChanged() {
 void StageWindow::updateGround() {
     const auto screen = computer_.screens.main();
     if (!screen) return;
-    const double width = panel_->frame().width;
-    if (const auto dock = dockSpan(*screen)) {
-        const double top = screen->visibleFrame.minY() - screen->frame.minY();
-        ground_ = {{{0, dock->lo}, 0, true}, {*dock, top, true}, {{dock->hi, width}, 0, true}};
-    } else {
-        ground_ = {{{0, width}, 0, true}};
+    std::vector<Rect> panels = computer_.dock.panels();
+    for (Rect& each : panels) each = each.offset({-screen->frame.x, -screen->frame.y});
+    if (panels.empty()) {
+        if (const auto dock = estimatedDock(*screen)) panels.push_back(*dock);
     }
+    const Footing footing = footingOf(panel_->frame().size(), std::move(panels));
+    room_ = footing.room;
+    ground_ = footing.rows;
     handOutGround();
 }
 
@@ -83,20 +85,15 @@ void StageWindow::handOutGround() {
     }
 }
 
-std::optional<Range> StageWindow::dockSpan(const Screen& screen) const {
-    if (screen.visibleFrame.minY() <= screen.frame.minY()) return std::nullopt;
-    const double width = panel_->frame().width;
-    Range span;
-    if (const auto dock = computer_.dock.bottom()) {
-        span = {dock->minX() - screen.frame.minX(), dock->maxX() - screen.frame.minX()};
-    } else if (const auto preferences = computer_.dock.preferences();
-               preferences && preferences->orientation.value_or("bottom") == "bottom") {
-        const double half = estimatedDockWidth(*preferences) / 2;
-        span = {width / 2 - half, width / 2 + half};
+/// The place of a dock that only its file tells of, in the middle of the bottom.
+std::optional<Rect> StageWindow::estimatedDock(const Screen& screen) const {
+    const double top = screen.visibleFrame.minY() - screen.frame.minY();
+    const auto preferences = computer_.dock.preferences();
+    if (top <= 0 || !preferences || preferences->orientation.value_or("bottom") != "bottom") {
+        return std::nullopt;
     }
-    span = {std::clamp(span.lo, 0.0, width), std::clamp(span.hi, 0.0, width)};
-    if (span.width() <= 0) return std::nullopt;
-    return span;
+    const double width = estimatedDockWidth(*preferences);
+    return Rect{(panel_->frame().width - width) / 2, 0, width, top};
 }
 
 /// A dock is as wide as its tiles: the kept applications, the recent and running ones beside them,

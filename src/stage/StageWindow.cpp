@@ -56,7 +56,8 @@ void StageWindow::add(Pet& pet, double x) {
 
 void StageWindow::measureRoom(Pet& pet) const {
     const Rect frame = panel_->frame();
-    pet.walkArea = {Pet::sideMargin, std::max(frame.width - Pet::sideMargin, Pet::sideMargin)};
+    const double left = room_.lo + Pet::sideMargin;
+    pet.walkArea = {left, std::max(room_.hi - Pet::sideMargin, left)};
     const auto screen = computer_.screens.main();
     const Rect visible = screen ? screen->visibleFrame : frame;
     pet.skyline = visible.maxY() - frame.minY();

@@ -63,7 +63,7 @@ private:
     void handOutGround();
     /// How far a creature may go to the sides and up.
     void measureRoom(Pet& pet) const;
-    std::optional<Range> dockSpan(const Screen& screen) const;
+    std::optional<Rect> estimatedDock(const Screen& screen) const;
     double estimatedDockWidth(const DockPreferences& preferences) const;
     std::optional<Point> desktopIconCenter(const std::string& path) const;
     void refreshIcons();
@@ -87,6 +87,7 @@ private:
     double mouseReach_ = 0;  // beyond the sprites, while an item is dragged
 
     std::vector<Ground> ground_;  // base rows
+    Range room_;                  // between panels along the sides
     std::vector<Ground> icons_;
     Date iconsRead_ = Date::distantPast();
     bool iconsAllowed_ = true;

@@ -1,5 +1,5 @@
 #pragma once
-// The panel at the bottom of the screen, as the core sees it.
+// The panels along the edges of the screen, as the core sees them.
 
 #include "desktop/x11/XScreens.h"
 #include "platform/Dock.h"
@@ -9,9 +9,10 @@ namespace quibbits::x11 {
 class XDock final : public Dock {
 public:
     explicit XDock(XScreens& screens)
-        : screens_(screens), changes_(screens.dockChanged.subscribe([this] { changed.emit(); })) {}
+        : screens_(screens),
+          changes_(screens.panelsChanged.subscribe([this] { changed.emit(); })) {}
 
-    std::optional<Rect> bottom() const override { return screens_.bottomDock(); }
+    std::vector<Rect> panels() const override { return screens_.panels(); }
 
 private:
     XScreens& screens_;

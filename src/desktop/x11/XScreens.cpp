@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 #include "desktop/x11/Properties.h"
-#include "desktop/x11/WindowManager.h"
 #include "desktop/x11/XSettings.h"
 
 namespace quibbits::x11 {
@@ -19,8 +19,6 @@ constexpr Seconds settling = 0.1;
 constexpr double dotsPerInch = 96;
 constexpr double scaleStep = 0.25;
 constexpr double largestScale = 8;
-constexpr int i3Depth = 3;                     // levels of its windows around a dock
-constexpr std::uint32_t widestStrut = 0xffff;  // pixels; no display is larger
 
 /// The value of "Xft.dpi:" in the server's resource texts.
 std::optional<double> resourceDpi(std::string_view resources) {
@@ -38,13 +36,10 @@ std::optional<double> resourceDpi(std::string_view resources) {
     return std::nullopt;
 }
 
-bool overlaps(const PixelRect& a, const PixelRect& b) {
-    return !a.intersected(b).isEmpty();
-}
-
 }  // namespace
 
-XScreens::XScreens(Connection& connection) : connection_(connection) {
+XScreens::XScreens(Connection& connection)
+    : connection_(connection), edgePanels_(connection, [this] { updateSoon(); }) {
     connection.selectRootEvents(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     if (connection.randr) {
         xcb_randr_select_input(connection.xcb(), connection.root(),
@@ -56,19 +51,9 @@ XScreens::XScreens(Connection& connection) : connection_(connection) {
                                                        [this](const auto&) { updateSoon(); }));
         }
     }
-    const auto ofDockOrRoot = [this](xcb_window_t window) {
-        return window == connection_.root() ||
-               std::ranges::find(watched_, window) != watched_.end();
-    };
-    subscriptions_.push_back(connection.listen(XCB_CONFIGURE_NOTIFY, [=, this](const auto& event) {
+    subscriptions_.push_back(connection.listen(XCB_CONFIGURE_NOTIFY, [this](const auto& event) {
         const auto& change = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-        if (ofDockOrRoot(change.window)) updateSoon();
-    }));
-    subscriptions_.push_back(connection.listen(XCB_PROPERTY_NOTIFY, [=, this](const auto& event) {
-        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        const bool strut = change.atom == connection_.atom(Atom::strutPartial) ||
-                           change.atom == connection_.atom(Atom::strut);
-        if (strut && ofDockOrRoot(change.window)) updateSoon();
+        if (change.window == connection_.root()) updateSoon();
     }));
     subscriptions_.push_back(connection.rootPropertyChanged.subscribe([this](xcb_atom_t name) {
         if (name == XCB_ATOM_RESOURCE_MANAGER || name == connection_.atom(Atom::workArea) ||
@@ -100,26 +85,41 @@ std::optional<Screen> XScreens::at(Point point) const {
 void XScreens::update() {
     const auto monitors = this->monitors();
     const auto mainBefore = main();
-    const auto dockBefore = bottomDock_;
+    const auto panelsBefore = std::exchange(panels_, {});
     all_.clear();
-    bottomDock_.reset();
     if (!monitors.empty()) {
         const PixelRect& first = monitors.front();
         coordinates_ = {scaleBySettings(), first.x, first.y + first.height};
-        const auto docks = this->docks();
+        const auto panels = edgePanels_.read();
         for (const PixelRect& monitor : monitors) {
-            all_.push_back({.frame = coordinates_.points(monitor),
-                            .visibleFrame = coordinates_.points(withoutDocks(monitor, docks)),
-                            .scale = coordinates_.scale});
-        }
-        for (const auto& dock : docks) {
-            if (dock.strut[3] > 0 && overlaps(dock.frame, first)) {
-                bottomDock_ = coordinates_.points(dock.frame.intersected(first));
-            }
+            all_.push_back(read(monitor, monitors.size(), panels));
         }
     }
     if (main() != mainBefore) changed.emit();
-    if (bottomDock_ != dockBefore) dockChanged.emit();
+    if (panels_ != panelsBefore) panelsChanged.emit();
+}
+
+/// One monitor, and of the main one, which is the first, also its panels.
+Screen XScreens::read(PixelRect monitor, std::size_t monitors,
+                      const std::vector<EdgePanel>& panels) {
+    PixelRect free = withoutPanels(monitor, display_, panels);
+    std::vector<PixelRect> places;
+    for (const auto& panel : panels) {
+        if (const auto place = placeOn(monitor, display_, panel)) places.push_back(*place);
+    }
+    // Some shells draw their panels themselves: there is no window of them, only room left free.
+    if (const auto workArea = edgePanels_.workArea(monitor, monitors)) {
+        const auto rooms = roomsBeside(monitor, free, *workArea);
+        places.insert(places.end(), rooms.begin(), rooms.end());
+        if (!rooms.empty()) free = free.intersected(*workArea);
+    }
+    if (all_.empty()) {
+        for (const auto& place : places) panels_.push_back(coordinates_.points(place));
+        std::ranges::sort(panels_, {}, [](const Rect& r) { return std::pair(r.x, r.y); });
+    }
+    return {.frame = coordinates_.points(monitor),
+            .visibleFrame = coordinates_.points(free),
+            .scale = coordinates_.scale};
 }
 
 /// The main one first: the primary one, else the first that the server tells of. The whole display
@@ -155,96 +155,6 @@ double XScreens::scaleBySettings() const {
     const double byFactor = windowScalingFactor(connection_);
     const double scale = std::round(std::max(byDpi, byFactor) / scaleStep) * scaleStep;
     return std::clamp(scale, 1.0, largestScale);
-}
-
-/// The windows inside a window, so many levels down.
-std::vector<xcb_window_t> XScreens::windowsBelow(xcb_window_t top, int depth) const {
-    auto* xcb = connection_.xcb();
-    std::vector<xcb_window_t> all;
-    std::vector<xcb_window_t> level{top};
-    for (; depth > 0; --depth) {
-        std::vector<xcb_query_tree_cookie_t> asked;
-        for (const auto window : level) asked.push_back(xcb_query_tree(xcb, window));
-        level.clear();
-        for (const auto& cookie : asked) {
-            const auto tree = reply(xcb, xcb_query_tree_reply, cookie);
-            if (!tree) continue;
-            const auto* children = xcb_query_tree_children(tree.get());
-            level.insert(level.end(), children, children + tree->children_len);
-        }
-        all.insert(all.end(), level.begin(), level.end());
-    }
-    return all;
-}
-
-std::vector<XScreens::Dock> XScreens::docks() {
-    auto* xcb = connection_.xcb();
-    auto candidates = windowsBelow(connection_.root(), isI3(connection_) ? i3Depth : 0);
-    const auto list = propertyOf(connection_, connection_.root(), Atom::clientList);
-    candidates.insert(candidates.end(), list.numbers().begin(), list.numbers().end());
-    struct Asked {
-        xcb_window_t window;
-        PropertyRequest type, strutPartial, strut;
-        xcb_get_geometry_cookie_t geometry;
-        xcb_translate_coordinates_cookie_t place;
-        xcb_get_window_attributes_cookie_t attributes;
-    };
-    std::vector<Asked> asked;
-    for (const auto window : candidates) {
-        const auto property = [&](Atom name) {
-            return PropertyRequest(connection_, window, connection_.atom(name));
-        };
-        asked.push_back({window, property(Atom::windowType), property(Atom::strutPartial),
-                         property(Atom::strut), xcb_get_geometry(xcb, window),
-                         xcb_translate_coordinates(xcb, window, connection_.root(), 0, 0),
-                         xcb_get_window_attributes(xcb, window)});
-    }
-    std::vector<Dock> found;
-    for (const auto& one : asked) {
-        const bool isDock = one.type.wait().contains(connection_.atom(Atom::typeDock));
-        const auto partial = one.strutPartial.wait();
-        const auto plain = one.strut.wait();
-        const auto geometry = reply(xcb, xcb_get_geometry_reply, one.geometry);
-        const auto place = reply(xcb, xcb_translate_coordinates_reply, one.place);
-        const auto attributes = reply(xcb, xcb_get_window_attributes_reply, one.attributes);
-        if (!isDock || !geometry || !place || !attributes) continue;
-        if (!list.contains(one.window) && attributes->map_state != XCB_MAP_STATE_VIEWABLE) continue;
-        std::vector<std::uint32_t> strut(partial.numbers().begin(), partial.numbers().end());
-        if (strut.size() < 4) strut.assign(plain.numbers().begin(), plain.numbers().end());
-        if (strut.size() < 4)
-            continue;  // as the panels of this program, whose events are their own
-        if (std::ranges::find(watched_, one.window) == watched_.end()) {
-            const std::uint32_t mask =
-                XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-            xcb_change_window_attributes(xcb, one.window, XCB_CW_EVENT_MASK, &mask);
-        }
-        found.push_back({one.window,
-                         {place->dst_x, place->dst_y, geometry->width, geometry->height},
-                         std::move(strut)});
-    }
-    watched_.clear();
-    for (const auto& dock : found) watched_.push_back(dock.window);
-    return found;
-}
-
-PixelRect XScreens::withoutDocks(PixelRect monitor, const std::vector<Dock>& docks) const {
-    int left = monitor.x;
-    int top = monitor.y;
-    int right = monitor.x + monitor.width;
-    int bottom = monitor.y + monitor.height;
-    for (const auto& dock : docks) {
-        if (!overlaps(dock.frame, monitor)) continue;
-        // Struts are counted from the edges of the whole display.
-        const auto reserved = [&](std::size_t side) {
-            return static_cast<int>(std::min(dock.strut[side], widestStrut));
-        };
-        if (reserved(0) > 0) left = std::max(left, reserved(0));
-        if (reserved(1) > 0) right = std::min(right, display_.width - reserved(1));
-        if (reserved(2) > 0) top = std::max(top, reserved(2));
-        if (reserved(3) > 0) bottom = std::min(bottom, display_.height - reserved(3));
-    }
-    const PixelRect rest{left, top, right - left, bottom - top};
-    return rest.isEmpty() ? monitor : rest;
 }
 
 }  // namespace quibbits::x11

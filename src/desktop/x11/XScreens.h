@@ -1,6 +1,6 @@
 #pragma once
-// The monitors by RandR, the scale by the desktop's settings, and the panels and docks along the
-// main screen's edges.
+// The monitors by RandR, the scale by the desktop's settings, and what panels and docks along the
+// edges leave of them.
 
 #include <xcb/xcb.h>
 
@@ -8,6 +8,7 @@
 
 #include "desktop/x11/Connection.h"
 #include "desktop/x11/Coordinates.h"
+#include "desktop/x11/EdgePanels.h"
 #include "platform/Screens.h"
 
 namespace quibbits::x11 {
@@ -19,33 +20,24 @@ public:
     std::optional<Screen> main() const override;
     std::optional<Screen> at(Point point) const override;
     const Coordinates& coordinates() const { return coordinates_; }
-    /// The panel or dock at the bottom of the main screen that keeps windows off, if any.
-    std::optional<Rect> bottomDock() const { return bottomDock_; }
-    /// The bottom dock came, went or changed its span.
-    Signal<> dockChanged;
+    /// The panels and docks along the edges of the main screen, as they are seen.
+    const std::vector<Rect>& panels() const { return panels_; }
+    /// A panel of the main screen came, went or changed its place.
+    Signal<> panelsChanged;
 
 private:
-    /// A window along an edge, in pixels: itself and the four widths that it reserves.
-    struct Dock {
-        xcb_window_t window = 0;
-        PixelRect frame;
-        std::vector<std::uint32_t> strut;  // as _NET_WM_STRUT_PARTIAL
-    };
-
     void update();
     void updateSoon();
     std::vector<PixelRect> monitors();
     double scaleBySettings() const;
-    std::vector<Dock> docks();
-    std::vector<xcb_window_t> windowsBelow(xcb_window_t top, int depth) const;
-    PixelRect withoutDocks(PixelRect monitor, const std::vector<Dock>& docks) const;
+    Screen read(PixelRect monitor, std::size_t monitors, const std::vector<EdgePanel>& panels);
 
     Connection& connection_;
-    std::vector<Screen> all_;  // the main one first
-    std::optional<Rect> bottomDock_;
+    std::vector<Screen> all_;   // the main one first
+    std::vector<Rect> panels_;  // of the main one
     Coordinates coordinates_;
-    PixelRect display_;                  // the whole of it
-    std::vector<xcb_window_t> watched_;  // docks whose changes are heard
+    PixelRect display_;  // the whole of it
+    EdgePanels edgePanels_;
     Timer pending_;
     std::vector<Subscription> subscriptions_;
 };
