@@ -26,6 +26,7 @@ struct InstalledApplication {
     std::string id;  // its windows' application is called so
     std::string name;
     std::string icon;  // of the desktop's icon theme, or a path
+    bool browsesWeb = false;
     bool operator==(const InstalledApplication&) const = default;
 };
 

@@ -60,7 +60,8 @@ bool StageWindow::fillsScreen(std::int64_t process) const {
     const Rect frame = panel_->frame();
     return std::ranges::any_of(computer_.windows.onScreen(), [&](const WindowInfo& window) {
         return window.process == process && window.layer == 0 && window.frame &&
-               window.frame->width >= frame.width - 1 && window.frame->height >= frame.height - 1;
+               window.frame->intersects(frame) && window.frame->width >= frame.width - 1 &&
+               window.frame->height >= frame.height - 1;
     });
 }
 

@@ -28,6 +28,11 @@ std::string idOf(const fs::path& folder, const fs::path& file) {
     return id;
 }
 
+/// Whether a word stands in a list with a semicolon after each.
+bool isListed(std::string_view word, std::string_view list) {
+    return (";" + std::string(list) + ";").find(";" + std::string(word) + ";") != std::string::npos;
+}
+
 /// The name of the program that a command line starts; nothing when it starts it by another one.
 std::string programOf(std::string_view command) {
     static constexpr std::array<std::string_view, 12> starters{
@@ -78,6 +83,7 @@ std::optional<InstalledApplication> readDesktopFile(std::string id, std::string_
         if (key == "Name") application.name = value;
         if (key == "Icon") application.icon = value;
         if (key == "StartupWMClass") windowClass = value;
+        if (key == "Categories") application.browsesWeb = isListed("WebBrowser", value);
         if (key == "Exec") program = programOf(value);
         if (key == "Type") isApplication = value == "Application";
         if ((key == "NoDisplay" || key == "Hidden") && value == "true") return std::nullopt;

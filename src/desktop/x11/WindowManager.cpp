@@ -9,4 +9,9 @@ bool isI3(const Connection& connection) {
     return window && propertyOf(connection, *window, Atom::windowName).text() == "i3";
 }
 
+bool isOfOneProgram(const Connection& connection, xcb_window_t one, xcb_window_t other) {
+    const std::uint32_t own = xcb_get_setup(connection.xcb())->resource_id_mask;
+    return one != XCB_NONE && (one & ~own) == (other & ~own);
+}
+
 }  // namespace quibbits::x11

@@ -9,4 +9,7 @@ namespace quibbits::x11 {
 /// list of windows.
 bool isI3(const Connection& connection);
 
+/// Whether one program has made both windows.
+bool isOfOneProgram(const Connection& connection, xcb_window_t one, xcb_window_t other);
+
 }  // namespace quibbits::x11

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "desktop/x11/Properties.h"
+#include "desktop/x11/WindowManager.h"
 
 namespace quibbits::x11 {
 namespace {
@@ -23,11 +24,13 @@ struct Asked {
           border(connection, window, connection.atom(Atom::frameExtents)),
           shadow(connection, window, connection.atom(Atom::gtkFrameExtents)),
           size(xcb_get_geometry(connection.xcb(), window)),
-          place(xcb_translate_coordinates(connection.xcb(), window, connection.root(), 0, 0)) {}
+          place(xcb_translate_coordinates(connection.xcb(), window, connection.root(), 0, 0)),
+          attributes(xcb_get_window_attributes(connection.xcb(), window)) {}
 
     PropertyRequest type, state, desktop, process, opacity, border, shadow;
     xcb_get_geometry_cookie_t size;
     xcb_translate_coordinates_cookie_t place;
+    xcb_get_window_attributes_cookie_t attributes;
 };
 
 PixelRect grown(PixelRect r, const Property& extents, int sign) {
@@ -48,8 +51,17 @@ std::vector<WindowInfo> XWindowList::onScreen() const {
     const PropertyRequest stackingAsked(connection_, connection_.root(),
                                         atom(Atom::clientListStacking));
     const PropertyRequest currentAsked(connection_, connection_.root(), atom(Atom::currentDesktop));
+    const PropertyRequest managerAsked(connection_, connection_.root(),
+                                       atom(Atom::supportingWmCheck));
+    const auto painterAsked = xcb_get_selection_owner(xcb, atom(Atom::compositor));
     const auto stacking = stackingAsked.wait();
     const auto current = currentAsked.wait().number();
+    // Where each monitor has a workspace of its own, more of them are on screen than the current
+    // one, and windows of the others are unmapped. One that paints all windows itself keeps them.
+    const auto painter = reply(xcb, xcb_get_selection_owner_reply, painterAsked);
+    const auto manager = managerAsked.wait().number();
+    const bool unmapsHidden =
+        !(painter && manager && isOfOneProgram(connection_, painter->owner, *manager));
 
     std::vector<Asked> asked;
     const auto lowestFirst = stacking.numbers();
@@ -68,16 +80,21 @@ std::vector<WindowInfo> XWindowList::onScreen() const {
         const auto size = reply(xcb, xcb_get_geometry_reply, one.size);
         const auto place = reply(xcb, xcb_translate_coordinates_reply, one.place);
 
-        const bool elsewhere =
+        const auto attributes = reply(xcb, xcb_get_window_attributes_reply, one.attributes);
+
+        const bool isElsewhere =
             desktop && current && *desktop != *current && *desktop != everyDesktop;
-        if (elsewhere || state.contains(atom(Atom::stateHidden)) ||
-            type.contains(atom(Atom::typeDesktop)) || !size || !place) {
+        const bool isMapped = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+        if ((isElsewhere && !(isMapped && unmapsHidden)) ||
+            state.contains(atom(Atom::stateHidden)) || type.contains(atom(Atom::typeDesktop)) ||
+            !size || !place) {
             continue;
         }
         WindowInfo info{.process = process.value_or(0)};
         if (type.contains(atom(Atom::typeDock))) {
             info.layer = dockLayer;
-        } else if (state.contains(atom(Atom::stateAbove))) {
+        } else if (state.contains(atom(Atom::stateAbove)) &&
+                   !state.contains(atom(Atom::stateFullscreen))) {
             info.layer = keptAbove;
         }
         info.alpha = opacity ? *opacity / static_cast<double>(0xffffffff) : 1.0;

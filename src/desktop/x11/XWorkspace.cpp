@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 
 #include "desktop/files/InstalledApplications.h"
 #include "desktop/windows/Spawn.h"
@@ -22,26 +21,14 @@ std::string classOf(std::string_view classes) {
     return asciiLowercase(name.substr(0, name.find('\0')));
 }
 
-/// Browsers by their window class or application id.
-bool isBrowser(std::string_view id) {
-    static constexpr std::array known{
-        "firefox",       "firefox-esr",    "org.mozilla.firefox",
-        "librewolf",     "chromium",       "google-chrome",
-        "brave-browser", "microsoft-edge", "vivaldi-stable",
-        "opera",         "epiphany",       "org.gnome.epiphany",
-        "falkon",        "org.kde.falkon", "konqueror",
-        "midori",
-    };
-    return std::ranges::find(known, id) != known.end();
-}
-
 bool contains(const std::vector<Application>& list, const Application& application) {
     return std::ranges::find(list, application) != list.end();
 }
 
 }  // namespace
 
-XWorkspace::XWorkspace(Connection& connection) : connection_(connection) {
+XWorkspace::XWorkspace(Connection& connection)
+    : connection_(connection), browsers_(applicationFolders()) {
     subscription_ = connection.rootPropertyChanged.subscribe(
         [this](xcb_atom_t property) { rootChanged(property); });
     readList();
@@ -89,7 +76,10 @@ void XWorkspace::readFront() {
 }
 
 std::optional<WebPage> XWorkspace::page(const Application& application) const {
-    if (front_ != application || !isBrowser(application.id)) return std::nullopt;
+    if (front_ != application ||
+        !(browsers_.contains(application.id) || browsers_.contains(application.windowClass))) {
+        return std::nullopt;
+    }
     const auto active = propertyOf(connection_, connection_.root(), Atom::activeWindow).number();
     if (!active || *active == XCB_NONE) return std::nullopt;
     const Property title = propertyOf(connection_, *active, Atom::windowName);

@@ -3,6 +3,7 @@
 
 #include <map>
 
+#include "desktop/files/Browsers.h"
 #include "desktop/x11/Connection.h"
 #include "platform/Workspace.h"
 
@@ -36,6 +37,7 @@ private:
     std::map<xcb_window_t, Known> windows_;  // those of the client list
     std::optional<Application> front_;
     std::vector<Application> running_;
+    mutable Browsers browsers_;  // remembers whom it was asked about
     Subscription subscription_;
 };
 
