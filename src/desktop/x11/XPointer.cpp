@@ -12,7 +12,8 @@ constexpr Seconds stillAfter = 1;
 constexpr Seconds freshFor = 1.0 / 60;  // an answer younger than this is not asked for again
 constexpr std::uint32_t firstWheelButton = 4;
 // A window manager that looks at a press first passes it on within this time.
-constexpr Seconds passedOnWithin = 0.05;
+constexpr Seconds passedOnWithin = 0.25;
+constexpr xcb_timestamp_t sameMoment = 5'000;  // milliseconds: there may be a second press by then
 
 constexpr Seconds intervalOf(Pace pace) {
     switch (pace) {
@@ -214,7 +215,8 @@ void XPointer::rawButton(bool pressed, const xcb_input_raw_button_press_event_t&
 /// with this one and is dispatched before the next job, or it is with the window manager.
 void XPointer::pressedSomewhere(PointerEvent what, xcb_timestamp_t time) {
     auto tell = lifetime_.guard([this, what, time] {
-        if (receivedPress_ != time) elsewhere.emit(what);
+        const bool isReceived = receivedPress_ - time <= sameMoment;  // server times wrap around
+        if (!isReceived) elsewhere.emit(what);
     });
     if (owner_ || overOwnWindow_) {
         connection_.loop().after(passedOnWithin, std::move(tell));
