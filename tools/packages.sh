@@ -43,13 +43,11 @@ build_preset() {
     rm -f "$log"
 }
 
-# run_tests PRESET [NAME]: every test, or those that match the regular expression NAME. Tests in
-# virtual time get one try. Those beside real servers and real clocks get a second, which is shown:
-# a machine that is busy with something else may be late once.
+# run_tests PRESET [NAME]: every test, or those that match the regular expression NAME.
 run_tests() {
     local ctest=(ctest --test-dir "$root/build/$1" --output-on-failure ${2:+-R "$2"})
     "${ctest[@]}" --label-exclude real-time -j 2 &&
-        "${ctest[@]}" --label-regex real-time -j 3 --repeat until-pass:2
+        "${ctest[@]}" --label-regex real-time -j 3
 }
 
 # What the tests and benchmarks are built with; a build that was begun without them gets them.

@@ -28,10 +28,7 @@ struct SystemTrayTest : XTest {
     }
     void click(int x, int y, int button) {
         other->movePointer(x, y);
-        turnFor(0.05);
-        other->press(button);
-        other->release(button);
-        turnFor(0.1);
+        XTest::click(button, [this] { return clicks + rightClicks; });
     }
 
     std::unique_ptr<x11::SystemTray> icon;

@@ -25,12 +25,15 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// For as long as the busiest of machines may take.
 void waitUntil(const std::function<bool()>& condition) {
-    for (int i = 0; i < 500; ++i) {
-        if (condition()) return;
+    const auto end = std::chrono::steady_clock::now() + 60s;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) {
+            throw std::runtime_error("the virtual desktop did not come up");
+        }
         std::this_thread::sleep_for(10ms);
     }
-    throw std::runtime_error("the virtual desktop did not come up");
 }
 
 bool isInstalled(const std::string& program) {
@@ -139,6 +142,17 @@ void VirtualDesktop::startCompositor() {
         std::free(owner);
         return present;
     });
+    // It paints from the moment on at which a window that lets everything through is not seen.
+    constexpr std::uint32_t red = 0xff0000;
+    const auto probe = eye.open({.x = 0, .y = 0, .width = 40, .height = 40, .color = red});
+    waitUntil([&] { return eye.pixel(20, 20) == red; });
+    eye.setNumbers(probe, "_NET_WM_WINDOW_OPACITY", XCB_ATOM_CARDINAL, {0});
+    waitUntil([&] { return eye.pixel(20, 20) != red; });
+    eye.close(probe);
+    waitUntil([&] {
+        const auto left = eye.numbers(eye.root(), "_NET_CLIENT_LIST");
+        return std::ranges::find(left, probe) == left.end();
+    });
 }
 
 void VirtualDesktop::stopCompositor() {
@@ -183,20 +197,19 @@ xcb_window_t OtherProgram::open(const WindowSpec& spec) {
         setNumbers(window, "_NET_WM_STRUT_PARTIAL", XCB_ATOM_CARDINAL, spec.strut);
     }
     setText(window, "WM_CLASS", spec.windowClass + '\0' + spec.windowClass + '\0');
-    xcb_map_window(xcb_, window);
-    xcb_flush(xcb_);
-    for (int i = 0; i < 300; ++i) {
+    int looks = 0;
+    waitUntil([&] {
         // A window manager that is still starting may forget a window.
-        if (i % 30 == 29) xcb_map_window(xcb_, window);
+        if (looks++ % 30 == 0) xcb_map_window(xcb_, window);
         xcb_flush(xcb_);
-        while (auto* event = xcb_poll_for_event(xcb_)) {
-            const bool shown = (event->response_type & 0x7f) == XCB_MAP_NOTIFY;
+        bool shown = false;
+        while (auto* event = shown ? nullptr : xcb_poll_for_event(xcb_)) {
+            shown = (event->response_type & 0x7f) == XCB_MAP_NOTIFY;
             std::free(event);
-            if (shown) return window;
         }
-        std::this_thread::sleep_for(10ms);
-    }
-    throw std::runtime_error("a window did not appear");
+        return shown;
+    });
+    return window;
 }
 
 void OtherProgram::close(xcb_window_t window) {
@@ -317,6 +330,27 @@ void OtherProgram::fake(int type, int detail, int x, int y) {
     xcb_flush(xcb_);
 }
 
+void OtherProgram::sync() {
+    std::free(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
+}
+
+xcb_window_t OtherProgram::underPointer() {
+    auto* answer = xcb_query_pointer_reply(xcb_, xcb_query_pointer(xcb_, root_), nullptr);
+    const auto found = answer ? answer->child : 0;
+    std::free(answer);
+    return found;
+}
+
+xcb_window_t OtherProgram::frameOf(xcb_window_t window) {
+    for (;;) {
+        auto* tree = xcb_query_tree_reply(xcb_, xcb_query_tree(xcb_, window), nullptr);
+        const auto parent = tree ? tree->parent : root_;
+        std::free(tree);
+        if (parent == root_ || parent == 0) return window;
+        window = parent;
+    }
+}
+
 void OtherProgram::movePointer(int x, int y) {
     fake(XCB_MOTION_NOTIFY, 0, x, y);
 }
@@ -354,7 +388,7 @@ std::size_t OtherProgram::count(const xcb_rectangle_t& area, std::uint32_t color
 int OtherProgram::takenClicks() {
     xcb_generic_event_t* event = nullptr;
     int clicks = 0;
-    std::free(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
+    sync();
     while ((event = xcb_poll_for_event(xcb_))) {
         const int type = event->response_type & 0x7f;
         clicks += type == XCB_BUTTON_PRESS || type == XCB_BUTTON_RELEASE;

@@ -66,6 +66,13 @@ public:
     /// Another monitor over a part of the display, as if the display were wider than one.
     void addMonitor(const std::string& name, const xcb_rectangle_t& area, bool primary);
 
+    /// Returns when the server has done everything that this program asked for.
+    void sync();
+    /// The outermost window that a press would go to now.
+    xcb_window_t underPointer();
+    /// The outermost window around one, which a window manager may have made.
+    xcb_window_t frameOf(xcb_window_t window);
+
     void movePointer(int x, int y);
     void press(int button = 1);
     void release(int button = 1);

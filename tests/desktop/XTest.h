@@ -13,6 +13,9 @@
 
 namespace quibbits {
 
+/// How long is waited for what must come: only a test that fails takes so long.
+constexpr Seconds patience = 60;
+
 struct XTest : testing::Test {
     static void SetUpTestSuite() {}
 
@@ -44,7 +47,7 @@ struct XTest : testing::Test {
     }
 
     /// Turns the loop until the condition holds; false when it never does.
-    bool eventually(const std::function<bool()>& condition, Seconds longest = 3) {
+    bool eventually(const std::function<bool()>& condition, Seconds longest = patience) {
         const Instant end = loop.now() + longest;
         while (!condition()) {
             if (loop.now() > end) return false;
@@ -54,6 +57,34 @@ struct XTest : testing::Test {
     }
     void turnFor(Seconds time) {
         eventually([] { return false; }, time);
+    }
+    /// Lets everything arrive that both programs have asked the server for by now.
+    void settle() {
+        for (int round = 0; round < 3; ++round) {
+            other->sync();
+            if (connection && !connection->ended()) {
+                auto* xcb = connection->xcb();
+                xcb_flush(xcb);
+                std::free(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+            }
+            loop.turn(0.01);
+        }
+    }
+    /// Clicks with the pointer where it is, and waits until as many presses and releases were got.
+    /// Those of the windows of the other program count; the rest is told by the given counter.
+    int click(int button, const std::function<int()>& gotElsewhere) {
+        settle();
+        other->takenClicks();
+        const int before = gotElsewhere();
+        other->press(button);
+        other->release(button);
+        int taken = 0;
+        eventually([&] {
+            taken += other->takenClicks();
+            return taken >= 2 || gotElsewhere() > before;
+        });
+        settle();
+        return taken + other->takenClicks();
     }
     bool shows(int x, int y, std::uint32_t color) {
         return eventually([&] { return other->pixel(x, y) == color; });

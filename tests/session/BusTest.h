@@ -11,6 +11,9 @@
 
 namespace quibbits {
 
+/// How long is waited for what must come: only a test that fails takes so long.
+constexpr Seconds patience = 60;
+
 class BusTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -21,7 +24,7 @@ protected:
     }
 
     /// Turns the loop and the services until the condition holds.
-    bool eventually(const std::function<bool()>& condition, Seconds longest = 5) {
+    bool eventually(const std::function<bool()>& condition, Seconds longest = patience) {
         const Instant end = loop.now() + longest;
         while (!condition()) {
             if (loop.now() > end) return false;
@@ -31,6 +34,19 @@ protected:
     }
     void letPass(Seconds time) {
         for (const Instant end = loop.now() + time; loop.now() < end;) turn();
+    }
+    /// Lets everything arrive that the services have said by now: the bus answers a question in
+    /// turn, first to the services and then to whoever listens.
+    void settle(session::Bus& listener) {
+        for (auto* service : services) service->sync();
+        bool answered = false;
+        const auto question = listener.call({.destination = "org.freedesktop.DBus",
+                                             .path = "/org/freedesktop/DBus",
+                                             .interface = "org.freedesktop.DBus",
+                                             .member = "GetId"},
+                                            nullptr, [&](auto...) { answered = true; });
+        EXPECT_TRUE(eventually([&] { return answered; }));
+        letPass(0.02);
     }
     void turn() {
         loop.turn(0.01);

@@ -168,7 +168,7 @@ TEST_F(DesktopIconsTest, SurviveAProgramThatNeverAnswers) {
     icons.desktopIcons();
     letPass(0.5);
     EXPECT_TRUE(icons.isReading());
-    ASSERT_TRUE(eventually([&] { return !icons.isReading(); }, 7));
+    ASSERT_TRUE(eventually([&] { return !icons.isReading(); }));
     EXPECT_THAT(icons.desktopIcons(), Optional(IsEmpty()));
 }
 

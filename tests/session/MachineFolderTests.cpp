@@ -188,6 +188,12 @@ protected:
     void letPass(Seconds time) {
         for (const Instant end = loop.now() + time; loop.now() < end;) loop.turn(0.05);
     }
+    bool isTold(std::size_t times) {
+        for (const Instant end = loop.now() + 60; told.size() < times && loop.now() < end;) {
+            loop.turn(0.05);
+        }
+        return told.size() >= times;
+    }
 
     EventRunLoop loop;
     TemporaryFolder devices;
@@ -199,12 +205,13 @@ TEST_F(CameraDevices, ACameraIsInUseFromItsFirstOpeningToItsLastClosing) {
     EXPECT_THAT(cameras->inUse(), ElementsAre(false, false, false));
     auto first = open("video10");
     auto second = open("video10");  // so soon that the kernel tells of one opening
-    letPass(1.2);
+    EXPECT_TRUE(isTold(1));
     first = {};
     letPass(1.2);
     EXPECT_THAT(told, ElementsAre(ElementsAre(false, false, true)));
     second = {};
     std::filesystem::remove(devices / "video0");
+    EXPECT_TRUE(isTold(2));
     letPass(1.2);
     ASSERT_EQ(told.size(), 2U);
     EXPECT_THAT(told[1], ElementsAre(false, false, false));
@@ -214,10 +221,10 @@ TEST_F(CameraDevices, TwoUsesThatEndInOneMomentAreBothOver) {
     auto first = open("video0");
     letPass(0.1);
     auto second = open("video0");
-    letPass(1.2);
+    EXPECT_TRUE(isTold(1));
     first = {};
     second = {};
-    letPass(1.2);
+    EXPECT_TRUE(isTold(2));
     EXPECT_THAT(told,
                 ElementsAre(ElementsAre(true, false, false), ElementsAre(false, false, false)));
 }

@@ -83,7 +83,7 @@ protected:
         daemonService->emit(servicePath, service, "ActionInvoked", [&](sd_bus_message* signal) {
             sd_bus_message_append(signal, "us", id, action.c_str());
         });
-        letPass(0.1);
+        settle(*bus);
     }
 
     std::unique_ptr<FakeService> daemonService;
@@ -128,7 +128,6 @@ TEST_F(NotificationTest, AnOfferShowsItsButtonsAndTheAnswerBringsItsFiles) {
     daemonService->emit(servicePath, service, "NotificationClosed", [](sd_bus_message* signal) {
         sd_bus_message_append(signal, "uu", 41U, 2U);
     });
-    letPass(0.1);
     invoke(41, "trash");
     EXPECT_EQ(responses.size(), 2U) << "it was closed";
 }
@@ -174,6 +173,7 @@ TEST_F(NotificationTest, WithoutABusOrAServiceTheReasonIsTold) {
     EXPECT_EQ(noService.kind, Kind::notAllowed);
     EXPECT_THAT(noService.error, testing::HasSubstr("org.freedesktop.Notifications"));
     startService({});
+    settle(*bus);
     EXPECT_EQ(send({.identifier = "a"}).kind, Kind::shown);
     const auto refused = send({.identifier = "b", .title = "refuse me"});
     EXPECT_EQ(refused.kind, Kind::failed);
@@ -187,7 +187,7 @@ TEST_F(NotificationTest, AServiceThatRestartsIsAskedAnewAndItsNumbersStartAnew) 
     startNotifications();
     send({.identifier = "a", .category = "offer"});
     startService({"actions"}, 7);
-    letPass(0.1);
+    settle(*bus);
     EXPECT_EQ(send({.identifier = "a", .category = "offer", .pet = "two"}).kind, Kind::shown);
     EXPECT_EQ(notes.back().replaces, 0U);
     EXPECT_EQ(notes.back().actions.size(), 6U);

@@ -84,7 +84,9 @@ void PrivateBus::start() {
         posix_spawnp(&process_, program.c_str(), &actions, nullptr, arguments, environ);
     posix_spawn_file_actions_destroy(&actions);
     check(-error, "no message bus could be started");
-    for (int i = 0; i < 500 && !accepts(folder_ / "bus"); ++i) {
+    const auto end = std::chrono::steady_clock::now() + 60s;
+    while (!accepts(folder_ / "bus")) {
+        if (std::chrono::steady_clock::now() > end) throw std::runtime_error("the bus is silent");
         std::this_thread::sleep_for(10ms);
     }
 }
@@ -146,6 +148,13 @@ void FakeService::turn() {
     while (sd_bus_process(bus_, nullptr) > 0) {
     }
     sd_bus_flush(bus_);
+}
+
+void FakeService::sync() {
+    sd_bus_message* reply = nullptr;
+    sd_bus_call_method(bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                       "org.freedesktop.DBus", "GetId", nullptr, &reply, nullptr);
+    sd_bus_message_unref(reply);
 }
 
 int FakeService::heard(sd_bus_message* message, void* data, void*) {

@@ -59,6 +59,8 @@ public:
     void emit(const std::string& path, const std::string& interface, const std::string& member,
               const std::function<void(sd_bus_message*)>& fill);
     void turn();
+    /// Returns when the bus has passed on everything that the service said.
+    void sync();
 
 private:
     static int heard(sd_bus_message* message, void* data, void* error);

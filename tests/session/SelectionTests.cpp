@@ -155,7 +155,7 @@ protected:
         session::DesktopIcons browser(loop, bus, display);
         std::optional<FileSelection> found;
         browser.readSelection([&](const FileSelection& selection) { found = selection; });
-        EXPECT_TRUE(eventually([&] { return found.has_value(); }, 7));
+        EXPECT_TRUE(eventually([&] { return found.has_value(); }));
         return found.value_or(FileSelection{});
     }
     std::string path(const std::string& name) const { return (folder / name).native(); }
