@@ -5,6 +5,10 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "raster/TextEngine.h"
 
@@ -61,6 +65,11 @@ void colour(PangoAttrList* attributes, Color c, std::size_t from, std::size_t to
     };
     add(pango_attr_foreground_new(channel(c.red), channel(c.green), channel(c.blue)));
     add(pango_attr_foreground_alpha_new(std::max<guint16>(1, channel(c.alpha))));
+}
+
+/// What follows a character to say how it is drawn, or joins it to the next, and is never seen.
+bool isUnseen(gunichar c) {
+    return pango_is_zero_width(c) || (c >= 0xfe00 && c <= 0xfe0f) || (c >= 0xe0000 && c <= 0xe01ef);
 }
 
 /// Words first, then characters; widths are the same at every scale, so that what was measured
@@ -122,12 +131,79 @@ private:
         const Owned<PangoAttrList> attributes(pango_attr_list_new());
         for (const auto& run : text.runs) {
             const std::size_t from = all.size();
-            all += run.text;
+            all += drawable(run.text, *font);
             colour(attributes.get(), run.color, from, all.size());
         }
         pango_layout_set_text(layout.get(), all.data(), static_cast<int>(all.size()));
         pango_layout_set_attributes(layout.get(), attributes.get());
         return layout;
+    }
+
+    /// The text without the characters that no installed font has, which would be drawn as boxes.
+    /// The blank before such a character goes with it where another follows, or the end.
+    std::string drawable(const std::string& text, const PangoFontDescription& font) const {
+        if (std::ranges::all_of(text, [](char c) { return static_cast<signed char>(c) > 0; })) {
+            return text;
+        }
+        const std::unique_ptr<char, decltype(&g_free)> valid(
+            g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())), &g_free);
+        std::vector<PangoLogAttr> places(static_cast<std::size_t>(g_utf8_strlen(valid.get(), -1)) +
+                                         1);
+        pango_get_log_attrs(valid.get(), -1, -1, pango_language_get_default(), places.data(),
+                            static_cast<int>(places.size()));
+        std::string kept;
+        bool isGap = false;
+        const char* at = valid.get();
+        for (std::size_t i = 0; *at;) {
+            const char* const begin = at;
+            do {
+                at = g_utf8_next_char(at);
+            } while (*at && !places[++i].is_cursor_position);
+            const std::string_view character(begin, static_cast<std::size_t>(at - begin));
+            const std::string known = knownPart(character, font);
+            if (known.empty()) {
+                isGap = kept.empty() || kept.ends_with(' ');
+            } else if (!std::exchange(isGap, false) || known != " ") {
+                kept += known;
+            }
+        }
+        if (isGap && kept.ends_with(' ')) kept.pop_back();
+        return kept;
+    }
+
+    /// Of a character and all that belongs to it what there are glyphs for; nothing without the
+    /// character itself.
+    std::string knownPart(std::string_view character, const PangoFontDescription& font) const {
+        std::string kept;
+        std::string joining;  // unseen, before what comes next
+        bool isDrawn = true;  // what came last
+        const char* const end = character.data() + character.size();
+        for (const char* at = character.data(); at < end; at = g_utf8_next_char(at)) {
+            const gunichar c = g_utf8_get_char(at);
+            const std::string_view piece(at, static_cast<std::size_t>(g_utf8_next_char(at) - at));
+            if (isUnseen(c)) {
+                if (isDrawn) joining += piece;
+                continue;
+            }
+            isDrawn = isKnown(c, font);
+            if (!isDrawn && at == character.data()) return {};
+            if (isDrawn) kept += joining + std::string(piece);
+            joining.clear();
+        }
+        return kept + joining;
+    }
+
+    bool isKnown(gunichar c, const PangoFontDescription& description) const {
+        if (c < 0x80) return true;
+        const auto [entry, isNew] = known_.try_emplace(c, false);
+        if (isNew) {
+            const Owned<PangoFontset> fonts(pango_font_map_load_fontset(
+                pango_context_get_font_map(context_.get()), context_.get(), &description,
+                pango_language_get_default()));
+            const Owned<PangoFont> font(fonts ? pango_fontset_get_font(fonts.get(), c) : nullptr);
+            entry->second = font && pango_font_has_char(font.get(), c);
+        }
+        return entry->second;
     }
 
     static void wrap(PangoLayout* layout, double width) {
@@ -146,6 +222,7 @@ private:
     }
 
     Owned<PangoContext> context_;
+    mutable std::unordered_map<gunichar, bool> known_;
 };
 
 }  // namespace

@@ -1,11 +1,12 @@
-// What every test program runs in: a home of its own and nothing of the user's session, so that a
-// test finds the same on every machine, and touches nothing of whoever runs it.
+// What every test program runs in: a home of its own, one family of fonts and nothing of the user's
+// session, so that a test finds the same on every machine, and touches nothing of whoever runs it.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,6 +48,7 @@ public:
         fs::permissions(run, fs::perms::owner_all);
         setenv("HOME", home_.c_str(), 1);
         setenv("XDG_RUNTIME_DIR", run.c_str(), 1);
+        useOneFont();
         setenv("LC_ALL", "C.UTF-8", 1);
         setenv("TZ", "UTC0", 1);
         setenv("PATH", "/usr/local/bin:/usr/bin:/bin", 0);
@@ -57,6 +59,17 @@ public:
     }
 
 private:
+    void useOneFont() const {
+        std::ofstream(home_ / "fonts.conf")
+            << "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\"><fontconfig>"
+               "<dir>/usr/share/fonts/truetype/dejavu</dir>"
+               "<cachedir>/var/cache/fontconfig</cachedir>"
+               "<cachedir prefix=\"xdg\">fontconfig</cachedir>"
+               "<match target=\"pattern\"><edit name=\"family\" mode=\"prepend_first\">"
+               "<string>DejaVu Sans</string></edit></match></fontconfig>";
+        setenv("FONTCONFIG_FILE", (home_ / "fonts.conf").c_str(), 1);
+    }
+
     fs::path home_;
 };
 
