@@ -96,7 +96,7 @@ std::optional<Pet::Spoken> Pet::showDialog(const Expression& e, int turn) {
     StyledText whole{.fontSize = fontSize, .weight = FontWeight::semibold};
     const std::string prefix = e.speaker ? *e.speaker + ": " : std::string();
     if (e.speaker) whole.runs.push_back({prefix, speakerCyan});
-    whole.runs.push_back({*e.caption, Color::white()});
+    whole.runs.push_back({text_.worded(*e.caption), Color::white()});
 
     const Size measured = text_.measure(whole, widestText);
     const double tw = std::ceil(measured.width);

@@ -22,7 +22,9 @@ double shareThatFits(const StyledText& text, const TextMeasure& ruler, Size room
 
 }  // namespace
 
-FittedText fitted(const Label& label, const TextMeasure& ruler) {
+FittedText fitted(const Label& original, const TextMeasure& ruler) {
+    Label label = original;
+    label.text = ruler.worded(label.text);
     FittedText result{.text = {.text = styled(label, label.text), .alignment = label.alignment},
                       .frame = label.frame};
     StyledText& text = result.text.text;

@@ -34,11 +34,14 @@ std::string firstCharacters(const std::string& utf8, std::size_t count);
 /// With the letters A to Z in lower case; all others as they are.
 std::string asciiLowercase(std::string_view text);
 
+/// What everybody who sets a text on the screen asks first.
 class TextMeasure {
 public:
     virtual ~TextMeasure() = default;
     /// The size of the text set in lines no wider than the limit, itself no larger than the limit.
     virtual Size measure(const StyledText& text, Size limit) const = 0;
+    /// A whole text that is about to be set, in this desktop's own words.
+    virtual std::string worded(const std::string& text) const { return text; }
 };
 
 }  // namespace quibbits

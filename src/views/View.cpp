@@ -1,39 +1,41 @@
 #include "views/View.h"
 
+#include <concepts>
+
 #include "platform/Overloaded.h"
 
 namespace quibbits::views {
 namespace {
 
-void collect(const View& view, std::vector<std::string>& texts) {
-    const auto add = [&texts](const auto&... pieces) {
-        const auto one = [&texts](const std::string& text) {
-            if (!text.empty()) texts.push_back(text);
-        };
-        (one(pieces), ...);
-    };
-    std::string after;  // stands below the children
+template <typename T, typename Kind>
+concept Like = std::same_as<std::remove_const_t<T>, Kind>;
+
+/// The tree may be constant or not, and so are the texts.
+template <typename Tree, typename Use>
+void visitTexts(Tree& view, const Use& use) {
+    const auto each = [&use](auto&... pieces) { (use(pieces), ...); };
     std::visit(
-        Overloaded{[&](const Section& v) {
-                       add(v.heading);
-                       after = v.footer;
+        Overloaded{[&](Like<Section> auto& v) { each(v.heading); },
+                   [&](Like<Disclosure> auto& v) { each(v.title); },
+                   [&](Like<Tab> auto& v) { each(v.title); },
+                   [&](Like<SidebarRow> auto& v) { each(v.title); },
+                   [&](Like<Text> auto& v) { each(v.text); },
+                   [&](Like<Fact> auto& v) { each(v.title, v.detail, v.value); },
+                   [&](Like<Meter> auto& v) { each(v.title, v.value); },
+                   [&](Like<Toggle> auto& v) { each(v.title, v.detail); },
+                   [&](Like<Stepper> auto& v) { each(v.title); },
+                   [&](Like<Picker> auto& v) {
+                       each(v.title);
+                       for (auto& choice : v.choices) each(choice.title);
                    },
-                   [&](const Disclosure& v) { add(v.title); }, [&](const Tab& v) { add(v.title); },
-                   [&](const SidebarRow& v) { add(v.title); }, [&](const Text& v) { add(v.text); },
-                   [&](const Fact& v) { add(v.title, v.detail, v.value); },
-                   [&](const Meter& v) { add(v.title, v.value); },
-                   [&](const Toggle& v) { add(v.title, v.detail); },
-                   [&](const Stepper& v) { add(v.title); },
-                   [&](const Picker& v) {
-                       add(v.title);
-                       for (const auto& choice : v.choices) add(choice.title);
-                   },
-                   [&](const Button& v) { add(v.title); }, [&](const Chooser& v) { add(v.title); },
-                   [&](const Link& v) { add(v.title); }, [&](const Application& v) { add(v.name); },
-                   [&](const Alert& v) { add(v.title, v.message, v.button); }, [](const auto&) {}},
+                   [&](Like<Button> auto& v) { each(v.title); },
+                   [&](Like<Chooser> auto& v) { each(v.title); },
+                   [&](Like<Link> auto& v) { each(v.title); },
+                   [&](Like<Application> auto& v) { each(v.name); },
+                   [&](Like<Alert> auto& v) { each(v.title, v.message, v.button); }, [](auto&) {}},
         view.content);
-    for (const View& child : view.children) collect(child, texts);
-    add(after);
+    for (auto& child : view.children) visitTexts(child, use);
+    if (auto* section = std::get_if<Section>(&view.content)) each(section->footer);
 }
 
 }  // namespace
@@ -48,8 +50,14 @@ const View* find(const View& tree, std::string_view id) {
 
 std::vector<std::string> texts(const View& tree) {
     std::vector<std::string> all;
-    collect(tree, all);
+    visitTexts(tree, [&all](const std::string& text) {
+        if (!text.empty()) all.push_back(text);
+    });
     return all;
+}
+
+void eachText(View& tree, const std::function<void(std::string&)>& use) {
+    visitTexts(tree, use);
 }
 
 }  // namespace quibbits::views

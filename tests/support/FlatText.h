@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <string>
 
 #include "platform/Text.h"
 
@@ -17,6 +19,10 @@ public:
         const double lines = std::max(1.0, std::ceil(width / limit.width));
         return {std::min(width, limit.width), std::min(lines * text.fontSize * 1.25, limit.height)};
     }
+    std::string worded(const std::string& text) const override {
+        return wording ? wording(text) : text;
+    }
+    std::function<std::string(const std::string&)> wording;
 };
 
 }  // namespace quibbits

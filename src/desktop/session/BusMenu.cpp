@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "desktop/session/BusValues.h"
+#include "desktop/words/DesktopWords.h"
 
 namespace quibbits::session {
 namespace {
@@ -234,7 +235,7 @@ BusMenu::BusMenu(EventRunLoop& loop, Bus& bus, std::string path, std::function<M
 
 /// Asks the source. True when the menu looks otherwise than it did.
 bool BusMenu::refresh() {
-    Menu menu = source_ ? source_() : Menu();
+    Menu menu = source_ ? words::worded(source_()) : Menu();
     const bool same = std::ranges::equal(
         lines_, menu.items,
         [](const Line& line, const MenuItem& item) { return looksSame(line.item, item); });

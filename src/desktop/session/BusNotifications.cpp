@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "desktop/session/BusValues.h"
+#include "desktop/words/DesktopWords.h"
 
 namespace quibbits::session {
 namespace {
@@ -88,7 +89,7 @@ void BusNotifications::send(NotificationRequest request, Done done) {
         });
         return;
     }
-    waiting_.push_back({std::move(request), std::move(done)});
+    waiting_.push_back({words::worded(std::move(request)), std::move(done)});
     loop_.post(lifetime_.guard([this] { next(); }));
 }
 

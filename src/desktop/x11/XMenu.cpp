@@ -1,5 +1,6 @@
 #include "desktop/x11/XMenu.h"
 
+#include "desktop/words/DesktopWords.h"
 #include "desktop/x11/XPanels.h"
 
 namespace quibbits::x11 {
@@ -27,7 +28,7 @@ XMenu::XMenu(XPanels& panels, Menu menu, Point at)
     : panels_(panels),
       connection_(panels.connection_),
       pointer_(panels.pointer_),
-      lines_(std::move(menu)),
+      lines_(words::worded(std::move(menu))),
       menu_(panels, panels.ruler_, lines_, placeFor(panels, at)),
       grab_(connection_) {
     menu_.onEnd = [this](auto line) { end(line); };
