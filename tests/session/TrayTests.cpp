@@ -259,10 +259,26 @@ TEST(TrayPictures, EnlargedArtIsTakenBackToItsPixels) {
     }
     const auto pictures = session::trayPictures(Image::fromArgb(36, 36, std::move(pixels)));
     ASSERT_EQ(pictures.size(), 6u);
-    EXPECT_EQ(pictures[0].side, 16);
-    EXPECT_EQ(pictures[0].bytes[(2 * 16 + 2) * 4 + 3], 0x00);
-    EXPECT_EQ(pictures[0].bytes[(2 * 16 + 3) * 4 + 3], 0x10) << "the next art pixel";
+    EXPECT_EQ(pictures[2].side, 24);
+    EXPECT_EQ(pictures[2].bytes[(1 * 24 + 1) * 4 + 3], 0x00);
+    EXPECT_EQ(pictures[2].bytes[(1 * 24 + 2) * 4 + 3], 0x10) << "the next art pixel";
     EXPECT_TRUE(session::trayPictures({}).empty());
+}
+
+TEST(TrayPictures, FillTheirSquareAndAllColumnsOfTheArtAreEquallyWide) {
+    for (int striped = 0; striped < 12; ++striped) {
+        std::vector<Argb> pixels;
+        for (int i = 0; i < 12 * 12; ++i) {
+            pixels.push_back(i % 12 == striped ? 0xffffffffU : 0xff000000U);
+        }
+        const auto picture = session::trayPicture(Image::fromArgb(12, 12, std::move(pixels)), 22);
+        double white = 0;
+        for (std::size_t x = 0; x < 22; ++x) {
+            EXPECT_EQ(picture.bytes[x * 4], 0xff) << "no rim";
+            white += picture.bytes[x * 4 + 1] / 255.0;
+        }
+        EXPECT_NEAR(white, 22.0 / 12, 0.02) << striped;
+    }
 }
 
 TEST_F(TrayTest, ATrayThatOpensTheMenuItselfGetsItsLinesAndTellsTheChoice) {

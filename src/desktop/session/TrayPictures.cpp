@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace quibbits::session {
 namespace {
@@ -38,19 +39,49 @@ void append(std::vector<std::uint8_t>& bytes, Argb pixel) {
     }
 }
 
+/// Of each art pixel along one side that a pixel of the picture covers, the share.
+struct Share {
+    int art = 0;
+    double share = 0;
+};
+
+/// The middle of the art lies in the middle of the side.
+std::vector<Share> sharesOf(int pixel, int side, int art, double enlarged) {
+    const double from = (pixel - side / 2.0) / enlarged + art / 2.0;
+    const double to = from + 1 / enlarged;
+    std::vector<Share> shares;
+    for (int i = std::max(static_cast<int>(std::floor(from)), 0); i < art && i < to; ++i) {
+        const double covered = std::min(to, i + 1.0) - std::max(from, double(i));
+        if (covered > 1e-6) shares.push_back({i, covered * enlarged});
+    }
+    return shares;
+}
+
+/// As large as the side allows: sharp squares where the factor is whole, else the mean of what each
+/// pixel covers, so that no column of art is wider than its neighbour.
 TrayPicture pictureOf(const Image& image, int block, int side) {
     const int width = image.width() / block;
     const int height = image.height() / block;
-    const int factor = std::max(side / std::max(width, height), 1);
-    const int left = (side - width * factor) / 2;
-    const int top = (side - height * factor) / 2;
+    const double enlarged = std::max(double(side) / std::max(width, height), 1.0);
     TrayPicture picture{.side = side, .bytes = {}};
     picture.bytes.reserve(static_cast<std::size_t>(side * side) * 4);
     for (int y = 0; y < side; ++y) {
+        const auto rows = sharesOf(y, side, height, enlarged);
         for (int x = 0; x < side; ++x) {
-            const bool inside = x >= left && y >= top;
-            append(picture.bytes,
-                   inside ? image.at((x - left) / factor * block, (y - top) / factor * block) : 0);
+            std::array<double, 4> sum{};
+            for (const Share& column : sharesOf(x, side, width, enlarged)) {
+                for (const Share& row : rows) {
+                    const Argb art = image.at(column.art * block, row.art * block);
+                    for (unsigned i = 0; i < 4; ++i) {
+                        sum[i] += ((art >> (8 * i)) & 0xff) * column.share * row.share;
+                    }
+                }
+            }
+            Argb pixel = 0;
+            for (unsigned i = 0; i < 4; ++i) {
+                pixel |= static_cast<Argb>(std::lround(sum[i])) << (8 * i);
+            }
+            append(picture.bytes, pixel);
         }
     }
     return picture;

@@ -18,9 +18,9 @@ struct TrayPicture {
     std::vector<std::uint8_t> bytes;
 };
 
-/// Pixel art in the middle of squares of the usual sizes, enlarged by the largest whole factor that
-/// fits, so that every art pixel stays a sharp square. Art that was enlarged before is taken back
-/// to its own pixels first. No picture gives none.
+/// Pixel art that fills squares of the usual sizes. Where the factor is whole every art pixel stays
+/// a sharp square, else the art is averaged. Art that was enlarged before is taken back to its own
+/// pixels first. No picture gives none.
 std::vector<TrayPicture> trayPictures(const Image& image);
 
 /// The same for one size; art that is larger loses its rim.
