@@ -83,6 +83,7 @@ struct Blindfold {
                 .notifications = c.notifications,
                 .statusItem = c.statusItem,
                 .appearance = c.appearance,
+                .session = c.session,
                 .files = c.files,
                 .volumes = volumes,
                 .background = c.background,

@@ -7,14 +7,17 @@
 #include "desktop/files/DefaultsFile.h"
 #include "desktop/files/DiskFiles.h"
 #include "desktop/files/DiskResources.h"
+#include "desktop/files/UserFolders.h"
 #include "desktop/session/AccessibilityStatus.h"
 #include "desktop/session/BusNotifications.h"
 #include "desktop/session/DesktopIcons.h"
 #include "desktop/session/LinuxMachine.h"
 #include "desktop/session/MountedVolumes.h"
 #include "desktop/session/PortalAppearance.h"
+#include "desktop/session/SessionServices.h"
 #include "desktop/session/TrayIcon.h"
 #include "desktop/windows/ProcessWindows.h"
+#include "desktop/words/DesktopWords.h"
 #include "desktop/x11/SystemTray.h"
 #include "desktop/x11/XDock.h"
 #include "desktop/x11/XHotKeys.h"
@@ -32,6 +35,11 @@ std::vector<std::filesystem::path> withUsersFirst(std::vector<std::filesystem::p
     return folders;
 }
 
+class DesktopText final : public TextRuler {
+public:
+    std::string worded(const std::string& text) const override { return words::worded(text); }
+};
+
 }  // namespace
 
 struct LinuxComputer::Parts {
@@ -46,8 +54,12 @@ struct LinuxComputer::Parts {
           workspace(*connection),
           windowList(*connection, screens),
           dock(screens),
-          defaults(places.defaults.empty() ? DefaultsFile::usualPlace() : places.defaults,
-                   [this](Job job) { loop->post(std::move(job)); }),
+          defaults(
+              places.defaults.empty() ? DefaultsFile::usualPlace() : places.defaults,
+              [this](Job job) { loop->post(std::move(job)); },
+              [this](const std::string& folder, auto changed) {
+                  return watchFolder(*loop, folder, std::move(changed));
+              }),
           resources(withUsersFirst(places.sheets)),
           files(DiskFiles::homeTrash(),
                 [this](const std::string& folder, auto changed) {
@@ -74,8 +86,16 @@ struct LinuxComputer::Parts {
                .pointOf = [this](int x, int y) { return screens.coordinates().points(x, y); },
                .openMenu = [this](Menu menu, Point at) { panels.openMenu(std::move(menu), at); },
                .otherTray = &systemTray}),
-          windows(*loop, ProcessWindows::usualProgram()) {
+          desktopSession(sessionBus, {.tray = [this] { return statusItem.isShown(); },
+                                      .accessibility = [this] { return accessibility.isTrusted(); },
+                                      .defaults = defaults,
+                                      .autostart = configFolder() / "autostart",
+                                      .program = session::SessionServices::ownProgram(),
+                                      .inSandbox = session::SessionServices::isInSandbox()}),
+          windows(*loop, ProcessWindows::usualProgram(), appearance) {
         connection->onEnd = [this] { loop->quit(); };
+        accessibility.onChange = [this] { desktopSession.changed.emit(); };
+        statusItem.onPresence = [this] { desktopSession.changed.emit(); };
         statusItem.onNoTray = [] {
             std::fputs("Quibbits: there is no tray; start quibbits again to open the dial\n",
                        stderr);
@@ -106,7 +126,7 @@ struct LinuxComputer::Parts {
     x11::XDock dock;
     DefaultsFile defaults;
     DiskResources resources;
-    TextRuler text;
+    DesktopText text;
     DiskFiles files;
     session::MountedVolumes volumes;
     x11::XHotKeys hotKeys;
@@ -120,6 +140,7 @@ struct LinuxComputer::Parts {
     session::DesktopIcons fileBrowser;
     x11::SystemTray systemTray;
     session::TrayIcon statusItem;
+    session::SessionServices desktopSession;
     ProcessWindows windows;
 };
 
@@ -160,6 +181,7 @@ Computer LinuxComputer::computer(Random& random) {
             .notifications = parts_->notifications,
             .statusItem = parts_->statusItem,
             .appearance = parts_->appearance,
+            .session = parts_->desktopSession,
             .files = parts_->files,
             .volumes = parts_->volumes,
             .background = parts_->background,

@@ -4,6 +4,7 @@
 
 #include "platform/Accessibility.h"
 #include "platform/DesktopLook.h"
+#include "platform/DesktopSession.h"
 #include "platform/Dock.h"
 #include "platform/FileBrowser.h"
 #include "platform/Files.h"
@@ -40,6 +41,7 @@ struct Computer {
     Notifications& notifications;
     StatusItem& statusItem;
     DesktopLook& appearance;
+    DesktopSession& session;
     Files& files;
     Volumes& volumes;
     WorkQueue& background;

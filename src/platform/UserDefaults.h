@@ -4,6 +4,7 @@
 // next read sees it.
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "platform/Date.h"
+#include "platform/Signal.h"
 
 namespace quibbits {
 
@@ -31,6 +33,9 @@ public:
     virtual void remove(std::string_view key) = 0;
     /// Values for keys that nothing is stored under; kept in memory only.
     virtual void registerDefaults(std::map<std::string, DefaultsValue> values) = 0;
+    /// Tells, as long as the handle lives and maybe a moment later, that this program or another
+    /// may have changed what is stored.
+    [[nodiscard]] virtual Subscription whenChanged(std::function<void()> tell) = 0;
 
     // Reads that convert: a number is true unless 0, a text is true when it begins with Y, T or a
     // digit above 0; a text's leading digits are its number. What is absent or cannot be converted

@@ -23,6 +23,7 @@ void SimulatedDefaults::set(std::string_view key, DefaultsValue value) {
     if (found != values_.end() && found->second == value) return;
     const auto entry = values_.insert_or_assign(std::string(key), std::move(value)).first;
     if (onChange) onChange(entry->first, &entry->second);
+    changed_.emit();
 }
 
 void SimulatedDefaults::remove(std::string_view key) {
@@ -30,6 +31,7 @@ void SimulatedDefaults::remove(std::string_view key) {
     if (found == values_.end()) return;
     values_.erase(found);
     if (onChange) onChange(std::string(key), nullptr);
+    changed_.emit();
 }
 
 void SimulatedDefaults::registerDefaults(std::map<std::string, DefaultsValue> values) {
@@ -52,6 +54,11 @@ void SimulatedNotifications::send(NotificationRequest request,
 
 void SimulatedNotifications::removeDelivered(const std::string& identifier) {
     delivered.erase(identifier);
+}
+
+std::optional<bool> SimulatedSession::has(SessionService service) const {
+    const auto known = services.find(service);
+    return known == services.end() ? std::nullopt : std::optional(known->second);
 }
 
 void SimulatedStatusItem::show(Image picture, std::string text) {
@@ -238,6 +245,7 @@ Computer SimulatedComputer::computer() {
             .notifications = notifications,
             .statusItem = statusItem,
             .appearance = appearance,
+            .session = session,
             .files = files,
             .volumes = volumes,
             .background = background,

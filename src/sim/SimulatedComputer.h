@@ -26,6 +26,9 @@ public:
     void set(std::string_view key, DefaultsValue value) override;
     void remove(std::string_view key) override;
     void registerDefaults(std::map<std::string, DefaultsValue> values) override;
+    Subscription whenChanged(std::function<void()> tell) override {
+        return changed_.subscribe(std::move(tell));
+    }
 
     const std::map<std::string, DefaultsValue, std::less<>>& all() const { return values_; }
     /// A stored value changed, or went away.
@@ -34,12 +37,15 @@ public:
 private:
     std::map<std::string, DefaultsValue, std::less<>> values_;
     std::map<std::string, DefaultsValue, std::less<>> registered_;
+    Signal<> changed_;
 };
 
 class SimulatedScreens final : public Screens {
 public:
     std::optional<Screen> main() const override { return screen; }
     std::optional<Screen> at(Point) const override { return screen; }
+    std::vector<std::string> names() const override { return outputs; }
+    std::vector<std::string> outputs;
     std::optional<Screen> screen;
 };
 
@@ -142,6 +148,16 @@ class SimulatedAppearance final : public DesktopLook {
 public:
     bool isDark() const override { return dark; }
     bool dark = false;
+};
+
+/// A session that says nothing of its services and cannot start programs, unless it is told.
+class SimulatedSession final : public DesktopSession {
+public:
+    std::optional<bool> has(SessionService service) const override;
+    std::optional<bool> startsProgram() const override { return starts; }
+    void setStartsProgram(bool s) override { starts = s; }
+    std::map<SessionService, bool> services;
+    std::optional<bool> starts;
 };
 
 class SimulatedFiles final : public Files {
@@ -304,6 +320,7 @@ public:
     SimulatedNotifications notifications;
     SimulatedStatusItem statusItem;
     SimulatedAppearance appearance;
+    SimulatedSession session;
     SimulatedFiles files;
     SimulatedVolumes volumes;
     SimulatedWorkQueue background;

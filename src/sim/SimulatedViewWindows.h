@@ -18,6 +18,7 @@ public:
 
     void update(views::View next) override;
     void bringToFront() override { ++timesInFront; }
+    bool wasShown() const override { return canBeSeen; }
 
     /// Does something to the view of that identity. False when there is none or it is disabled.
     bool act(const std::string& id, views::Action::Value value = {});
@@ -28,6 +29,7 @@ public:
     views::View tree;
     int updates = 0;
     int timesInFront = 1;
+    bool canBeSeen = true;  // else nobody could show it
 
 private:
     SimulatedViewWindows& windows_;

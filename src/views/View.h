@@ -8,6 +8,7 @@
 // action finds its meaning.
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <type_traits>
 #include <variant>
@@ -23,9 +24,11 @@ namespace quibbits::views {
 // Boxes, which arrange their children ------------------------------------------------------------
 
 struct Column {
+    double centredWidth = 0;  // points; unless it is 0, all that it holds stands in its middle
     bool operator==(const Column&) const = default;
 };
 struct Line {
+    bool balanced = false;  // of three children the second stands in the line's very middle
     bool operator==(const Line&) const = default;
 };
 /// Cells of equal width, as many in a row as fit.
@@ -83,11 +86,13 @@ struct Paged {
 
 // Leaves -----------------------------------------------------------------------------------------
 
-enum class TextStyle { body, title, headline, secondary, caption, faint };
+enum class TextStyle { body, title, headline, medium, secondary, caption, faint };
 struct Text {
     std::string text;
     TextStyle style = TextStyle::body;
     bool selectable = false;
+    std::string strong = {};     // the part of the text that stands out
+    std::int64_t mostLines = 0;  // 0 for as many as it takes
     bool operator==(const Text&) const = default;
 };
 /// A symbol, a title over a detail, and a value at the end; what is empty is left out.
@@ -97,6 +102,7 @@ struct Fact {
     std::string detail;
     std::string value;
     bool strong = false;  // the title stands out
+    std::string valueSymbol = {};
     bool operator==(const Fact&) const = default;
 };
 struct Picture {
@@ -221,6 +227,8 @@ struct View {
     std::vector<View> children = {};
     bool enabled = true;
     double opacity = 1;
+    std::string spoken =
+        {};  // its name for who does not see it, where what is seen says too little
     bool operator==(const View&) const = default;
 
     template <typename Kind>
@@ -235,6 +243,8 @@ using Views = std::vector<View>;
 const View* find(const View& tree, std::string_view id);
 /// Every text that the tree shows, in reading order.
 std::vector<std::string> texts(const View& tree);
+/// Hands out the same texts, and those that are empty, to be changed.
+void eachText(View& tree, const std::function<void(std::string&)>& use);
 
 /// What the user did.
 struct Action {

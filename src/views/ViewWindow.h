@@ -14,7 +14,6 @@ struct WindowSpec {
     std::string title;
     Size size;               // points, of its content
     bool resizable = false;  // and can be minimised
-    bool dark = false;       // by the desktop's look when it is opened
 };
 
 /// An open window. Letting go of it closes it.
@@ -25,6 +24,8 @@ public:
     virtual void update(View tree) = 0;
     /// Brings the window before all others and gives it the keyboard.
     virtual void bringToFront() = 0;
+    /// Whether it has ever been on the screen.
+    virtual bool wasShown() const = 0;
 
     std::function<void(const Action&)> onAction;
     /// The user closed it, or whoever showed it has gone. Nothing is called any more after this;

@@ -221,7 +221,6 @@ Json write(const WindowSpec& spec) {
     json.set("width", spec.size.width);
     json.set("height", spec.size.height);
     json.set("resizable", spec.resizable);
-    json.set("dark", spec.dark);
     return json;
 }
 
@@ -233,7 +232,6 @@ WindowSpec readWindowSpec(const Json& json) {
     if (const Json* width = json.find("width")) read(*width, spec.size.width);
     if (const Json* height = json.find("height")) read(*height, spec.size.height);
     if (const Json* resizable = json.find("resizable")) read(*resizable, spec.resizable);
-    if (const Json* dark = json.find("dark")) read(*dark, spec.dark);
     return spec;
 }
 

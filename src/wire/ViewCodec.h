@@ -15,6 +15,9 @@
 
 namespace quibbits::views {
 
+/// Told with the first message: two programs of different versions may not understand each other.
+inline constexpr std::int64_t protocolVersion = 2;
+
 /// The number of a picture: the same for the same pixels, 0 for no picture.
 std::uint64_t pictureNumber(const Image& image);
 

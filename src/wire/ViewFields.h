@@ -14,12 +14,19 @@ template <typename T, typename Kind>
 concept Like = std::same_as<std::remove_const_t<T>, Kind>;
 
 template <typename T>
-concept Plain =
-    Like<T, Column> || Like<T, Line> || Like<T, Form> || Like<T, Paged> || Like<T, Spacer>;
+concept Plain = Like<T, Form> || Like<T, Paged> || Like<T, Spacer>;
 
 template <Plain T, typename Visit>
 void fields(T&, Visit&&) {}
 
+template <Like<Column> T, typename Visit>
+void fields(T& v, Visit&& visit) {
+    visit("centredWidth", v.centredWidth);
+}
+template <Like<Line> T, typename Visit>
+void fields(T& v, Visit&& visit) {
+    visit("balanced", v.balanced);
+}
 template <Like<Grid> T, typename Visit>
 void fields(T& v, Visit&& visit) {
     visit("cellWidth", v.cellWidth);
@@ -62,6 +69,8 @@ void fields(T& v, Visit&& visit) {
     visit("text", v.text);
     visit("style", v.style);
     visit("selectable", v.selectable);
+    visit("strong", v.strong);
+    visit("mostLines", v.mostLines);
 }
 template <Like<Fact> T, typename Visit>
 void fields(T& v, Visit&& visit) {
@@ -70,6 +79,7 @@ void fields(T& v, Visit&& visit) {
     visit("detail", v.detail);
     visit("value", v.value);
     visit("strong", v.strong);
+    visit("valueSymbol", v.valueSymbol);
 }
 template <Like<Picture> T, typename Visit>
 void fields(T& v, Visit&& visit) {
@@ -171,6 +181,7 @@ void fields(T& v, Visit&& visit) {
     visit("children", v.children);
     visit("enabled", v.enabled);
     visit("opacity", v.opacity);
+    visit("spoken", v.spoken);
 }
 
 }  // namespace quibbits::views

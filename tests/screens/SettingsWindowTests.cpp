@@ -188,7 +188,7 @@ TEST(General, HoldsEveryRuleAndItsLimits) {
     EXPECT_FALSE(life.act("behind:firefox")) << "the list rests while they stay on the desktop";
 
     EXPECT_TRUE(life.shows("Awake"));
-    life.act("open:quibbits://focus");
+    life.act("quiet");
     EXPECT_TRUE(life.creature().focusQuiet);
     EXPECT_TRUE(life.shows("Asleep: a Focus is on"));
     EXPECT_TRUE(life.shows("Wake It Up"));

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 
 #include "desktop/windows/ProcessWindows.h"
 #include "desktop/windows/Spawn.h"
@@ -10,12 +13,20 @@
 namespace quibbits {
 namespace {
 
+class KnownLook final : public DesktopLook {
+public:
+    bool isDark() const override { return dark; }
+    bool isKnown() const override { return known; }
+    bool dark = false;
+    bool known = true;
+};
+
 class ProcessWindowTest : public testing::Test {
 protected:
     ProcessWindowTest() { setenv("QT_QPA_PLATFORM", "offscreen", 1); }
 
     std::unique_ptr<views::ViewWindow> open(const std::string& program) {
-        ProcessWindows windows(loop_, program);
+        ProcessWindows windows(loop_, program, look_);
         auto window =
             windows.open({.title = "Test", .size = {300, 200}}, {.content = views::Text{"Hello"}});
         window->onClose = [this] { ++closed_; };
@@ -32,6 +43,7 @@ protected:
     }
 
     EventRunLoop loop_;
+    KnownLook look_;
     int closed_ = 0;
     const std::string program_ = std::string(QUIBBITS_BIN_DIR) + "/quibbits-settings";
 };
@@ -65,6 +77,89 @@ TEST_F(ProcessWindowTest, EndsWithItsProcessAndMayBeLetGoOfThen) {
         EXPECT_EQ(window, nullptr);
         letPass(0.1);
     }
+}
+
+/// A program of a few words in place of the one that shows windows.
+class StandIn {
+public:
+    explicit StandIn(const std::string& script) {
+        std::ofstream(program()) << "#!/bin/sh\n" << script << "\n";
+        std::filesystem::permissions(program(), std::filesystem::perms::owner_all);
+    }
+    ~StandIn() { std::filesystem::remove_all(folder_); }
+    std::filesystem::path program() const { return folder_ / "program"; }
+    std::filesystem::path file(const char* name) const { return folder_ / name; }
+    std::string contents(const char* name) const {
+        std::stringstream text;
+        text << std::ifstream(file(name)).rdbuf();
+        return text.str();
+    }
+
+private:
+    const std::filesystem::path folder_ = [] {
+        std::string name = std::filesystem::temp_directory_path() / "stand-in-XXXXXX";
+        return std::filesystem::path(mkdtemp(name.data()));
+    }();
+};
+
+/// What it is told lies beside it, in a file called "told".
+StandIn listener() {
+    return StandIn("exec cat <&3 >$(dirname $0)/told");
+}
+
+TEST_F(ProcessWindowTest, IsDarkFromTheFirstPictureAndFollowsTheDesktop) {
+    const StandIn program = listener();
+    look_.known = false;
+    const auto window = open(program.program());
+    letPass(0.3);
+    EXPECT_EQ(program.contents("told"), "") << "nothing is shown before it is known";
+    look_.known = look_.dark = true;
+    look_.changed.emit();
+    letPass(0.2);
+    const std::string first = program.contents("told");
+    EXPECT_LT(first.find("\"dark\":true"), first.find("\"tree\""));
+    look_.dark = false;
+    look_.changed.emit();
+    letPass(0.2);
+    EXPECT_NE(program.contents("told").find("\"dark\":false"), std::string::npos);
+}
+
+TEST_F(ProcessWindowTest, IsShownAtLastThoughNobodyTellsLightFromDark) {
+    const StandIn program = listener();
+    look_.known = false;
+    const auto window = open(program.program());
+    letPass(1.5);
+    EXPECT_NE(program.contents("told").find("Hello"), std::string::npos);
+}
+
+TEST_F(ProcessWindowTest, KnowsWhetherItWasEverSeen) {
+    const auto real = open(program_);
+    letPass(2);
+    EXPECT_TRUE(real->wasShown());
+    for (const char* program : {"/bin/true", "/nonexistent/quibbits-settings"}) {
+        closed_ = 0;
+        const auto window = open(program);
+        EXPECT_TRUE(closesWithin(5));
+        EXPECT_FALSE(window->wasShown()) << program;
+    }
+}
+
+TEST_F(ProcessWindowTest, OneThatTalksNonsenseIsClosed) {
+    const StandIn program("printf '\\377\\377\\377\\377\\377\\377\\377\\377' >&3; sleep 5");
+    const auto window = open(program.program());
+    EXPECT_TRUE(closesWithin(4));
+}
+
+TEST_F(ProcessWindowTest, OneThatDoesNotAnswerIsGivenUpWhenItIsWantedAgain) {
+    const StandIn program("sleep 30");
+    const auto window = open(program.program());
+    for (int i = 0; i < 200; ++i) {
+        window->update({.content = views::Text{std::string(10'000, 'x') + std::to_string(i)}});
+    }
+    letPass(0.5);
+    EXPECT_EQ(closed_, 0);
+    window->bringToFront();
+    EXPECT_TRUE(closesWithin(5));
 }
 
 TEST(AStartedProgram, InheritsOneDescriptorAndNobodyWaitsForIt) {

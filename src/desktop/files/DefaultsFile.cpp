@@ -95,8 +95,8 @@ fs::path DefaultsFile::usualPlace() {
     return configFolder() / "quibbits/defaults.json";
 }
 
-DefaultsFile::DefaultsFile(fs::path file, std::function<void(Job)> later)
-    : file_(std::move(file)), later_(std::move(later)) {
+DefaultsFile::DefaultsFile(fs::path file, std::function<void(Job)> later, Watcher watcher)
+    : file_(std::move(file)), later_(std::move(later)), watcher_(std::move(watcher)) {
     readAgain();
 }
 
@@ -129,6 +129,20 @@ void DefaultsFile::remove(std::string_view key) {
 
 void DefaultsFile::registerDefaults(std::map<std::string, DefaultsValue> values) {
     for (auto& [key, value] : values) registered_[key] = std::move(value);
+}
+
+/// Every writer, this one included, puts a whole new file into the folder.
+Subscription DefaultsFile::whenChanged(std::function<void()> tell) {
+    if (!watcher_) return {};
+    const fs::path real = realFile(file_);
+    std::error_code error;
+    fs::create_directories(real.parent_path(), error);
+    auto watch = watcher_(
+        real.parent_path().native(),
+        [name = real.filename().native(), tell = std::move(tell)](const std::string& changed) {
+            if (changed.empty() || changed == name) tell();
+        });
+    return watch ? *std::move(watch) : Subscription();
 }
 
 std::vector<std::pair<std::string, DefaultsValue>> DefaultsFile::all() const {

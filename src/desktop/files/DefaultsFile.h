@@ -17,9 +17,14 @@ namespace quibbits {
 
 class DefaultsFile final : public UserDefaults {
 public:
+    /// Watches the names in a folder, as Files::watch does.
+    using Watcher = std::function<std::optional<Subscription>(
+        const std::string& folder, std::function<void(const std::string& name)> changed)>;
+
     /// `later` runs a job after the present one, as RunLoop::post does. Without it nothing is
-    /// written before flush or the end.
-    explicit DefaultsFile(std::filesystem::path file, std::function<void(Job)> later = {});
+    /// written before flush or the end. Without a watcher nobody is ever told of changes.
+    explicit DefaultsFile(std::filesystem::path file, std::function<void(Job)> later = {},
+                          Watcher watcher = {});
     ~DefaultsFile() override;
     DefaultsFile(const DefaultsFile&) = delete;
     DefaultsFile& operator=(const DefaultsFile&) = delete;
@@ -32,6 +37,7 @@ public:
     void set(std::string_view key, DefaultsValue value) override;
     void remove(std::string_view key) override;
     void registerDefaults(std::map<std::string, DefaultsValue> values) override;
+    Subscription whenChanged(std::function<void()> tell) override;
 
     /// Every stored key in the file's order.
     std::vector<std::pair<std::string, DefaultsValue>> all() const;
@@ -62,6 +68,7 @@ private:
 
     std::filesystem::path file_;
     std::function<void(Job)> later_;
+    Watcher watcher_;
     std::map<std::string, DefaultsValue, std::less<>> registered_;
     std::map<std::string, std::optional<DefaultsValue>, std::less<>> unwritten_;  // none removes
     bool flushComing_ = false;

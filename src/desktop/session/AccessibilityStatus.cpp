@@ -33,6 +33,7 @@ void AccessibilityStatus::ask() {
         [this](sd_bus_message* reply, const Bus::Failure&) {
             int enabled = 0;
             enabled_ = reply && sd_bus_message_read(reply, "v", "b", &enabled) > 0 && enabled != 0;
+            if (onChange) onChange();
         });
 }
 

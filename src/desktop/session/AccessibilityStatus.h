@@ -12,6 +12,8 @@ public:
     explicit AccessibilityStatus(Bus& session);
 
     bool isTrusted() const override { return enabled_; }
+    /// The answer may have changed.
+    std::function<void()> onChange;
     void askForTrust() override;
 
 private:

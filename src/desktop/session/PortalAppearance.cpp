@@ -3,6 +3,7 @@
 #include <systemd/sd-bus.h>
 
 #include <cstring>
+#include <utility>
 
 namespace quibbits::session {
 namespace {
@@ -35,7 +36,7 @@ PortalAppearance::PortalAppearance(Bus& session) : session_(session) {
         [this](sd_bus_message* signal) {
             const char* text = nullptr;
             if (sd_bus_message_read(signal, "ss", &text, &text) <= 0) return;
-            if (const auto scheme = readScheme(signal)) dark_ = *scheme == prefersDark;
+            if (const auto scheme = readScheme(signal)) found(*scheme == prefersDark);
         });
     returns_ = session_.connected.subscribe([this] { ask(); });
     ask();
@@ -50,8 +51,14 @@ void PortalAppearance::ask() {
         [](sd_bus_message* call) { return sd_bus_message_append(call, "ss", area, setting); },
         [this](sd_bus_message* reply, const Bus::Failure&) {
             const auto scheme = reply ? readScheme(reply) : std::nullopt;
-            dark_ = scheme == prefersDark;
+            found(scheme == prefersDark);
         });
+}
+
+void PortalAppearance::found(bool dark) {
+    const bool isNews = !std::exchange(known_, true) || dark != dark_;
+    dark_ = dark;
+    if (isNews) changed.emit();
 }
 
 }  // namespace quibbits::session

@@ -11,12 +11,15 @@ public:
     explicit PortalAppearance(Bus& session);
 
     bool isDark() const override { return dark_; }
+    bool isKnown() const override { return known_; }
 
 private:
     void ask();
+    void found(bool dark);
 
     Bus& session_;
     bool dark_ = false;
+    bool known_ = false;
     Subscription question_;
     Subscription changes_;
     Subscription returns_;

@@ -247,6 +247,7 @@ void TrayIcon::hostIs(bool present) {
     hasHost_ = present;
     OtherTray* const other = display_.otherTray;
     if (other) other->setWanted(!present);
+    if (onPresence) onPresence();
     if (present) return patience_.cancel();
     if (hasTold_ || patience_) return;
     patience_ = loop_.timer(

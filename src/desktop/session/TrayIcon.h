@@ -46,6 +46,8 @@ public:
         return hasHost_ || (display_.otherTray && display_.otherTray->isThere());
     }
 
+    /// Whether some tray shows the icon may have changed.
+    std::function<void()> onPresence;
     /// For some seconds there was no tray that could show the icon. Told once.
     std::function<void()> onNoTray;
 

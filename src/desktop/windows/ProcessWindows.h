@@ -7,15 +7,17 @@
 #include <string>
 
 #include "desktop/EventRunLoop.h"
+#include "platform/DesktopLook.h"
 #include "views/ViewWindow.h"
 
 namespace quibbits {
 
 class ProcessWindows final : public views::ViewWindows {
 public:
-    /// `program` shows the windows.
-    ProcessWindows(EventRunLoop& loop, std::filesystem::path program)
-        : loop_(loop), program_(std::move(program)) {}
+    /// `program` shows the windows, dark ones when the desktop is dark; those that are open follow
+    /// a change. The look outlives the windows.
+    ProcessWindows(EventRunLoop& loop, std::filesystem::path program, DesktopLook& look)
+        : loop_(loop), program_(std::move(program)), look_(look) {}
 
     /// The program that lies beside this one, else the one in $PATH.
     static std::filesystem::path usualProgram();
@@ -26,6 +28,7 @@ public:
 private:
     EventRunLoop& loop_;
     std::filesystem::path program_;
+    DesktopLook& look_;
 };
 
 }  // namespace quibbits

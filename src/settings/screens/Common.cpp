@@ -39,8 +39,8 @@ View breakMinutes(const UserDefaults& defaults) {
             .enabled = isOn(defaults, Setting::breakReminder)};
 }
 
-View behindApps(const Computer& computer) {
-    const bool enabled = isOn(computer.defaults, Setting::overApps);
+View behindApps(const UserDefaults& defaults, const Installed& installed) {
+    const bool enabled = isOn(defaults, Setting::overApps);
     View section{
         .content = Section{.heading = "Stays behind these apps"},
         .id = "behind these",
@@ -50,8 +50,7 @@ View behindApps(const Computer& computer) {
                                "YouTube.",
                                TextStyle::secondary}}},
         .enabled = enabled};
-    const auto installed = computer.workspace.installed();
-    for (const std::string& id : Settings::behindApps(computer.defaults)) {
+    for (const std::string& id : Settings::behindApps(defaults)) {
         const auto known = std::ranges::find(installed, id, &InstalledApplication::id);
         const bool isKnown = known != installed.end();
         section.children.push_back(
@@ -63,7 +62,8 @@ View behindApps(const Computer& computer) {
                  {.content = Spacer{}},
                  {.content =
                       Button{.title = "", .symbol = "minus.circle", .role = ButtonRole::borderless},
-                  .id = std::string(leavesPrefix) + id}}});
+                  .id = std::string(leavesPrefix) + id,
+                  .spoken = "Remove " + (isKnown ? known->name : id)}}});
     }
     Chooser chooser{.title = "Add App…"};
     for (const InstalledApplication& each : installed) {

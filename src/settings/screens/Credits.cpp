@@ -34,7 +34,7 @@ View artistBlock(const Artist& artist) {
         block.children.push_back(
             {.content = Column{},
              .id = "entry " + artist.name + " " + std::to_string(i),
-             .children = {{.content = Text{entry.set + " · " + entry.kind}},
+             .children = {{.content = Text{entry.set + " · " + entry.kind, TextStyle::medium}},
                           {.content = Text{parts, TextStyle::caption}},
                           {.content = Text{entry.license, TextStyle::faint}}}});
     }
@@ -82,9 +82,10 @@ View credits(const Resources& resources) {
         .children = {
             {.content = Section{},
              .id = "thanks",
-             .children = {{.content = Text{"All Quibbit sprites and portraits are drawn by the "
-                                           "Quibbits Atelier. Thank you to everyone below who "
-                                           "shaped them."}}}},
+             .children = {{.content = Text{.text = "All Quibbit sprites and portraits are drawn by "
+                                                   "the Quibbits Atelier. Thank you to everyone "
+                                                   "below who shaped them.",
+                                           .strong = "Quibbits Atelier"}}}},
             std::move(artistSection),
             {.content = Section{.heading = "Also"},
              .id = "also",

@@ -31,14 +31,13 @@ View focusSection(const UserDefaults& defaults) {
              .children = {{.content = Button{.title = "Open Shortcuts"},
                            .id = std::string(opensPrefix) + "/System/Applications/Shortcuts.app"},
                           {.content = Button{.title = quiet ? "Wake It Up" : "Quiet Now"},
-                           .id = std::string(opensPrefix) +
-                                 (quiet ? "quibbits://unfocus" : "quibbits://focus")},
+                           .id = std::string(turnsQuiet)},
                           {.content = Spacer{}}}}}};
 }
 
 }  // namespace
 
-View general(const Computer& computer) {
+View general(const Computer& computer, const Installed& installed) {
     View form{.content = Form{}, .id = "general"};
     for (const SettingGroupRow& group : allSettingGroups()) {
         View section = groupSection(computer.defaults, group.group);
@@ -46,9 +45,12 @@ View general(const Computer& computer) {
             section.children.push_back(breakMinutes(computer.defaults));
         }
         form.children.push_back(std::move(section));
-        if (group.group == SettingGroup::where) form.children.push_back(behindApps(computer));
+        if (group.group == SettingGroup::where) {
+            form.children.push_back(behindApps(computer.defaults, installed));
+        }
     }
     form.children.push_back(focusSection(computer.defaults));
+    for (View& section : sessionSections(computer)) form.children.push_back(std::move(section));
     form.children.push_back({.content = Section{},
                              .id = "again",
                              .children = {{.content = Button{"Show the Welcome Guide Again…"},

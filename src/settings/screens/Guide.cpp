@@ -13,6 +13,8 @@ using namespace views;
 
 namespace {
 
+constexpr double chipWidth = 68;
+constexpr double arrowWidth = 62;
 constexpr double fondFriendship = 220;
 constexpr int pebbleLevel = 20;
 constexpr int gloamerLevel = 25;
@@ -53,7 +55,7 @@ std::size_t placeIn(std::span<const Stage> stages, Stage stage) {
 View stageChip(const Resources& resources, const Chip& chip, std::span<const Stage> stages) {
     const bool reached =
         chip.reached.value_or(placeIn(stages, chip.stage) <= placeIn(stages, chip.current));
-    return {.content = Column{},
+    return {.content = Column{chipWidth},
             .id = "chip " + formName(chip.stage, chip.coralis),
             .children = {{.content = Picture{.image = portrait(resources, chip.stage, chip.coralis),
                                              .round = true,
@@ -63,7 +65,7 @@ View stageChip(const Resources& resources, const Chip& chip, std::span<const Sta
 }
 
 View arrow(const std::string& text) {
-    return {.content = Column{},
+    return {.content = Column{arrowWidth},
             .children = {{.content = Text{text, TextStyle::caption}},
                          {.content = Text{"→", TextStyle::secondary}}}};
 }
@@ -74,7 +76,7 @@ View electricChain(const Resources& resources, const PetStats& s) {
         return stageChip(resources, {.stage = stage, .current = s.stage}, stages);
     };
     View last{
-        .content = Column{},
+        .content = Column{chipWidth},
         .children = {
             stageChip(resources,
                       {.stage = Stage::thrummet, .current = s.coralis ? Stage::sparrel : s.stage},

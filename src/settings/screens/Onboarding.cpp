@@ -23,21 +23,25 @@ Onboarding::~Onboarding() = default;
 void Onboarding::show(bool again, std::function<void()> finished) {
     if (window_) return window_->bringToFront();
     const std::int64_t first = computer_.defaults.integer("QuibWelcomePage");
+    installed_ = computer_.workspace.installed();
     step_ =
         first >= 0 && first < welcomeSteps ? static_cast<WelcomeStep>(first) : WelcomeStep::welcome;
     finished_ = again ? nullptr : std::move(finished);
-    window_ = windows_.open(
-        {.title = "Welcome to Quibbits", .size = windowSize, .dark = computer_.appearance.isDark()},
-        welcome(computer_, step_));
+    window_ = windows_.open({.title = "Welcome to Quibbits", .size = windowSize}, tree());
     window_->onAction = lifetime_.guard([this](const views::Action& action) { act(action); });
     window_->onClose = lifetime_.guard([this] {
-        markDone();
-        window_.reset();
+        if (window_->wasShown()) markDone();
+        endWindow();
     });
+    following_ = std::make_unique<Following>(computer_, [this] { refresh(); });
+}
+
+views::View Onboarding::tree() const {
+    return welcome(computer_, installed_, step_);
 }
 
 void Onboarding::refresh() {
-    if (window_) window_->update(welcome(computer_, step_));
+    if (window_) window_->update(tree());
 }
 
 void Onboarding::act(const views::Action& action) {
@@ -52,7 +56,7 @@ void Onboarding::act(const views::Action& action) {
         askPermission(computer_, step_);
         computer_.runLoop.after(answerTime, lifetime_.guard([this] { refresh(); }));
         return;
-    } else if (!storeChoice(computer_.defaults, action)) {
+    } else if (!changeSession(computer_, action) && !storeChoice(computer_.defaults, action)) {
         changeBehindApps(computer_.defaults, action);
     }
     refresh();
@@ -60,8 +64,14 @@ void Onboarding::act(const views::Action& action) {
 
 void Onboarding::finish() {
     markDone();
-    window_.reset();
+    endWindow();
     if (const auto finished = std::exchange(finished_, nullptr)) finished();
+}
+
+void Onboarding::endWindow() {
+    following_.reset();
+    window_.reset();
+    installed_.clear();
 }
 
 void Onboarding::markDone() {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/Lifetime.h"
+#include "settings/screens/Following.h"
 #include "settings/screens/Screens.h"
 #include "views/ViewWindow.h"
 
@@ -26,20 +27,24 @@ public:
     /// Whether the guide has ended at least once.
     bool isDone() const { return computer_.defaults.boolean("onboarded"); }
 
-    /// Run once, in turn, when the guide is finished or closed.
+    /// Run once, in turn, when the guide is finished, or closed after it was seen.
     std::vector<std::function<void()>> whenDone;
 
 private:
     void act(const views::Action& action);
     void finish();
     void markDone();
+    void endWindow();
+    views::View tree() const;
     void refresh();
 
     const Computer computer_;
     views::ViewWindows& windows_;
     screens::WelcomeStep step_ = screens::WelcomeStep::welcome;
     std::function<void()> finished_;
+    std::vector<InstalledApplication> installed_;  // read once a window: that is slow
     std::unique_ptr<views::ViewWindow> window_;
+    std::unique_ptr<screens::Following> following_;
     Lifetime lifetime_;
 };
 

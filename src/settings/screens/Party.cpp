@@ -11,6 +11,7 @@ using namespace views;
 namespace {
 
 constexpr double mostFriendship = 255;
+constexpr std::int64_t blurbLines = 3;
 constexpr Color pink = Color::rgb(0xff5a8f);
 
 View titleOf(const Roster& slot, const PetStats* stats) {
@@ -19,7 +20,7 @@ View titleOf(const Roster& slot, const PetStats* stats) {
     if (stats && stats->stage != Stage::egg) {
         title = stats->name + " " + stats->gender + (stats->shiny ? " ★" : "");
     }
-    return {.content = Text{std::move(title), TextStyle::headline}};
+    return {.content = Text{std::move(title), stats ? TextStyle::headline : TextStyle::secondary}};
 }
 
 View secondLine(const Roster& slot, const PetStats* stats) {
@@ -35,11 +36,15 @@ View card(const Roster& slot, const PetStats* stats) {
     View words{.content = Column{}, .children = {titleOf(slot, stats), secondLine(slot, stats)}};
     if (stats && stats->stage != Stage::egg) {
         words.children.push_back(
-            {.content = Meter{.amount = stats->friendship / mostFriendship, .tint = pink}});
+            {.content = Meter{.amount = stats->friendship / mostFriendship, .tint = pink},
+             .spoken = "Friendship"});
     }
-    words.children.push_back({.content = Text{std::string(slot.blurb), TextStyle::faint}});
+    words.children.push_back(
+        {.content = Text{
+             .text = std::string(slot.blurb), .style = TextStyle::faint, .mostLines = blurbLines}});
 
     View card{.content = Card{.opens = stats != nullptr}, .opacity = stats ? 1 : 0.6};
+    card.spoken = words.children.front().as<Text>()->text;
     card.id = (stats ? std::string(creaturePrefix) : "coming ") + std::string(slot.id);
     card.children = {{.content = Picture{.image = stats ? stats->portrait : Image{},
                                          .symbol = stats ? "" : "questionmark",

@@ -203,10 +203,12 @@ View gallery(const Computer& computer, const PetControls& controls, Previews& pr
                           .children = {{.content = known->second},
                                        {.content = Text{each.name, TextStyle::caption}},
                                        {.content = Button{.title = "Play"},
-                                        .id = std::string(playsPrefix) + each.name}}}};
+                                        .id = std::string(playsPrefix) + each.name,
+                                        .spoken = "Play " + each.name}}}};
         if (std::ranges::find(playful, each.name) != playful.end()) {
             cell.children.front().children.push_back(
                 keyToggle(computer.defaults, "move." + each.name, "In routine", ""));
+            cell.children.front().children.back().spoken = each.name + " in routine";
         }
         cells.children.push_back(std::move(cell));
     }

@@ -18,6 +18,7 @@ namespace quibbits::screens {
 
 using views::View;
 using views::Views;
+using Installed = std::vector<InstalledApplication>;
 
 // Identities. An identity that begins with `storesPrefix` stands for the user default behind it:
 // whatever value its action carries is stored under that key.
@@ -34,9 +35,12 @@ inline constexpr std::string_view choosesForm = "form";
 inline constexpr std::string_view startsOver = "start over";
 inline constexpr std::string_view confirmsStartOver = "confirm";
 inline constexpr std::string_view showsWelcome = "welcome";
+inline constexpr std::string_view turnsQuiet = "quiet";  // or wakes
 inline constexpr std::string_view goesBack = "back";
 inline constexpr std::string_view goesOn = "next";
 inline constexpr std::string_view asksPermission = "ask";
+inline constexpr std::string_view startsWithSession = "starts with session";
+inline constexpr std::string_view turnsOnAccessibility = "turn accessibility on";
 
 /// A page of the settings window.
 struct Page {
@@ -70,6 +74,7 @@ using Previews = std::map<std::string, views::Preview>;
 struct SettingsState {
     std::optional<Page> page;
     QuibbitState quibbit;
+    Installed installed;  // while the general page is shown
 };
 View settings(const Computer& computer, const std::vector<PetControls>& party,
               const SettingsState& state, Previews& previews);
@@ -77,7 +82,7 @@ View settings(const Computer& computer, const std::vector<PetControls>& party,
 View partyGrid(const std::vector<PetControls>& party);
 View quibbit(const Computer& computer, const PetControls& controls, const QuibbitState& state,
              Previews& previews);
-View general(const Computer& computer);
+View general(const Computer& computer, const Installed& installed);
 View credits(const Resources& resources);
 View guide(const Computer& computer, const PetControls& controls, const QuibbitState& state);
 View why(const PetControls& controls, Date now);
@@ -89,7 +94,7 @@ views::Preview preview(const std::vector<Anim>& directions);
 
 enum class WelcomeStep { welcome, where, moving, deleting, care, mac, notifications, party };
 inline constexpr int welcomeSteps = 8;
-View welcome(const Computer& computer, WelcomeStep step);
+View welcome(const Computer& computer, const Installed& installed, WelcomeStep step);
 /// Puts the question of the step's page to the desktop.
 void askPermission(const Computer& computer, WelcomeStep step);
 
@@ -99,7 +104,14 @@ View settingToggle(const UserDefaults& defaults, Setting setting);
 /// A section with the switches of a group and the group's footnote.
 View groupSection(const UserDefaults& defaults, SettingGroup group, bool titled = true);
 View breakMinutes(const UserDefaults& defaults);
-View behindApps(const Computer& computer);
+View behindApps(const UserDefaults& defaults, const Installed& installed);
+
+/// The switch to start with the desktop; none where that cannot be chosen.
+std::optional<View> startSection(const Computer& computer);
+/// The same, the choice of a monitor and the services, as far as the computer tells of them.
+Views sessionSections(const Computer& computer);
+/// Does what an action of these sections says; false for any other action.
+bool changeSession(const Computer& computer, const views::Action& action);
 
 /// The portrait of a form for lists, by its sheets' name.
 Image portrait(const Resources& resources, Stage stage, bool coralis);

@@ -53,7 +53,7 @@ View detail(const Computer& computer, const std::vector<PetControls>& party,
     const Page page = state.page.value_or(Page{});
     switch (page.kind) {
         case Page::Kind::party: return partyGrid(party);
-        case Page::Kind::general: return general(computer);
+        case Page::Kind::general: return general(computer, state.installed);
         case Page::Kind::credits: return credits(computer.resources);
         case Page::Kind::quibbit: break;
     }
@@ -119,14 +119,13 @@ void SettingsWindow::show(std::vector<PetControls> party) {
     const auto first = computer_.defaults.string("QuibSettings");
     state_ = {};
     turnTo(first ? Page::named(*first) : Page{});
-    window_ = windows_.open({.title = "Quibbits",
-                             .size = windowSize,
-                             .resizable = true,
-                             .dark = computer_.appearance.isDark()},
-                            tree());
+    window_ = windows_.open({.title = "Quibbits", .size = windowSize, .resizable = true}, tree());
     window_->onAction = lifetime_.guard([this](const views::Action& action) { act(action); });
+    following_ = std::make_unique<Following>(computer_, [this] { refresh(); });
     window_->onClose = lifetime_.guard([this] {
+        following_.reset();
         window_.reset();
+        state_ = {};
         party_.clear();
         previews_.clear();
         previewed_.reset();
@@ -138,6 +137,7 @@ void SettingsWindow::turnTo(Page page) {
         const std::int64_t tab = computer_.defaults.integer("QuibSettingsTab");
         state_.quibbit = {.tab = tab >= 0 && tab < tabs ? tab : 0};
     }
+    if (page.kind == Page::Kind::general) state_.installed = computer_.workspace.installed();
     state_.page = std::move(page);
 }
 
@@ -165,7 +165,10 @@ void SettingsWindow::act(const views::Action& action) {
         if (onOpen) onOpen(*address);
     } else if (action.id == showsWelcome) {
         if (onWelcome) onWelcome();
-    } else if (!storeChoice(computer_.defaults, action) &&
+    } else if (action.id == turnsQuiet) {
+        const bool quiet = computer_.defaults.boolean("focus.on");
+        if (onOpen) onOpen(quiet ? "quibbits://unfocus" : "quibbits://focus");
+    } else if (!changeSession(computer_, action) && !storeChoice(computer_.defaults, action) &&
                !changeBehindApps(computer_.defaults, action)) {
         actOnPage(action);
     }

@@ -1,13 +1,14 @@
 #pragma once
 // The program's one ordinary window: the party, a page for each creature, and the rules for all.
 // It lives from `show` until it is closed, and reads the creatures again after everything that the
-// user does in it; in between a page shows what it last read.
+// user does in it and whenever something was saved; in between a page shows what it last read.
 
 #include <functional>
 #include <memory>
 #include <vector>
 
 #include "platform/Lifetime.h"
+#include "settings/screens/Following.h"
 #include "settings/screens/Screens.h"
 #include "views/ViewWindow.h"
 
@@ -44,6 +45,7 @@ private:
     screens::Previews previews_;  // of the creature on show
     std::optional<std::pair<std::string, Stage>> previewed_;
     std::unique_ptr<views::ViewWindow> window_;
+    std::unique_ptr<screens::Following> following_;
     Lifetime lifetime_;
 };
 

@@ -55,43 +55,55 @@ Views welcomePage() {
 }
 
 struct Permission {
-    const char* key;  // under which it is remembered that the question was put
+    const char* key;         // under which it is remembered that the question was put
+    SessionService service;  // that it hangs on, where the desktop tells of its services
     const char* title;
     const char* why;
     const char* button;
 };
 
 constexpr Permission desktopFiles{
-    "onboarding.finderAsked", "Desktop files",
+    "onboarding.finderAsked", SessionService::accessibility, "Desktop files",
     "To climb your desktop files, Quibbits asks Finder where they are. macOS asks you once.",
     "Ask Now"};
 constexpr Permission accessibility{
-    nullptr, "Accessibility (optional)",
+    nullptr, SessionService::accessibility, "Accessibility (optional)",
     "Lets it aim exactly at a file's icon in Finder windows and next to desktop widgets. Without "
     "it, it still deletes, just aimed less precisely. Turn on Quibbits in System Settings › "
     "Privacy & Security › Accessibility.",
     "Open Settings"};
-constexpr Permission notifications{"onboarding.notificationsAsked", "Notifications",
-                                   "macOS asks once whether Quibbits may show notifications.",
-                                   "Ask Now"};
+constexpr Permission notifications{
+    "onboarding.notificationsAsked", SessionService::notifications, "Notifications",
+    "macOS asks once whether Quibbits may show notifications.", "Ask Now"};
 
 bool isGranted(const Computer& computer, const Permission& permission) {
+    if (const auto there = computer.session.has(permission.service)) return *there;
     if (!permission.key) return computer.accessibility.isTrusted();
     return computer.defaults.boolean(permission.key);
 }
 
+/// A desktop that lacks the service of notifications cannot be asked for it.
+bool canBeAsked(const Computer& computer, const Permission& permission) {
+    return permission.service != SessionService::notifications ||
+           !computer.session.has(permission.service);
+}
+
 View permissionRow(const Computer& computer, const Permission& permission) {
-    View answer{.content = Button{.title = permission.button}, .id = std::string(asksPermission)};
-    if (isGranted(computer, permission)) {
-        answer = {.content = Fact{.symbol = "checkmark.circle.fill", .title = "Allowed"}};
+    Fact fact{.title = permission.title, .detail = permission.why, .strong = true};
+    const bool granted = isGranted(computer, permission);
+    if (granted) {
+        fact.value = "Allowed";
+        fact.valueSymbol = "checkmark.circle.fill";
+    } else if (!canBeAsked(computer, permission)) {
+        fact.value = "Missing";
+        fact.valueSymbol = "circle";
     }
-    return {.content = Section{},
-            .id = "permission",
-            .children = {{.content = Line{},
-                          .children = {{.content = Fact{.title = permission.title,
-                                                        .detail = permission.why,
-                                                        .strong = true}},
-                                       std::move(answer)}}}};
+    View row{.content = Line{}, .children = {{.content = fact}}};
+    if (fact.value.empty()) {
+        row.children.push_back(
+            {.content = Button{.title = permission.button}, .id = std::string(asksPermission)});
+    }
+    return {.content = Section{}, .id = "permission", .children = {std::move(row)}};
 }
 
 struct GroupPage {
@@ -127,10 +139,10 @@ const GroupPage& pageOf(WelcomeStep step) {
 }
 
 /// What stands below the switches of a page.
-Views extras(const Computer& computer, WelcomeStep step) {
+Views extras(const Computer& computer, const Installed& installed, WelcomeStep step) {
     switch (step) {
         case WelcomeStep::where:
-            return {behindApps(computer),
+            return {behindApps(computer.defaults, installed),
                     {.content = Section{},
                      .id = "note",
                      .children = {text("To tell when you're watching YouTube, macOS asks once per "
@@ -148,16 +160,16 @@ Views extras(const Computer& computer, WelcomeStep step) {
     }
 }
 
-Views groupPage(const Computer& computer, WelcomeStep step) {
+Views groupPage(const Computer& computer, const Installed& installed, WelcomeStep step) {
     const GroupPage& page = pageOf(step);
     const auto& group = allSettingGroups()[static_cast<std::size_t>(page.group)];
     Views all{heading(page.icon, std::string(group.title)), text(page.text),
               groupSection(computer.defaults, page.group, false)};
-    for (View& extra : extras(computer, step)) all.push_back(std::move(extra));
+    for (View& extra : extras(computer, installed, step)) all.push_back(std::move(extra));
     return all;
 }
 
-Views partyPage() {
+Views partyPage(const Computer& computer) {
     Views page{heading("circle.grid.3x3.fill", "Meet your party"),
                text("Each Quibbit starts as an Egg in the menu bar dial. Click it to hatch. Here's "
                     "who's coming:")};
@@ -172,27 +184,28 @@ Views partyPage() {
     page.push_back(
         text("You'll find each one's guide, stats and its own switches in Settings, "
              "under its name."));
+    if (auto start = startSection(computer)) page.push_back(*std::move(start));
     return page;
 }
 
-Views pageFor(const Computer& computer, WelcomeStep step) {
+Views pageFor(const Computer& computer, const Installed& installed, WelcomeStep step) {
     if (step == WelcomeStep::welcome) return welcomePage();
-    if (step == WelcomeStep::party) return partyPage();
-    return groupPage(computer, step);
+    if (step == WelcomeStep::party) return partyPage(computer);
+    return groupPage(computer, installed, step);
 }
 
 View bar(WelcomeStep step) {
-    View line{.content = Line{}, .id = "bar"};
-    if (step != WelcomeStep::welcome) {
+    View line{.content = Line{.balanced = true}, .id = "bar"};
+    if (step == WelcomeStep::welcome) {
+        line.children.push_back({.content = Spacer{}});
+    } else {
         line.children.push_back({.content = Button{.title = "Back"}, .id = std::string(goesBack)});
     }
     std::string forward = "Next";
     if (step == WelcomeStep::welcome) forward = "Get Started";
     if (step == WelcomeStep::party) forward = "Open My Party";
-    line.children.push_back({.content = Spacer{}});
     line.children.push_back(
         {.content = Dots{.count = welcomeSteps, .current = static_cast<std::int64_t>(step)}});
-    line.children.push_back({.content = Spacer{}});
     line.children.push_back(
         {.content = Button{.title = std::move(forward), .role = ButtonRole::primary},
          .id = std::string(goesOn)});
@@ -201,18 +214,19 @@ View bar(WelcomeStep step) {
 
 }  // namespace
 
-View welcome(const Computer& computer, WelcomeStep step) {
+View welcome(const Computer& computer, const Installed& installed, WelcomeStep step) {
     return {.content = Paged{},
             .id = "guide",
             .children = {{.content = Form{},
                           .id = "step " + std::to_string(static_cast<int>(step)),
-                          .children = pageFor(computer, step)},
+                          .children = pageFor(computer, installed, step)},
                          bar(step)}};
 }
 
 void askPermission(const Computer& computer, WelcomeStep step) {
     switch (step) {
         case WelcomeStep::moving:
+            if (computer.session.has(desktopFiles.service)) computer.accessibility.askForTrust();
             computer.fileBrowser.desktopIcons();  // asking is what makes the desktop answer
             computer.defaults.set(desktopFiles.key, true);
             break;

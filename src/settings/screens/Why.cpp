@@ -36,7 +36,8 @@ View optionRow(const Option& option, bool chosen) {
                                  .value = twoDigits(option.score),
                                  .strong = chosen}},
                 {.content = Meter{.amount = std::min(option.score, 1.0),
-                                  .tint = chosen ? green : Color::clear()}},
+                                  .tint = chosen ? green : Color::clear()},
+                 .spoken = std::string(row(option.intent).label)},
                 {.content = Text{considerations(option), TextStyle::caption}},
             }};
 }
