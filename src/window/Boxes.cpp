@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QGraphicsOpacityEffect>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -9,11 +10,14 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
+#include "Accessible.h"
+#include "EvenGrid.h"
 #include "Kinds.h"
 #include "Look.h"
 #include "Symbols.h"
@@ -34,56 +38,6 @@ void fade(QWidget& widget, double opacity) {
     widget.setGraphicsEffect(effect);  // the former one goes
 }
 
-/// Cells of one width, row by row, each row as high as its highest cell.
-class EvenGrid final : public QLayout {
-public:
-    explicit EvenGrid(QWidget* parent) : QLayout(parent) { setContentsMargins(0, 0, 0, 0); }
-    ~EvenGrid() override {
-        while (QLayoutItem* each = EvenGrid::takeAt(0)) delete each;
-    }
-    double cellWidth = 200;
-
-    void addItem(QLayoutItem* item) override { items_.push_back(item); }
-    int count() const override { return static_cast<int>(items_.size()); }
-    QLayoutItem* itemAt(int i) const override { return items_.value(i); }
-    QLayoutItem* takeAt(int i) override {
-        return i >= 0 && i < items_.size() ? items_.takeAt(i) : nullptr;
-    }
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override { return arrange({0, 0, width, 0}, false); }
-    QSize sizeHint() const override { return minimumSize(); }
-    QSize minimumSize() const override {
-        return {static_cast<int>(cellWidth), heightForWidth(static_cast<int>(cellWidth))};
-    }
-    void setGeometry(const QRect& rect) override {
-        QLayout::setGeometry(rect);
-        arrange(rect, true);
-    }
-
-private:
-    int arrange(const QRect& rect, bool moves) const {
-        const int columns = std::max(1, static_cast<int>((rect.width() + gap) / (cellWidth + gap)));
-        const int width = (rect.width() - gap * (columns - 1)) / columns;
-        int y = rect.y();
-        for (int first = 0; first < items_.size(); first += columns) {
-            const int last = std::min<int>(first + columns, static_cast<int>(items_.size()));
-            int height = 0;
-            for (int i = first; i < last; ++i) {
-                QLayoutItem* item = items_[i];
-                height = std::max(height, item->hasHeightForWidth() ? item->heightForWidth(width)
-                                                                    : item->sizeHint().height());
-            }
-            for (int i = first; moves && i < last; ++i) {
-                items_[i]->setGeometry({rect.x() + (i - first) * (width + gap), y, width, height});
-            }
-            y += height + gap;
-        }
-        return items_.isEmpty() ? 0 : y - gap - rect.y();
-    }
-
-    QList<QLayoutItem*> items_;
-};
-
 class ColumnItem final : public Item {
 public:
     explicit ColumnItem(Tell tell) : Item(std::move(tell)) {
@@ -91,28 +45,72 @@ public:
         box->setContentsMargins(0, 0, 0, 0);
         box->setSpacing(4);
     }
-    void show(const views::View& view) override { fade(*this, view.opacity); }
+    void show(const views::View& view) override {
+        fade(*this, view.opacity);
+        const int width = static_cast<int>(view.as<views::Column>()->centredWidth);
+        if (width > 0) setFixedWidth(width);
+        isCentred_ = width > 0;
+        centre();
+    }
     void place(const QList<Item*>& children) override {
         Item::place(children);
+        children_ = children;
+        centre();
+        if (isCentred_) return;
         const bool fills =
             std::ranges::any_of(children, [](const Item* child) { return child->takesRoom(); });
         if (!fills) static_cast<QVBoxLayout*>(layout())->addStretch(1);
     }
+
+private:
+    void centre() override {
+        if (!isCentred_) return;
+        for (Item* child : children_) {
+            child->centre();
+            const bool isNarrow = child->maximumWidth() < QWIDGETSIZE_MAX;
+            layout()->setAlignment(child, isNarrow ? Qt::AlignHCenter : Qt::Alignment());
+        }
+    }
+
+    QList<Item*> children_;
+    bool isCentred_ = false;
 };
 
 class LineItem final : public Item {
 public:
-    explicit LineItem(Tell tell) : Item(std::move(tell)) {
-        auto* box = new QHBoxLayout(this);
-        box->setContentsMargins(0, 0, 0, 0);
-        box->setSpacing(gap);
+    LineItem(Tell tell, bool balanced) : Item(std::move(tell)) {
+        if (balanced) {
+            grid_ = new QGridLayout(this);
+            grid_->setColumnStretch(0, 1);
+            grid_->setColumnStretch(2, 1);
+        } else {
+            auto* box = new QHBoxLayout(this);
+            box->setSpacing(gap);
+        }
+        layout()->setContentsMargins(0, 0, 0, 0);
     }
     void show(const views::View&) override {}
     void place(const QList<Item*>& children) override {
+        if (grid_) return balance(children);
         Item::place(children);
         // What is a piece of the line stands in its middle.
         for (Item* child : children) layout()->setAlignment(child, Qt::AlignVCenter);
     }
+
+private:
+    void balance(const QList<Item*>& children) {
+        clear(*grid_);
+        constexpr Qt::Alignment sides[]{Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
+        int widest = 0;
+        for (int i = 0; i < children.size(); ++i) {
+            grid_->addWidget(children[i], 0, i, sides[std::min(i, 2)] | Qt::AlignVCenter);
+            children[i]->setVisible(true);
+            if (i != 1) widest = std::max(widest, children[i]->sizeHint().width());
+        }
+        for (const int side : {0, 2}) grid_->setColumnMinimumWidth(side, widest);
+    }
+
+    QGridLayout* grid_ = nullptr;
 };
 
 class GridItem final : public Item {
@@ -123,12 +121,45 @@ public:
         setSizePolicy(policy);
     }
     void show(const views::View& view) override {
-        grid_->cellWidth = view.as<views::Grid>()->cellWidth;
-        grid_->invalidate();
+        grid_->setCellWidth(view.as<views::Grid>()->cellWidth);
     }
 
 private:
     EvenGrid* grid_;
+};
+
+/// Never so narrow that its page would be cut, and with a line along its upper edge while something
+/// is scrolled under it.
+class PageArea final : public QScrollArea {
+public:
+    explicit PageArea(QWidget* parent) : QScrollArea(parent) {
+        setWidgetResizable(true);
+        setFrameShape(QFrame::NoFrame);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        edge_ = new QFrame(this);
+        edge_->setObjectName("hairline");
+        edge_->hide();
+        connect(verticalScrollBar(), &QScrollBar::valueChanged, edge_,
+                [this](int value) { edge_->setVisible(value > 0); });
+    }
+    QSize minimumSizeHint() const override {
+        const int page = widget() ? widget()->minimumSizeHint().width() : 0;
+        return {page + verticalScrollBar()->sizeHint().width(), 120};
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QScrollArea::resizeEvent(event);
+        edge_->setGeometry(0, 0, width(), 1);
+        edge_->raise();
+    }
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() == QEvent::LayoutRequest) updateGeometry();
+        return QScrollArea::eventFilter(object, event);
+    }
+
+private:
+    QFrame* edge_;
 };
 
 class FormItem final : public Item {
@@ -136,10 +167,7 @@ public:
     explicit FormItem(Tell tell) : Item(std::move(tell)) {
         auto* whole = new QVBoxLayout(this);
         whole->setContentsMargins(0, 0, 0, 0);
-        auto* area = new QScrollArea(this);
-        area->setWidgetResizable(true);
-        area->setFrameShape(QFrame::NoFrame);
-        area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        auto* area = new PageArea(this);
         whole->addWidget(area);
         auto* page = new QWidget(area);
         auto* centred = new QHBoxLayout(page);
@@ -174,6 +202,7 @@ public:
         heading_ = new Words(views::TextStyle::headline, this);
         frame_ = new QFrame(this);
         frame_->setObjectName("section");
+        frame_->hide();  // empty
         box_ = new QVBoxLayout(frame_);
         box_->setContentsMargins(14, 12, 14, 12);
         box_->setSpacing(0);
@@ -184,6 +213,7 @@ public:
     }
     void show(const views::View& view) override {
         const auto& section = *view.as<views::Section>();
+        setAccessibleName(text(section.heading));
         heading_->say(section.heading);
         footer_->say(section.footer);
         setEnabled(view.enabled);
@@ -192,6 +222,8 @@ public:
         clear(*box_);
         qDeleteAll(std::exchange(lines_, {}));
         bool isFirst = true;
+        const bool indents =
+            std::ranges::any_of(children, [](const Item* child) { return child->hasSymbol(); });
         for (Item* child : children) {
             if (child->isShownInPlace() && !std::exchange(isFirst, false)) {
                 auto* line = new QFrame(frame_);
@@ -204,6 +236,7 @@ public:
             }
             box_->addWidget(child);
             child->setVisible(true);
+            child->alignWithSymbols(indents);
         }
         frame_->setVisible(!children.isEmpty());
     }
@@ -222,8 +255,9 @@ public:
         auto* whole = new QVBoxLayout(this);
         whole->setContentsMargins(0, 0, 0, 0);
         title_ = new QToolButton(this);
+        title_->setObjectName("disclosure");
         title_->setCheckable(true);
-        title_->setAutoRaise(true);
+        title_->setFocusPolicy(Qt::StrongFocus);
         title_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
         title_->setArrowType(Qt::RightArrow);
         content_ = new QWidget(this);
@@ -251,7 +285,7 @@ private:
     QVBoxLayout* box_;
 };
 
-class CardItem final : public Item {
+class CardItem final : public Item, public Spoken {
 public:
     explicit CardItem(Tell tell) : Item(std::move(tell)) {
         auto* whole = new QHBoxLayout(this);
@@ -265,12 +299,19 @@ public:
     }
     void show(const views::View& view) override {
         keepIdentity(view);
+        setAccessibleName(text(view.spoken));
         opens_ = view.as<views::Card>()->opens;
         chevron_->setVisible(opens_);
         setFocusPolicy(opens_ ? Qt::TabFocus : Qt::NoFocus);
         setCursor(opens_ ? Qt::PointingHandCursor : Qt::ArrowCursor);
         fade(*this, view.opacity);
         update();
+    }
+    QAccessible::Role spokenRole() const override {
+        return opens_ ? QAccessible::Button : QAccessible::Grouping;
+    }
+    void pressBySpeech() override {
+        if (opens_) act();
     }
     void place(const QList<Item*>& children) override {
         clear(*box_);
@@ -284,8 +325,6 @@ public:
 protected:
     void enterEvent(QEnterEvent*) override { setHovered(true); }
     void leaveEvent(QEvent*) override { setHovered(false); }
-    void focusInEvent(QFocusEvent*) override { update(); }
-    void focusOutEvent(QFocusEvent*) override { update(); }
     void mouseReleaseEvent(QMouseEvent* event) override {
         if (opens_ && event->button() == Qt::LeftButton && rect().contains(event->pos())) act();
     }
@@ -298,7 +337,7 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        const bool raised = opens_ && (hovered_ || hasFocus());
+        const bool raised = opens_ && hovered_;
         painter.setPen(QPen(palette().color(raised ? QPalette::Highlight : QPalette::Mid), 1));
         painter.setBrush(palette().color(raised ? QPalette::AlternateBase : QPalette::Base));
         painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 9, 9);
@@ -333,7 +372,9 @@ Item* makeBox(const views::View& view, Tell tell) {
         [&]<typename Kind>(const Kind&) -> Item* {
             using namespace views;
             if constexpr (std::is_same_v<Kind, Column>) return new ColumnItem(std::move(tell));
-            if constexpr (std::is_same_v<Kind, Line>) return new LineItem(std::move(tell));
+            if constexpr (std::is_same_v<Kind, Line>) {
+                return new LineItem(std::move(tell), std::get<Line>(view.content).balanced);
+            }
             if constexpr (std::is_same_v<Kind, Grid>) return new GridItem(std::move(tell));
             if constexpr (std::is_same_v<Kind, Form>) return new FormItem(std::move(tell));
             if constexpr (std::is_same_v<Kind, Section>) return new SectionItem(std::move(tell));

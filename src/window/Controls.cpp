@@ -2,13 +2,10 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
-#include <QDialog>
-#include <QDialogButtonBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMessageBox>
+#include <QListView>
 #include <QPainter>
 #include <QPushButton>
 #include <QShortcut>
@@ -17,6 +14,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Accessible.h"
 #include "Kinds.h"
 #include "Look.h"
 #include "Symbols.h"
@@ -26,7 +24,7 @@ namespace quibbits::window {
 namespace {
 
 /// A switch that slides.
-class Switch final : public QAbstractButton {
+class Switch final : public QAbstractButton, public Spoken {
 public:
     explicit Switch(QWidget* parent) : QAbstractButton(parent) {
         setCheckable(true);
@@ -34,8 +32,15 @@ public:
         setFocusPolicy(Qt::StrongFocus);
         setCursor(Qt::PointingHandCursor);
     }
+    QAccessible::Role spokenRole() const override { return QAccessible::CheckBox; }
+    bool isSpokenChecked() const override { return isChecked(); }
+    void pressBySpeech() override { click(); }
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
+        QAbstractButton::keyPressEvent(event);
+    }
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
@@ -46,18 +51,13 @@ protected:
         painter.drawRoundedRect(QRectF(1, 1, 36, 20), 10, 10);
         painter.setBrush(Qt::white);
         painter.drawEllipse(QRectF(isChecked() ? 19 : 3, 3, 16, 16));
-        if (hasFocus()) {
-            painter.setBrush(Qt::NoBrush);
-            painter.setPen(QPen(palette().color(QPalette::WindowText), 1, Qt::DotLine));
-            painter.drawRoundedRect(QRectF(0.5, 0.5, 37, 21), 10.5, 10.5);
-        }
     }
 };
 
 class ToggleItem final : public Item {
 public:
     explicit ToggleItem(Tell tell) : Item(std::move(tell)) {
-        auto* line = new QHBoxLayout(this);
+        auto* line = line_ = new QHBoxLayout(this);
         line->setContentsMargins(0, 0, 0, 0);
         line->setSpacing(14);
         title_ = new Words(views::TextStyle::body, this);
@@ -77,11 +77,25 @@ public:
         title_->say(toggle.title);
         detail_->say(toggle.detail);
         switch_->setChecked(toggle.isOn);
-        switch_->setAccessibleName(text(toggle.title));
+        switch_->setAccessibleName(text(view.spoken.empty() ? toggle.title : view.spoken));
+        switch_->setAccessibleDescription(text(toggle.detail));
         setEnabled(view.enabled);
+    }
+    void alignWithSymbols(bool indented) override {
+        constexpr int besideSymbols = 32;
+        line_->setContentsMargins(indented ? besideSymbols : 0, 0, 0, 0);
+    }
+
+protected:
+    /// The words belong to the switch.
+    void mouseReleaseEvent(QMouseEvent* event) override {
+        if (isEnabled() && event->button() == Qt::LeftButton && rect().contains(event->pos())) {
+            switch_->click();
+        }
     }
 
 private:
+    QHBoxLayout* line_;
     Words* title_;
     Words* detail_;
     Switch* switch_;
@@ -92,10 +106,10 @@ public:
     explicit StepperItem(Tell tell) : Item(std::move(tell)) {
         auto* line = new QHBoxLayout(this);
         line->setContentsMargins(0, 0, 0, 0);
-        line->setSpacing(4);
+        line->setSpacing(6);
         title_ = new Words(views::TextStyle::body, this);
-        less_ = stepButton("−", "Less");
-        more_ = stepButton("+", "More");
+        less_ = stepButton("−");
+        more_ = stepButton("+");
         line->addWidget(title_, 1);
         line->addWidget(less_);
         line->addWidget(more_);
@@ -106,16 +120,19 @@ public:
         keepIdentity(view);
         stepper_ = *view.as<views::Stepper>();
         title_->say(stepper_.title);
+        less_->setAccessibleName("Less: " + text(stepper_.title));
+        more_->setAccessibleName("More: " + text(stepper_.title));
         less_->setEnabled(stepper_.value > stepper_.lowest);
         more_->setEnabled(stepper_.value < stepper_.highest);
         setEnabled(view.enabled);
     }
 
 private:
-    QToolButton* stepButton(const char* sign, const char* name) {
+    QToolButton* stepButton(const char* sign) {
         auto* button = new QToolButton(this);
+        button->setObjectName("step");
+        button->setFocusPolicy(Qt::StrongFocus);
         button->setText(QString::fromUtf8(sign));
-        button->setAccessibleName(name);
         button->setAutoRepeat(true);
         button->setFixedSize(30, 26);
         return button;
@@ -130,6 +147,29 @@ private:
     QToolButton* more_;
 };
 
+/// With an arrow that says that there is more.
+class Choices final : public QComboBox {
+public:
+    explicit Choices(QWidget* parent) : QComboBox(parent) {
+        setView(new QListView(this));  // of the usual kind, so that the style sheet is heeded
+        setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        QComboBox::paintEvent(event);
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(palette().color(QPalette::WindowText), 1.6, Qt::SolidLine, Qt::RoundCap,
+                            Qt::RoundJoin));
+        const QPointF middle(width() - 16, height() / 2.0);
+        painter.drawPolyline(
+            QPolygonF({middle + QPointF(-4, -2), middle + QPointF(0, 2), middle + QPointF(4, -2)}));
+    }
+    /// Turned above a page that scrolls, the wheel scrolls the page.
+    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+};
+
 /// The choices behind one button.
 class PickerItem final : public Item {
 public:
@@ -137,7 +177,7 @@ public:
         auto* line = new QHBoxLayout(this);
         line->setContentsMargins(0, 0, 0, 0);
         title_ = new Words(views::TextStyle::body, this);
-        list_ = new QComboBox(this);
+        list_ = new Choices(this);
         line->addWidget(title_, 1);
         line->addWidget(list_);
         connect(list_, &QComboBox::activated, this,
@@ -148,16 +188,18 @@ public:
         const auto& picker = *view.as<views::Picker>();
         title_->say(picker.title);
         list_->setAccessibleName(text(picker.title));
-        list_->clear();
-        for (const auto& choice : picker.choices) {
-            list_->addItem(text(choice.title), text(choice.id));
-            if (choice.id == picker.chosen) list_->setCurrentIndex(list_->count() - 1);
+        if (picker.choices != choices_) {  // an open list stays open
+            choices_ = picker.choices;
+            list_->clear();
+            for (const auto& choice : choices_) list_->addItem(text(choice.title), text(choice.id));
         }
+        list_->setCurrentIndex(list_->findData(text(picker.chosen)));
     }
 
 private:
     Words* title_;
-    QComboBox* list_;
+    Choices* list_;
+    std::vector<views::Picker::Choice> choices_;
 };
 
 /// The choices side by side.
@@ -165,7 +207,7 @@ class SegmentedItem final : public Item {
 public:
     explicit SegmentedItem(Tell tell) : Item(std::move(tell)) {
         line_ = new QHBoxLayout(this);
-        line_->setContentsMargins(24, 12, 24, 0);
+        line_->setContentsMargins(24, 8, 24, 12);
         line_->setSpacing(0);
     }
     void show(const views::View& view) override {
@@ -190,7 +232,10 @@ private:
             auto* button = new QToolButton(this);
             button->setCheckable(true);
             button->setAutoExclusive(true);
+            button->setFocusPolicy(Qt::StrongFocus);
             button->setObjectName("segment");
+            if (i == 0) button->setProperty("end", "first");
+            if (i + 1 == choices_.size()) button->setProperty("end", "last");
             button->setMinimumWidth(96);
             line_->addWidget(button);
             buttons_.push_back(button);
@@ -217,7 +262,8 @@ public:
         keepIdentity(view);
         const auto& button = *view.as<views::Button>();
         button_->setText(button.title.empty() ? glyph(button.symbol) : text(button.title));
-        if (button.symbol == "minus.circle") button_->setAccessibleName("Remove");
+        button_->setAccessibleName(text(view.spoken.empty() ? button.title : view.spoken));
+        if (button.title.empty()) button_->setToolTip(text(view.spoken));
         button_->setFlat(button.role == views::ButtonRole::borderless);
         button_->setDefault(button.role == views::ButtonRole::primary);
         button_->setAutoDefault(button.role == views::ButtonRole::primary);
@@ -252,66 +298,6 @@ private:
     QList<QShortcut*> keys_;
 };
 
-class ChooserItem final : public Item {
-public:
-    explicit ChooserItem(Tell tell) : Item(std::move(tell)) {
-        auto* line = new QHBoxLayout(this);
-        line->setContentsMargins(0, 0, 0, 0);
-        button_ = new QPushButton(this);
-        line->addWidget(button_, 0, Qt::AlignLeft);
-        connect(button_, &QPushButton::clicked, this, [this] { choose(); });
-    }
-    void show(const views::View& view) override {
-        keepIdentity(view);
-        chooser_ = *view.as<views::Chooser>();
-        button_->setText(text(chooser_.title));
-        setEnabled(view.enabled);
-    }
-
-private:
-    void choose() {
-        auto* dialog = new QDialog(this);
-        dialog->setAttribute(Qt::WA_DeleteOnClose);
-        dialog->setWindowTitle(text(chooser_.title));
-        dialog->resize(360, 460);
-        auto* column = new QVBoxLayout(dialog);
-        auto* search = new QLineEdit(dialog);
-        search->setPlaceholderText("Search");
-        search->setClearButtonEnabled(true);
-        auto* list = new QListWidget(dialog);
-        list->setSelectionMode(QAbstractItemView::ExtendedSelection);
-        for (const auto& entry : chooser_.entries) {
-            auto* row = new QListWidgetItem(iconNamed(entry.icon), text(entry.title), list);
-            row->setData(Qt::UserRole, text(entry.id));
-        }
-        auto* buttons =
-            new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
-        column->addWidget(search);
-        column->addWidget(list, 1);
-        column->addWidget(buttons);
-        connect(search, &QLineEdit::textChanged, list, [list](const QString& words) {
-            for (int i = 0; i < list->count(); ++i) {
-                list->item(i)->setHidden(
-                    !list->item(i)->text().contains(words, Qt::CaseInsensitive));
-            }
-        });
-        connect(list, &QListWidget::itemDoubleClicked, dialog, &QDialog::accept);
-        connect(buttons, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
-        connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
-        connect(dialog, &QDialog::accepted, this, [this, list] {
-            std::vector<std::string> ids;
-            for (const auto* row : list->selectedItems()) {
-                ids.push_back(row->data(Qt::UserRole).toString().toStdString());
-            }
-            if (!ids.empty()) act(std::move(ids));
-        });
-        dialog->open();
-    }
-
-    views::Chooser chooser_;
-    QPushButton* button_;
-};
-
 class LinkItem final : public Item {
 public:
     explicit LinkItem(Tell tell) : Item(std::move(tell)) {
@@ -325,38 +311,13 @@ public:
     void show(const views::View& view) override {
         keepIdentity(view);
         const auto& link = *view.as<views::Link>();
+        label_->setFocusPolicy(Qt::StrongFocus);
         label_->setText("<a href=\"open\">" + text(link.title).toHtmlEscaped() + "</a>");
         label_->setToolTip(text(link.address).toHtmlEscaped());
     }
 
 private:
     QLabel* label_;
-};
-
-class AlertItem final : public Item {
-public:
-    explicit AlertItem(Tell tell) : Item(std::move(tell)) { setFixedSize(0, 0); }
-    bool isShownInPlace() const override { return false; }
-    void show(const views::View& view) override {
-        keepIdentity(view);
-        if (box_) return;
-        const auto& alert = *view.as<views::Alert>();
-        box_ = new QMessageBox(QMessageBox::NoIcon, text(alert.title), text(alert.title),
-                               QMessageBox::Cancel, this);
-        box_->setTextFormat(Qt::PlainText);
-        box_->setInformativeText(text(alert.message));
-        auto* agrees =
-            box_->addButton(text(alert.button), alert.destructive ? QMessageBox::DestructiveRole
-                                                                  : QMessageBox::AcceptRole);
-        agrees->setObjectName(alert.destructive ? "destructive" : "primary");
-        box_->setDefaultButton(QMessageBox::Cancel);
-        connect(box_, &QMessageBox::finished, this,
-                [this, agrees] { act(box_->clickedButton() == agrees); });
-        QMetaObject::invokeMethod(box_, "open", Qt::QueuedConnection);
-    }
-
-private:
-    QMessageBox* box_ = nullptr;
 };
 
 }  // namespace
@@ -372,9 +333,7 @@ Item* makeControl(const views::View& view, Tell tell) {
             if constexpr (std::is_same_v<Kind, Stepper>) return new StepperItem(std::move(tell));
             if constexpr (std::is_same_v<Kind, Picker>) return new PickerItem(std::move(tell));
             if constexpr (std::is_same_v<Kind, Button>) return new ButtonItem(std::move(tell));
-            if constexpr (std::is_same_v<Kind, Chooser>) return new ChooserItem(std::move(tell));
             if constexpr (std::is_same_v<Kind, Link>) return new LinkItem(std::move(tell));
-            if constexpr (std::is_same_v<Kind, Alert>) return new AlertItem(std::move(tell));
             return nullptr;
         },
         view.content);

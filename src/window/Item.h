@@ -25,6 +25,12 @@ public:
 
     /// Whether it is to have the height that is left, as what scrolls does.
     virtual bool takesRoom() const { return false; }
+    /// Whether it begins with a symbol, to the right of which its words stand.
+    virtual bool hasSymbol() const { return false; }
+    /// Its words begin where those of its neighbours do that have symbols, or at the edge.
+    virtual void alignWithSymbols(bool) {}
+    /// Puts what it shows into its middle.
+    virtual void centre() {}
     /// Whether it is to be seen among its neighbours at all.
     virtual bool isShownInPlace() const { return true; }
 

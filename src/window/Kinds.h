@@ -11,6 +11,7 @@ namespace quibbits::window {
 Item* makeBox(const views::View& view, Tell tell);      // arranges others
 Item* makePages(const views::View& view, Tell tell);    // shows one of several
 Item* makeControl(const views::View& view, Tell tell);  // can be acted upon
+Item* makeDialog(const views::View& view, Tell tell);   // asks in a window of its own
 Item* makeLeaf(const views::View& view, Tell tell);     // is only looked at
 
 /// Takes everything out of a layout; the items stay.

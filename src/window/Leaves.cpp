@@ -12,6 +12,7 @@
 #include <cmath>
 #include <utility>
 
+#include "Accessible.h"
 #include "Kinds.h"
 #include "Look.h"
 #include "Symbols.h"
@@ -21,12 +22,16 @@ namespace quibbits::window {
 namespace {
 
 /// A bar that is full up to its amount.
-class Bar final : public QWidget {
+class Bar final : public QWidget, public Spoken {
 public:
     explicit Bar(QWidget* parent) : QWidget(parent) {
         setFixedHeight(8);
         setMinimumWidth(80);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    }
+    QAccessible::Role spokenRole() const override { return QAccessible::ProgressBar; }
+    std::optional<int> spokenPercentage() const override {
+        return static_cast<int>(std::lround(amount_ * 100));
     }
     void show(double amount, const Color& tint) {
         amount_ = std::clamp(amount, 0.0, 1.0);
@@ -65,12 +70,16 @@ public:
     void show(const views::View& view) override {
         const auto& one = *view.as<views::Text>();
         label_->setStyle(one.style);
-        label_->say(one.text);
+        label_->say(one.text, one.strong);
+        const int lines = static_cast<int>(std::clamp<std::int64_t>(one.mostLines, 0, 1000));
+        if (lines > 0) label_->setMaximumHeight(lines * label_->fontMetrics().lineSpacing() + 2);
         if (one.selectable) {
             label_->setTextInteractionFlags(Qt::TextSelectableByMouse |
                                             Qt::TextSelectableByKeyboard);
         }
     }
+
+    void centre() override { label_->setAlignment(Qt::AlignHCenter | Qt::AlignTop); }
 
 private:
     Words* label_;
@@ -88,9 +97,7 @@ public:
         QFont large = font();
         large.setPointSizeF(large.pointSizeF() * 1.2);
         symbol_->setFont(large);
-        QPalette colors = palette();
-        colors.setColor(QPalette::WindowText, colors.color(QPalette::Link));
-        symbol_->setPalette(colors);
+        symbol_->setForegroundRole(QPalette::Link);
         title_ = new Words(views::TextStyle::body, this);
         detail_ = new Words(views::TextStyle::secondary, this);
         value_ = new QLabel(this);
@@ -107,22 +114,27 @@ public:
     void show(const views::View& view) override {
         const auto& fact = *view.as<views::Fact>();
         symbol_->setText(glyph(fact.symbol));
-        symbol_->setVisible(!fact.symbol.empty());
+        hasSymbol_ = !fact.symbol.empty();
+        symbol_->setVisible(hasSymbol_);
         title_->setStyle(fact.strong ? views::TextStyle::headline : views::TextStyle::body);
         title_->say(fact.title);
         detail_->say(fact.detail);
-        value_->setText(text(fact.value));
+        value_->setText(fact.valueSymbol.empty()
+                            ? text(fact.value)
+                            : glyph(fact.valueSymbol) + "  " + text(fact.value));
         value_->setVisible(!fact.value.empty());
     }
+    bool hasSymbol() const override { return hasSymbol_; }
 
 private:
+    bool hasSymbol_ = false;
     QLabel* symbol_;
     Words* title_;
     Words* detail_;
     QLabel* value_;
 };
 
-class PictureItem final : public Item {
+class PictureItem final : public Item, public Spoken {
 public:
     explicit PictureItem(Tell tell) : Item(std::move(tell)) {}
     void show(const views::View& view) override {
@@ -130,12 +142,15 @@ public:
         image_ = toImage(one.image);
         if (one.drained) image_ = drained(std::move(image_));
         symbol_ = glyph(one.symbol);
+        setAccessibleName(text(view.spoken));
         round_ = one.round;
         opacity_ = view.opacity;
         const int size = static_cast<int>(one.size);
         setFixedSize(size, size);
         update();
     }
+
+    QAccessible::Role spokenRole() const override { return QAccessible::Graphic; }
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -156,7 +171,7 @@ protected:
             painter.drawText(rect(), Qt::AlignCenter, symbol_);
             return;
         }
-        painter.drawImage(rect(), image_);  // without smoothing: they are pixels
+        painter.drawImage(rect(), resized(image_, (QSizeF(size()) * devicePixelRatioF()).toSize()));
     }
 
 private:
@@ -187,6 +202,7 @@ public:
         title_->setVisible(!meter.title.empty());
         value_->setText(text(meter.value));
         value_->setVisible(!meter.value.empty());
+        bar_->setAccessibleName(text(view.spoken.empty() ? meter.title : view.spoken));
         bar_->show(meter.amount, meter.tint);
     }
 
@@ -221,15 +237,18 @@ private:
     QLabel* name_;
 };
 
-class DotsItem final : public Item {
+class DotsItem final : public Item, public Spoken {
 public:
     explicit DotsItem(Tell tell) : Item(std::move(tell)) {}
     void show(const views::View& view) override {
         dots_ = *view.as<views::Dots>();
-        setFixedSize(static_cast<int>(dots_.count) * (width_ + space_), width_);
+        setFixedSize(std::max(static_cast<int>(dots_.count) * (width_ + space_) - space_, 0),
+                     width_);
         setAccessibleName(QString("Page %1 of %2").arg(dots_.current + 1).arg(dots_.count));
         update();
     }
+
+    QAccessible::Role spokenRole() const override { return QAccessible::Indicator; }
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -253,7 +272,7 @@ private:
     views::Dots dots_;
 };
 
-class PreviewItem final : public Item {
+class PreviewItem final : public Item, public Spoken {
 public:
     explicit PreviewItem(Tell tell) : Item(std::move(tell)) {}
     void show(const views::View& view) override {
@@ -262,9 +281,11 @@ public:
         for (const Image& image : preview_.images) images_.push_back(toImage(image));
         setFixedSize(static_cast<int>(preview_.size.width), static_cast<int>(preview_.size.height));
         at_ = 0;
+        drawn_ = {};
         run();
         update();
     }
+    QAccessible::Role spokenRole() const override { return QAccessible::Animation; }
 
 protected:
     void showEvent(QShowEvent*) override { run(); }
@@ -279,14 +300,18 @@ protected:
         if (at_ >= preview_.frames.size()) return;
         const auto& frame = preview_.frames[at_];
         if (frame.image < 0 || frame.image >= images_.size()) return;
-        const QImage& image = images_[frame.image];
-        const QRectF part(frame.part.x * image.width(), frame.part.y * image.height(),
-                          frame.part.width * image.width(), frame.part.height * image.height());
         const Rect& place = preview_.place;
+        const QSize size = (QSizeF(place.width, place.height) * devicePixelRatioF()).toSize();
+        if (!(drawnFrame_ == frame) || drawn_.size() != size) {
+            const QImage& image = images_[frame.image];
+            const QRectF part(frame.part.x * image.width(), frame.part.y * image.height(),
+                              frame.part.width * image.width(), frame.part.height * image.height());
+            drawn_ = resized(image.copy(part.toRect()), size);
+            drawnFrame_ = frame;
+        }
         QPainter painter(this);
         painter.drawImage(
-            QRectF(place.x, height() - place.y - place.height, place.width, place.height), image,
-            part);
+            QRectF(place.x, height() - place.y - place.height, place.width, place.height), drawn_);
     }
 
 private:
@@ -299,6 +324,8 @@ private:
     views::Preview preview_;
     QList<QImage> images_;
     std::size_t at_ = 0;
+    QImage drawn_;  // of the frame below, in the size of the screen's pixels
+    views::Preview::Frame drawnFrame_;
     QBasicTimer timer_;
 };
 
@@ -331,7 +358,7 @@ Item* makeLeaf(const views::View& view, Tell tell) {
 }
 
 Item* Item::make(const views::View& view, Tell tell) {
-    for (const auto make : {makeBox, makePages, makeControl, makeLeaf}) {
+    for (const auto make : {makeBox, makePages, makeControl, makeDialog, makeLeaf}) {
         if (Item* item = make(view, tell)) return item;
     }
     return nullptr;

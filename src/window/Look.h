@@ -14,6 +14,13 @@
 namespace quibbits::window {
 
 QPalette palette(bool dark);
+/// The colour of what cannot be undone.
+QColor warningInk(bool dark);
+/// The style sheet of all windows.
+QString lookSheet(bool dark);
+/// Gives the whole program that look; what is open follows.
+void wear(bool dark);
+
 QFont fontFor(views::TextStyle style, const QFont& base);
 /// How strongly a text of the style stands out, 0 to 1.
 double strengthOf(views::TextStyle style);
@@ -25,5 +32,8 @@ QIcon iconNamed(const std::string& name);
 QImage toImage(const Image& image);
 /// Without its colours.
 QImage drained(QImage image);
+/// Pixel art in another size, in device pixels: enlarged to sharp squares, then averaged where the
+/// factor is not whole, so that no column is wider than its neighbour.
+QImage resized(const QImage& art, QSize size);
 
 }  // namespace quibbits::window

@@ -6,16 +6,20 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QTabBar>
 #include <QVBoxLayout>
 #include <utility>
 
+#include "Accessible.h"
 #include "Kinds.h"
 #include "Look.h"
 #include "Symbols.h"
 
 namespace quibbits::window {
 namespace {
+
+constexpr int sidebarWidth = 180;
 
 class TabItem final : public Item {
 public:
@@ -40,8 +44,10 @@ public:
         whole->setSpacing(0);
         bar_ = new QTabBar(this);
         bar_->setDrawBase(false);
+        bar_->setAccessibleName("Parts of the page");
         bar_->setExpanding(false);
         whole->addWidget(bar_, 0, Qt::AlignHCenter);
+        whole->addSpacing(8);
         pages_ = new QVBoxLayout;
         whole->addLayout(pages_, 1);
         connect(bar_, &QTabBar::currentChanged, this, [this](int index) {
@@ -93,13 +99,14 @@ private:
     bool following_ = false;
 };
 
-class SidebarRowItem final : public Item {
+class SidebarRowItem final : public Item, public Spoken {
 public:
     explicit SidebarRowItem(Tell tell) : Item(std::move(tell)) {
         setFixedHeight(34);
         setFocusPolicy(Qt::TabFocus);
     }
     std::function<void()> onChosen;
+    std::function<void(int by)> onStep;  // to a neighbour
     bool startsGroup = false;
     std::string id;
 
@@ -117,36 +124,29 @@ public:
         chosen_ = chosen;
         update();
     }
+    QAccessible::Role spokenRole() const override { return QAccessible::ListItem; }
+    bool isSpokenSelected() const override { return chosen_; }
+    void pressBySpeech() override { choose(); }
 
 protected:
     void mousePressEvent(QMouseEvent*) override { choose(); }
     void keyPressEvent(QKeyEvent* event) override {
-        if (event->key() == Qt::Key_Down) {
-            focusNextChild();
-        } else if (event->key() == Qt::Key_Up) {
-            focusPreviousChild();
-        } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Space) {
+        if (event->key() == Qt::Key_Down || event->key() == Qt::Key_Up) {
+            if (onStep) onStep(event->key() == Qt::Key_Down ? 1 : -1);
+        } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Space ||
+                   event->key() == Qt::Key_Enter) {
             choose();
         } else {
             Item::keyPressEvent(event);
         }
     }
-    void focusInEvent(QFocusEvent* event) override {
-        byKeyboard_ =
-            event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
-        update();
-    }
-    void focusOutEvent(QFocusEvent*) override {
-        byKeyboard_ = false;
-        update();
-    }
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         const QRectF body = QRectF(rect()).adjusted(1, 1, -1, -1);
-        if (chosen_ || byKeyboard_) {
-            painter.setPen(byKeyboard_ ? QPen(palette().color(QPalette::Highlight)) : Qt::NoPen);
-            painter.setBrush(chosen_ ? QBrush(palette().color(QPalette::Highlight)) : Qt::NoBrush);
+        if (chosen_) {
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(palette().color(QPalette::Highlight));
             painter.drawRoundedRect(body, 7, 7);
         }
         painter.setPen(palette().color(chosen_ ? QPalette::HighlightedText : QPalette::WindowText));
@@ -154,8 +154,12 @@ protected:
         if (picture_.isNull()) {
             painter.drawText(icon, Qt::AlignCenter, symbol_);
         } else {
-            painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
-            painter.drawImage(icon, picture_);
+            QPainterPath square;
+            square.addRoundedRect(QRectF(icon), 5, 5);
+            painter.setClipPath(square);
+            const double ratio = devicePixelRatioF();
+            painter.drawImage(icon, resized(picture_, (QSizeF(icon.size()) * ratio).toSize()));
+            painter.setClipping(false);
         }
         painter.drawText(rect().adjusted(40, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft, title_);
     }
@@ -169,7 +173,6 @@ private:
     QString symbol_;
     QImage picture_;
     bool chosen_ = false;
-    bool byKeyboard_ = false;
 };
 
 class SplitItem final : public Item {
@@ -180,7 +183,8 @@ public:
         whole->setSpacing(0);
         auto* side = new QFrame(this);
         side->setObjectName("sidebar");
-        side->setFixedWidth(190);
+        side->setFixedWidth(sidebarWidth);
+        side->setAccessibleName("Pages");
         rows_ = new QVBoxLayout(side);
         rows_->setContentsMargins(10, 14, 10, 14);
         rows_->setSpacing(2);
@@ -205,6 +209,13 @@ public:
                 continue;
             }
             row->onChosen = [this, row] { act(row->id); };
+            row->onStep = [this, row](int by) {
+                const auto next = list_.indexOf(row) + by;
+                if (next >= 0 && next < list_.size()) {
+                    list_[next]->setFocus(Qt::TabFocusReason);
+                    act(list_[next]->id);
+                }
+            };
             if (row->startsGroup) rows_->addSpacing(14);
             rows_->addWidget(row);
             list_.push_back(row);
@@ -215,7 +226,12 @@ public:
 
 private:
     void follow() {
-        for (SidebarRowItem* row : list_) row->setChosen(row->id == chosen_);
+        for (SidebarRowItem* row : list_) {
+            row->setChosen(row->id == chosen_);
+            // One stop for Tab: the arrows walk the list.
+            row->setFocusPolicy(row->id == chosen_ || chosen_.empty() ? Qt::TabFocus
+                                                                      : Qt::ClickFocus);
+        }
     }
 
     QVBoxLayout* rows_;

@@ -1,5 +1,6 @@
 #include "ViewTree.h"
 
+#include <QApplication>
 #include <algorithm>
 #include <utility>
 
@@ -78,6 +79,10 @@ void ViewTree::updateChildren(Node& node, std::vector<View> views) const {
 }
 
 void ViewTree::discard(Node& node) {
+    // The toolkit would hand the keyboard to a neighbour, as if the user had pressed Tab.
+    QWidget* focused = QApplication::focusWidget();
+    if (focused && (focused == node.item || node.item->isAncestorOf(focused)))
+        focused->clearFocus();
     // Later: the item may be the one whose action brought this tree.
     node.item->hide();
     node.item->setParent(nullptr);

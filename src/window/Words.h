@@ -1,6 +1,8 @@
 #pragma once
 // A text on the screen.
 
+#include <QApplication>
+#include <QEvent>
 #include <QLabel>
 #include <string>
 
@@ -13,7 +15,7 @@ inline QString text(const std::string& words) {
     return QString::fromStdString(words);
 }
 
-/// A label that wraps, in a style.
+/// A label that wraps, in a style, and stays readable when the desktop turns dark.
 class Words final : public QLabel {
 public:
     Words(views::TextStyle style, QWidget* parent) : QLabel(parent) {
@@ -22,17 +24,46 @@ public:
         setStyle(style);
     }
     void setStyle(views::TextStyle style) {
+        style_ = style;
         setFont(fontFor(style, parentWidget() ? parentWidget()->font() : font()));
-        QPalette colors = parentWidget() ? parentWidget()->palette() : palette();
-        const QColor ink = inkOf(colors, strengthOf(style));
+        setInk();
+    }
+    void say(const std::string& what, const std::string& strong = {}) {
+        const auto at = strong.empty() ? std::string::npos : what.find(strong);
+        if (at == std::string::npos) {
+            setTextFormat(Qt::PlainText);
+            setText(window::text(what));
+        } else {
+            const auto piece = [&](std::size_t from, std::size_t count) {
+                return window::text(what.substr(from, count)).toHtmlEscaped();
+            };
+            setTextFormat(Qt::RichText);
+            setText(piece(0, at) + "<b>" + piece(at, strong.size()) + "</b>" +
+                    piece(at + strong.size(), std::string::npos));
+        }
+        setVisible(!what.empty());
+    }
+
+protected:
+    void changeEvent(QEvent* event) override {
+        QLabel::changeEvent(event);
+        if (event->type() == QEvent::ApplicationPaletteChange ||
+            event->type() == QEvent::PaletteChange) {
+            setInk();
+        }
+    }
+
+private:
+    void setInk() {
+        const QColor ink = inkOf(QApplication::palette(), strengthOf(style_));
+        if (palette().color(QPalette::Active, QPalette::WindowText) == ink) return;
+        QPalette colors = palette();
         colors.setColor(QPalette::Active, QPalette::WindowText, ink);
         colors.setColor(QPalette::Inactive, QPalette::WindowText, ink);
         setPalette(colors);
     }
-    void say(const std::string& what) {
-        setText(QString::fromStdString(what));
-        setVisible(!what.empty());
-    }
+
+    views::TextStyle style_ = views::TextStyle::body;
 };
 
 }  // namespace quibbits::window

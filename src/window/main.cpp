@@ -4,17 +4,16 @@
 #include <sys/socket.h>
 
 #include <QApplication>
-#include <QScreen>
 #include <QSocketNotifier>
 #include <QStyleFactory>
-#include <QVBoxLayout>
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <map>
 
+#include "Accessible.h"
 #include "Look.h"
-#include "ViewTree.h"
+#include "Window.h"
 #include "wire/Channel.h"
 #include "wire/ViewCodec.h"
 
@@ -22,38 +21,10 @@ namespace quibbits::window {
 namespace {
 
 constexpr int channel = 3;
+constexpr int otherVersion = 3;  // the exit status
 
-constexpr const char* lookSheet = R"(
-QFrame#section { background: palette(base); border: 1px solid palette(mid); border-radius: 9px; }
-QFrame#sidebar { background: palette(base); border: none; border-right: 1px solid palette(mid); }
-QFrame#hairline { background: palette(mid); border: none; }
-QScrollArea, QScrollArea > QWidget > QWidget { background: transparent; }
-QScrollBar:vertical { width: 10px; background: transparent; margin: 2px; }
-QScrollBar::handle:vertical { background: palette(dark); border-radius: 3px; min-height: 30px; }
-QScrollBar::add-line, QScrollBar::sub-line { height: 0; }
-QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
-QPushButton, QComboBox { padding: 5px 14px; border-radius: 7px; border: 1px solid palette(mid);
-    background: palette(button); color: palette(button-text); }
-QPushButton:hover, QComboBox:hover { border-color: palette(highlight); }
-QPushButton:focus, QComboBox:focus { border-color: palette(highlight); }
-QPushButton:pressed { background: palette(midlight); }
-QPushButton:disabled, QComboBox:disabled { color: palette(dark); }
-QPushButton:flat { border: none; background: transparent; padding: 2px 6px; }
-QPushButton#primary { background: palette(highlight); color: palette(highlighted-text);
-    border-color: palette(highlight); }
-QPushButton#destructive { color: #c0392b; }
-QToolButton#segment { padding: 5px 14px; border: 1px solid palette(mid);
-    background: palette(button); }
-QToolButton#segment:checked { background: palette(highlight); color: palette(highlighted-text);
-    border-color: palette(highlight); }
-QComboBox::drop-down { border: none; width: 22px; }
-QTabBar::tab { padding: 7px 18px; margin: 0 2px; border-radius: 7px; }
-QTabBar::tab:selected { background: palette(highlight); color: palette(highlighted-text); }
-QTabBar::tab:hover:!selected { background: palette(midlight); }
-)";
-
-void send(const views::Action& action) {
-    const std::string bytes = views::packed(write(action).dump());
+void send(const Json& json) {
+    const std::string bytes = views::packed(json.dump());
     std::size_t sent = 0;
     while (sent < bytes.size()) {
         const ssize_t count =
@@ -64,12 +35,16 @@ void send(const views::Action& action) {
     }
 }
 
-class Window final : public QWidget {
+void say(const char* word) {
+    Json json;
+    json.set(word, true);
+    send(json);
+}
+
+/// What the companion says, as the window's doings.
+class Listener {
 public:
-    Window() : tree_(send) {
-        box_ = new QVBoxLayout(this);
-        box_->setContentsMargins(0, 0, 0, 0);
-    }
+    explicit Listener(Window& window) : window_(window) {}
 
     /// False when the other end has gone or talks nonsense.
     bool receive() {
@@ -91,24 +66,20 @@ private:
         }
         const auto json = Json::parse(std::get<std::string>(message));
         if (!json) return;
-        if (const Json* spec = json.value->find("window")) begin(views::readWindowSpec(*spec));
-        if (const Json* tree = json.value->find("tree")) showTree(*tree);
-        if (json.value->find("front")) bringToFront();
-    }
-
-    void begin(const views::WindowSpec& spec) {
-        qApp->setPalette(quibbits::window::palette(spec.dark));
-        qApp->setStyleSheet(lookSheet);
-        setWindowTitle(QString::fromStdString(spec.title));
-        const QSize size(static_cast<int>(spec.size.width), static_cast<int>(spec.size.height));
-        if (spec.resizable) {
-            resize(size);
-            setMinimumSize(560, 420);
-        } else {
-            setFixedSize(size);
+        if (const Json* spec = json.value->find("window")) {
+            const Json* version = json.value->find("protocol");
+            if (!version || *version != Json(views::protocolVersion)) {
+                std::fputs("quibbits-settings: another version of quibbits started it\n", stderr);
+                return QCoreApplication::exit(otherVersion);
+            }
+            window_.begin(views::readWindowSpec(*spec));
         }
-        const QRect room = screen()->availableGeometry();
-        move(room.center() - QPoint(size.width() / 2, size.height() / 2));
+        if (const Json* dark = json.value->find("dark")) {
+            const auto* isDark = dark->as<bool>();
+            wear(isDark && *isDark);
+        }
+        if (const Json* tree = json.value->find("tree")) showTree(*tree);
+        if (json.value->find("front")) window_.bringToFront();
     }
 
     void showTree(const Json& json) {
@@ -116,23 +87,10 @@ private:
             const auto known = pictures_.find(number);
             return known == pictures_.end() ? Image{} : known->second;
         });
-        if (!tree) return;
-        if (tree_.show(*std::move(tree))) {
-            box_->addWidget(tree_.top());
-            tree_.top()->setVisible(true);
-        }
-        if (!isVisible()) bringToFront();
+        if (tree) window_.showTree(*std::move(tree));
     }
 
-    void bringToFront() {
-        setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
-        show();
-        raise();
-        activateWindow();
-    }
-
-    ViewTree tree_;
-    QVBoxLayout* box_;
+    Window& window_;
     views::Unpacker unpacker_;
     std::map<std::uint64_t, Image> pictures_;
 };
@@ -141,9 +99,10 @@ private:
 }  // namespace quibbits::window
 
 int main(int count, char** arguments) {
+    using namespace quibbits;
     sockaddr address{};
     socklen_t length = sizeof address;
-    if (getsockname(3, &address, &length) != 0 || address.sa_family != AF_UNIX) {
+    if (getsockname(window::channel, &address, &length) != 0 || address.sa_family != AF_UNIX) {
         std::fputs("quibbits-settings is started by quibbits\n", stderr);
         return 2;
     }
@@ -154,10 +113,14 @@ int main(int count, char** arguments) {
     // Not installed, it lies beside the icons that were drawn for it.
     const QIcon drawn(QCoreApplication::applicationDirPath() + "/../icons/quibbits-48.png");
     QApplication::setWindowIcon(QIcon::fromTheme("quibbits", drawn));
-    quibbits::window::Window window;
-    QSocketNotifier notifier(quibbits::window::channel, QSocketNotifier::Read);
+    window::tellAssistivePrograms();
+    window::Window window([](const views::Action& action) { window::send(write(action)); });
+    window.onShown = [] { window::say("shown"); };
+    window.onClosed = [] { window::say("closed"); };
+    window::Listener listener(window);
+    QSocketNotifier notifier(window::channel, QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, &window, [&] {
-        if (!window.receive()) {
+        if (!listener.receive()) {
             notifier.setEnabled(false);
             QCoreApplication::quit();
         }
