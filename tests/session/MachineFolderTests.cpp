@@ -1,4 +1,4 @@
-// What the machine tells through the kernel's files: batteries, heat, cameras.
+// What the machine tells through the kernel's files: batteries and cameras.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -8,8 +8,6 @@
 #include "desktop/TemporaryFolder.h"
 #include "desktop/session/Cameras.h"
 #include "desktop/session/PowerSupplies.h"
-#include "desktop/session/Thermometers.h"
-#include "sim/VirtualRunLoop.h"
 
 namespace quibbits {
 namespace {
@@ -33,18 +31,21 @@ protected:
     TemporaryFolder sys;
 };
 
-TEST_F(MachineFolder, EveryBatteryIsASourceInTheOrderOfNames) {
+TEST_F(MachineFolder, AllBatteriesAreOneSource) {
     EXPECT_THAT(batteries(), IsEmpty());
     supply("BAT1", {{"type", "Battery"}, {"capacity", "37"}, {"status", "Discharging"}});
+    EXPECT_THAT(batteries(), ElementsAre(PowerSource{37, 100, "Battery Power"}));
     supply("BAT0", {{"type", "Battery"}, {"capacity", "100"}, {"status", "Full"}});
     supply("mouse", {{"type", "Battery"}, {"capacity", "3"}, {"scope", "Device"}});
     supply("BAT2", {{"type", "Battery"}, {"capacity", "9"}, {"present", "0"}});
-    EXPECT_THAT(batteries(), ElementsAre(PowerSource{100, 100, "AC Power"},
-                                         PowerSource{37, 100, "Battery Power"}));
+    EXPECT_THAT(batteries(), ElementsAre(PowerSource{68, 100, "Battery Power"}))
+        << "one discharges, and nothing else is told of their sizes";
+    supply("BAT0", {{"energy_now", "2000000"}, {"energy_full", "20000000"}, {"capacity", "10"}});
+    supply("BAT1", {{"energy_now", "58000000"}, {"energy_full", "60000000"}});
+    EXPECT_THAT(batteries(), ElementsAre(PowerSource{75, 100, "Battery Power"})) << "60 of 80";
     supply("AC", {{"type", "Mains"}, {"online", "0"}});
-    EXPECT_EQ(batteries()[0].state, "Battery Power") << "the charger is known to be out";
     supply("ucsi", {{"type", "USB"}, {"online", "1"}});
-    EXPECT_EQ(batteries()[1].state, "AC Power");
+    EXPECT_EQ(batteries()[0].state, "AC Power");
 }
 
 TEST_F(MachineFolder, NonsenseOfABatteryIsLeftOut) {
@@ -54,7 +55,7 @@ TEST_F(MachineFolder, NonsenseOfABatteryIsLeftOut) {
     };
     const Case cases[] = {
         {{{"capacity", "0"}}, 0},
-        {{{"capacity", "101"}}, std::nullopt},
+        {{{"capacity", "101"}}, 100},  // of a battery that was measured anew
         {{{"capacity", "-1"}}, std::nullopt},
         {{{"capacity", "much"}}, std::nullopt},
         {{{"capacity", "50%"}}, std::nullopt},
@@ -75,111 +76,13 @@ TEST_F(MachineFolder, NonsenseOfABatteryIsLeftOut) {
     }
 }
 
-class Heat : public MachineFolder {
-protected:
-    void zone(const std::string& temperature) {
-        fill("class/thermal/thermal_zone0", {{"temp", temperature},
-                                             {"trip_point_0_type", "critical"},
-                                             {"trip_point_0_temp", "100000"},
-                                             {"trip_point_1_type", "hot"},
-                                             {"trip_point_1_temp", "95000"},
-                                             {"trip_point_2_type", "passive"},
-                                             {"trip_point_2_temp", "85000"},
-                                             {"trip_point_3_type", "active"},
-                                             {"trip_point_3_temp", "40000"}});
-    }
-    ThermalState state() const {
-        VirtualRunLoop loop{Date{}};
-        session::Thermometers thermometers(loop, sys.path());
-        const auto first = thermometers.state();
-        int changes = 0;
-        thermometers.onChange = [&] { ++changes; };
-        thermometers.start();
-        EXPECT_EQ(changes, 0) << "how it was from the beginning is no news";
-        EXPECT_EQ(thermometers.state(), first);
-        return first;
-    }
-};
-
-TEST_F(Heat, AZoneIsAsHotAsTheTripPointThatItReached) {
-    EXPECT_EQ(state(), ThermalState::nominal) << "no thermometer";
-    const std::pair<const char*, ThermalState> cases[] = {
-        {"84999", ThermalState::nominal},   {"85000", ThermalState::fair},
-        {"95000", ThermalState::serious},   {"100000", ThermalState::critical},
-        {"-273000", ThermalState::nominal}, {"999999", ThermalState::nominal},
-        {"", ThermalState::nominal},
-    };
-    for (const auto& [temperature, expected] : cases) {
-        zone(temperature);
-        EXPECT_EQ(state(), expected) << temperature;
-    }
-}
-
-TEST_F(Heat, AChipIsMeasuredByItsOwnLimits) {
-    struct Case {
-        const char *max, *critical, *input;
-        ThermalState expected;
-    };
-    const Case cases[] = {
-        {"80000", "100000", "79999", ThermalState::nominal},
-        {"80000", "100000", "80000", ThermalState::fair},
-        {"80000", "100000", "90000", ThermalState::serious},
-        {"80000", "100000", "100000", ThermalState::critical},
-        {"100000", "100000", "91000",
-         ThermalState::serious},                            // half-way, as no lower limit is known
-        {"65261850", "0", "90000", ThermalState::nominal},  // neither limit makes sense
-        {"80000", "0", "120000", ThermalState::fair},
-    };
-    for (const auto& [max, critical, input, expected] : cases) {
-        fill("class/hwmon/hwmon0",
-             {{"temp1_max", max}, {"temp1_crit", critical}, {"temp1_input", input}});
-        EXPECT_EQ(state(), expected) << max << " " << critical << " " << input;
-    }
-}
-
-TEST_F(Heat, BrokenAndSleepingThermometersDoNotHideTheOthers) {
-    zone("nonsense");
-    fill("class/thermal/thermal_zone1", {{"temp", "86000"}});  // without trip points
-    fill("class/thermal/thermal_zone2", {{"mode", "disabled"},
-                                         {"temp", "150000"},
-                                         {"trip_point_0_type", "critical"},
-                                         {"trip_point_0_temp", "100000"}});
-    fill("class/hwmon/hwmon1", {{"temp1_max", "70000"}, {"temp1_input", "99000"}});
-    fill("class/hwmon/hwmon1/device/power", {{"runtime_status", "suspended"}});
-    EXPECT_EQ(state(), ThermalState::nominal);
-    fill("class/hwmon/hwmon2", {{"temp3_max", "70000"}, {"temp3_input", "71000"}});
-    EXPECT_EQ(state(), ThermalState::fair);
-}
-
-TEST_F(Heat, ChangesAreToldOnceAndOnlyWhileSomebodyListens) {
-    VirtualRunLoop loop{Date{}};
-    session::Thermometers thermometers(loop, sys.path());
-    int changes = 0;
-    thermometers.onChange = [&] { ++changes; };
-    zone("20000");
-    loop.advance(3600);
-    thermometers.start();
-    zone("86000");
-    loop.advance(29);
-    EXPECT_EQ(changes, 0) << "not read more often than every half minute";
-    loop.advance(20);
-    EXPECT_EQ(changes, 1);
-    loop.advance(600);
-    EXPECT_EQ(changes, 1);
-    thermometers.stop();
-    zone("20000");
-    loop.advance(3600);
-    EXPECT_EQ(changes, 1);
-    EXPECT_EQ(thermometers.state(), ThermalState::fair);
-}
-
 class CameraDevices : public testing::Test {
 protected:
     CameraDevices() {
         for (const char* name : {"video0", "video2", "video10", "videos", "vide", "null"}) {
             write(devices / name, "");
         }
-        cameras.emplace(loop, devices.path());
+        cameras.emplace(loop, session::CameraRoots{.devices = devices.path()});
         cameras->onChange = [this] { told.push_back(cameras->inUse()); };
     }
     FileDescriptor open(const std::string& name) {
@@ -244,7 +147,7 @@ TEST_F(CameraDevices, AQuickLookIntoACameraIsNoUse) {
 
 TEST(Cameras, AFolderWithoutCamerasHasNone) {
     EventRunLoop loop;
-    EXPECT_THAT(session::Cameras(loop, "/nonexistent").inUse(), IsEmpty());
+    EXPECT_THAT(session::Cameras(loop, {.devices = "/nonexistent"}).inUse(), IsEmpty());
 }
 
 }  // namespace

@@ -62,9 +62,9 @@ TEST_F(MachineOnTheBus, UPowerIsBelievedWhileItRunsAndTheFilesBeforeAndAfter) {
     startMachine();
     EXPECT_EQ(machine->powerSources().at(0).currentCapacity, 37) << "known from the start";
     auto service = startUPower(54.6);
-    EXPECT_TRUE(eventuallySource({55, 100, "Battery Power"}));
+    EXPECT_TRUE(eventuallySource({54, 100, "Battery Power"}));
     service->change(upowerPath, upower, {{"OnBattery", false}});
-    EXPECT_TRUE(eventuallySource({55, 100, "AC Power"}));
+    EXPECT_TRUE(eventuallySource({54, 100, "AC Power"}));
     service->change(display, deviceInterface, {{"Percentage", 56.0}});
     EXPECT_TRUE(eventuallySource({56, 100, "AC Power"}));
     EXPECT_EQ(powerChanges, 3);
@@ -98,29 +98,35 @@ TEST_F(MachineOnTheBus, AnOldUPowerWithoutACombinedBatteryIsAskedForItsFirst) {
     EXPECT_TRUE(eventuallySource({25, 100, "AC Power"}));
 }
 
-TEST_F(MachineOnTheBus, NetworkManagersWordCountsAndTheRoutesWithoutIt) {
+TEST_F(MachineOnTheBus, RoutesDecideAndTheManagerOnlyWhetherItsOwnConnectionLeadsAnywhere) {
     daemon.start();
     startMachine();
     ASSERT_TRUE(eventually([&] { return !network.empty(); })) << "the kernel's routes";
     const bool routes = network.back();
     auto service = serve(manager);
-    service->set(managerPath, manager, {{"Connectivity", routes ? 3U : 4U}});
-    EXPECT_TRUE(eventually([&] { return network.back() != routes; }));
-    service->change(managerPath, manager, {{"Connectivity", 0U}});  // unknown
-    EXPECT_TRUE(eventually([&] { return network.back() == routes; }));
-    for (const std::uint32_t word : {4U, 2U, 4U, 1U, 4U, 3U}) {
-        service->change(managerPath, manager, {{"Connectivity", word}});
-        EXPECT_TRUE(eventually([&] { return network.back() == (word == 4); })) << word;
-    }
+    const auto say = [&](std::uint32_t word, const std::string& connection) {
+        service->set(managerPath, manager,
+                     {{"Connectivity", word}, {"PrimaryConnection", connection}});
+        service->change(managerPath, manager,
+                        {{"Connectivity", word}, {"PrimaryConnection", connection}});
+        letPass(0.2);
+        return network.back();
+    };
+    const std::string own = "/org/freedesktop/NetworkManager/ActiveConnection/1";
+    EXPECT_EQ(say(1, "/"), routes) << "nothing to do with it";
+    EXPECT_FALSE(say(1, own)) << "its connection leads nowhere";
+    for (const std::uint32_t word : {0U, 2U, 3U, 4U}) EXPECT_EQ(say(word, own), routes) << word;
+    say(1, own);
     end(service);
     EXPECT_TRUE(eventually([&] { return network.back() == routes; }));
     for (std::size_t i = 1; i < network.size(); ++i) EXPECT_NE(network[i], network[i - 1]);
 }
 
-TEST_F(MachineOnTheBus, AManagerThatIsThereAtTheStartDecidesTheFirstReport) {
+TEST_F(MachineOnTheBus, AManagerThatIsThereAtTheStartHasItsSayInTheFirstReport) {
     daemon.start();
     auto service = serve(manager);
-    service->set(managerPath, manager, {{"Connectivity", 2U}});
+    service->set(managerPath, manager,
+                 {{"Connectivity", 1U}, {"PrimaryConnection", std::string("/connection")}});
     startMachine();
     ASSERT_TRUE(eventually([&] { return !network.empty(); }));
     letPass(0.7);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string_view>
 
 namespace quibbits::session {
 namespace {
@@ -80,6 +81,20 @@ BusValue readVariant(sd_bus_message* message) {
     return value;
 }
 
+/// A variant that holds a dictionary; nothing is read of any other.
+std::optional<BusDictionary> readInnerDictionary(sd_bus_message* message) {
+    char type = 0;
+    const char* contents = nullptr;
+    if (sd_bus_message_peek_type(message, &type, &contents) <= 0 || type != 'v' ||
+        std::string_view(contents) != "a{sv}" ||
+        sd_bus_message_enter_container(message, 'v', "a{sv}") <= 0) {
+        return std::nullopt;
+    }
+    auto inner = readDictionary(message);
+    sd_bus_message_exit_container(message);
+    return inner;
+}
+
 }  // namespace
 
 std::string busText(const std::string& text) {
@@ -130,8 +145,12 @@ BusDictionary readDictionary(sd_bus_message* message) {
     if (sd_bus_message_enter_container(message, 'a', "{sv}") <= 0) return dictionary;
     while (sd_bus_message_enter_container(message, 'e', "sv") > 0) {
         const auto name = readText(message);
-        BusValue value = readVariant(message);
+        const auto inner = readInnerDictionary(message);
+        BusValue value = inner ? BusValue{} : readVariant(message);
         if (name && dictionary.size() < mostEntries) dictionary[*name] = std::move(value);
+        for (const auto& [key, each] : inner.value_or(BusDictionary{})) {
+            if (name && dictionary.size() < mostEntries) dictionary[*name + "/" + key] = each;
+        }
         if (sd_bus_message_exit_container(message) < 0) break;
     }
     sd_bus_message_exit_container(message);

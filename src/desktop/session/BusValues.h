@@ -25,7 +25,8 @@ std::optional<std::string> readText(sd_bus_message* message);
 std::optional<std::uint32_t> readNumber(sd_bus_message* message);
 /// A list of strings or of object paths.
 std::vector<std::string> readTexts(sd_bus_message* message);
-/// A dictionary of names and variants, the first 256 entries.
+/// A dictionary of names and variants, the first 256 entries. One inside it is taken in under its
+/// name, a slash and its own names.
 BusDictionary readDictionary(sd_bus_message* message);
 
 /// The value of that name where it has that type.

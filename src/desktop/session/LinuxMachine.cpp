@@ -7,7 +7,7 @@ LinuxMachine::LinuxMachine(EventRunLoop& loop, Buses buses, const Roots& roots)
       heat_(loop, roots.system),
       network_(loop, buses.system),
       players_(buses.session),
-      cameras_(loop, roots.devices) {
+      cameras_(loop, {.devices = roots.devices, .system = roots.system}) {
     power_.onChange = [this] { powerChanged.emit(); };
     heat_.onChange = [this] { thermalStateChanged.emit(); };
     network_.onReport = [this](bool satisfied) { reportNetwork(satisfied); };

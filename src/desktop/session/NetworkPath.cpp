@@ -114,24 +114,23 @@ void NetworkPath::heardRoutes(bool reachable) {
     report();
 }
 
-std::optional<bool> NetworkPath::managerSays() const {
-    if (manager_.state() != BusObject::State::present) return std::nullopt;
+/// Where the manager checks and cannot reach what it checks with, there may be a way all the same,
+/// and beside it interfaces that it has nothing to do with.
+bool NetworkPath::leadsNowhere() const {
+    if (manager_.state() != BusObject::State::present) return false;
     const auto word = valueOf<std::int64_t>(manager_.properties(), "Connectivity");
-    if (!word || *word <= static_cast<int>(Connectivity::unknown) ||
-        *word > static_cast<int>(Connectivity::full)) {
-        return std::nullopt;
-    }
-    return *word == static_cast<int>(Connectivity::full);
+    const auto own = valueOf<std::string>(manager_.properties(), "PrimaryConnection");
+    return word == static_cast<int>(Connectivity::none) && own && *own != "/";
 }
 
 void NetworkPath::report() {
     // The first report waits for both, or a slow manager would look like a change.
     if (!satisfied_ && patience_ && manager_.state() == BusObject::State::asking) return;
-    const auto said = managerSays();
-    const auto now = said ? said : routes_;
-    if (!now || now == satisfied_) return;
+    if (!routes_) return;
+    const bool now = *routes_ && !leadsNowhere();
+    if (now == satisfied_) return;
     satisfied_ = now;
-    if (onReport) onReport(*now);
+    if (onReport) onReport(now);
 }
 
 }  // namespace quibbits::session

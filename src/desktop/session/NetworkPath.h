@@ -1,6 +1,7 @@
 #pragma once
-// Whether the machine reaches the network: by NetworkManager's word where it has one, else by the
-// kernel's default routes. Told by both as it changes; nothing is polled.
+// Whether the machine reaches the network: while the kernel has a default route that can be used,
+// and NetworkManager does not say of a connection of its own that it leads nowhere. Told by both as
+// it changes; nothing is polled.
 
 #include <functional>
 #include <map>
@@ -27,7 +28,7 @@ private:
     void heard(std::string_view packet);
     void heardRoutes(bool reachable);
     void report();
-    std::optional<bool> managerSays() const;
+    bool leadsNowhere() const;
 
     EventRunLoop& loop_;
     Netlink kernel_;

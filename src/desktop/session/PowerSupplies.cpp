@@ -29,9 +29,11 @@ enum class ChargeState { charging = 1, full = 4, waitingToCharge = 5 };
 constexpr Seconds settling = 0.3;
 constexpr std::uint32_t kernelGroup = 1;
 
+/// Whole percent, of which a battery that was measured anew may tell more than it can have.
 std::optional<int> percent(double value) {
-    if (!(value >= 0 && value <= 100)) return std::nullopt;
-    return static_cast<int>(std::lround(value));
+    constexpr double roundingError = 1e-6;
+    if (!(value >= 0)) return std::nullopt;
+    return static_cast<int>(std::min(value + roundingError, 100.0));
 }
 
 std::optional<int> percentOf(double now, double full) {
@@ -39,14 +41,55 @@ std::optional<int> percentOf(double now, double full) {
     return percent(std::min(now / full, 1.0) * 100);
 }
 
-std::optional<int> chargeOf(const fs::path& supply) {
-    if (const auto capacity = sysNumber(supply / "capacity")) return percent(*capacity);
+/// What a battery holds and can hold, in whatever its driver counts.
+struct Charge {
+    double now = 0;
+    double full = 0;
+    std::string measure;  // none for plain percents
+};
+
+std::optional<Charge> measuredCharge(const fs::path& supply) {
     for (const std::string measure : {"energy", "charge"}) {
         const auto now = sysNumber(supply / (measure + "_now"));
         const auto full = sysNumber(supply / (measure + "_full"));
-        if (now && full) return percentOf(*now, *full);
+        if (now && full && *now >= 0 && *full > 0) {
+            return Charge{static_cast<double>(*now), static_cast<double>(*full), measure};
+        }
     }
     return std::nullopt;
+}
+
+std::optional<int> chargeOf(const fs::path& supply) {
+    if (const auto capacity = sysNumber(supply / "capacity")) return percent(*capacity);
+    const auto charge = measuredCharge(supply);
+    return charge ? percentOf(charge->now, charge->full) : std::nullopt;
+}
+
+/// The charge of several: by what they hold where all tell it in one measure, else as if they were
+/// of one size.
+std::optional<int> chargeOf(const std::vector<fs::path>& batteries) {
+    if (batteries.size() == 1) return chargeOf(batteries.front());
+    std::optional<Charge> sum;
+    for (const auto& battery : batteries) {
+        const auto charge = measuredCharge(battery);
+        if (!charge || (sum && sum->measure != charge->measure)) {
+            sum.reset();
+            break;
+        }
+        if (!sum) sum = Charge{.measure = charge->measure};
+        sum->now += std::min(charge->now, charge->full);
+        sum->full += charge->full;
+    }
+    if (sum) return percentOf(sum->now, sum->full);
+    double total = 0;
+    int counted = 0;
+    for (const auto& battery : batteries) {
+        const auto charge = chargeOf(battery);
+        if (!charge) continue;
+        total += *charge;
+        ++counted;
+    }
+    return counted > 0 ? percent(total / counted) : std::nullopt;
 }
 
 bool isOwnBattery(const fs::path& supply) {
@@ -60,11 +103,9 @@ bool isCharger(const fs::path& supply) {
            sysLine(supply / "scope") != "Device";
 }
 
-std::optional<std::string> stateOf(const fs::path& supply, std::optional<bool> plugged) {
-    if (plugged) return *plugged ? onMains : onBattery;
-    const auto status = sysLine(supply / "status");
-    const bool charges = status == "Charging" || status == "Full" || status == "Not charging";
-    return charges ? onMains : onBattery;
+bool isCharged(const fs::path& battery) {
+    const auto status = sysLine(battery / "status");
+    return status == "Charging" || status == "Full" || status == "Not charging";
 }
 
 bool isBattery(const BusDictionary& device) {
@@ -100,14 +141,14 @@ std::vector<PowerSource> batteriesIn(const fs::path& sys) {
         if (!isCharger(supply)) continue;
         plugged = plugged.value_or(false) || sysNumber(supply / "online").value_or(0) > 0;
     }
-    std::vector<PowerSource> sources;
-    for (const auto& supply : supplies) {
-        if (!isOwnBattery(supply)) continue;
-        sources.push_back({.currentCapacity = chargeOf(supply),
-                           .maxCapacity = 100,
-                           .state = stateOf(supply, plugged)});
-    }
-    return sources;
+    std::vector<fs::path> batteries;
+    std::ranges::copy_if(supplies, std::back_inserter(batteries), isOwnBattery);
+    if (batteries.empty()) return {};
+    // Of several batteries one is emptied after the other; the first that drains tells.
+    const bool isOnMains = plugged.value_or(std::ranges::all_of(batteries, isCharged));
+    return {{.currentCapacity = chargeOf(batteries),
+             .maxCapacity = 100,
+             .state = isOnMains ? onMains : onBattery}};
 }
 
 PowerSupplies::PowerSupplies(EventRunLoop& loop, Bus& system, fs::path sys)

@@ -15,9 +15,9 @@
 
 namespace quibbits::session {
 
-/// The batteries under class/power_supply in the order of their names, without those of mice and
-/// headsets. A value that makes no sense is left out. Mains power that is connected is "AC Power"
-/// for all; without any mains supply a battery that does not discharge is.
+/// The batteries under class/power_supply as one source, without those of mice and headsets. A
+/// value that makes no sense is left out. Mains power that is connected is "AC Power"; without any
+/// mains supply batteries are on it while none discharges.
 std::vector<PowerSource> batteriesIn(const std::filesystem::path& sys);
 
 class PowerSupplies {
@@ -25,7 +25,7 @@ public:
     /// Knows what the files tell from the start; UPower's word comes later.
     PowerSupplies(EventRunLoop& loop, Bus& system, std::filesystem::path sys);
 
-    /// UPower's one combined battery, or the files' batteries.
+    /// UPower's one combined battery, or that of the files.
     const std::vector<PowerSource>& sources() const { return sources_; }
 
     std::function<void()> onChange;

@@ -25,6 +25,9 @@ constexpr int coldest = -60'000;
 
 // Where only the end is known.
 constexpr int fairBelowCritical = 20'000;
+constexpr int seriousBelowCritical = 5'000;
+
+constexpr int clearOfLimit = 5'000;  // a fall
 
 std::optional<int> limit(const fs::path& file) {
     const auto value = sysNumber(file);
@@ -40,7 +43,8 @@ Thermometer::Limits completed(Thermometer::Limits limits) {
     if (limits.critical && limits.fair >= limits.critical) limits.fair.reset();
     if (limits.critical && !limits.fair) limits.fair = *limits.critical - fairBelowCritical;
     if (limits.critical && limits.fair && !limits.serious) {
-        limits.serious = *limits.fair + (*limits.critical - *limits.fair) / 2;
+        const int halfWay = *limits.fair + (*limits.critical - *limits.fair) / 2;
+        limits.serious = std::max(halfWay, *limits.critical - seriousBelowCritical);
     }
     return limits;
 }
@@ -68,14 +72,24 @@ void addZones(const fs::path& sys, std::vector<Thermometer>& all) {
         if (!zone.filename().native().starts_with("thermal_zone")) continue;
         if (sysLine(zone / "mode") == "disabled") continue;
         const auto limits = tripPoints(zone);
-        if (hasLimit(limits)) all.push_back({.input = zone / "temp", .limits = limits});
+        if (hasLimit(limits)) {
+            all.push_back(
+                {.input = zone / "temp", .limits = limits, .power = {}, .fault = {}, .alarm = {}});
+        }
     }
+}
+
+/// Chips that watch a whole board through wires that lead anywhere or nowhere.
+bool isOfBoard(const std::string& kind) {
+    constexpr std::array makers{"nct", "it8", "w83", "f718", "f719", "sch5", "vt1211", "pc87"};
+    return std::ranges::any_of(makers, [&](const char* maker) { return kind.starts_with(maker); });
 }
 
 void addChips(const fs::path& sys, std::vector<Thermometer>& all) {
     constexpr std::string_view ending = "_input";
     for (const auto& chip : sysEntries(sys / "class/hwmon")) {
-        if (sysLine(chip / "name") == "drivetemp") continue;  // asking keeps a disk from sleeping
+        const std::string kind = sysLine(chip / "name").value_or("");
+        if (kind == "drivetemp" || isOfBoard(kind)) continue;  // asking keeps a disk from sleeping
         for (const auto& file : sysEntries(chip)) {
             const std::string name = file.filename();
             if (!name.starts_with("temp") || !name.ends_with(ending)) continue;
@@ -83,8 +97,11 @@ void addChips(const fs::path& sys, std::vector<Thermometer>& all) {
             const auto limits = completed({.fair = limit(chip / (sensor + "_max")),
                                            .critical = limit(chip / (sensor + "_crit"))});
             if (!hasLimit(limits)) continue;
-            all.push_back(
-                {.input = file, .limits = limits, .power = chip / "device/power/runtime_status"});
+            all.push_back({.input = file,
+                           .limits = limits,
+                           .power = chip / "device/power/runtime_status",
+                           .fault = chip / (sensor + "_fault"),
+                           .alarm = chip / (sensor + "_crit_alarm")});
         }
     }
 }
@@ -107,6 +124,20 @@ ThermalState stateAt(int temperature, const Thermometer::Limits& limits) {
     return ThermalState::nominal;
 }
 
+ThermalState Heat::take(const Reading& reading) {
+    if (!first_) first_ = reading.temperature;
+    moves_ = moves_ || reading.temperature != *first_;
+    const auto confirmed = std::min(reading.state, last_);
+    last_ = reading.state;
+    if (!moves_) return held_;
+    if (confirmed > held_) {
+        held_ = confirmed;
+    } else if (reading.state < held_) {
+        held_ = std::min(held_, reading.stateIfWarmer);
+    }
+    return held_;
+}
+
 Thermometers::Thermometers(RunLoop& loop, fs::path sys) : loop_(loop), sys_(std::move(sys)) {}
 
 ThermalState Thermometers::state() {
@@ -122,31 +153,51 @@ void Thermometers::stop() {
     timer_.cancel();
 }
 
+/// Those that are known keep what they have read.
 void Thermometers::findAll() {
-    thermometers_ = thermometersIn(sys_);
+    const auto before = std::exchange(watched_, {});
+    for (auto& thermometer : thermometersIn(sys_)) {
+        const auto known = std::ranges::find_if(before, [&](const Watched& each) {
+            return each.thermometer.input == thermometer.input;
+        });
+        const Heat heat = known == before.end() ? Heat{} : known->heat;
+        watched_.push_back({std::move(thermometer), heat});
+    }
     readingsLeft_ = readingsOfOneSearch;
 }
 
 void Thermometers::read() {
     const auto now = hottest();
     timer_ = loop_.timer(
-        thermometers_.empty() ? withoutAny : betweenReadings, [this] { read(); }, readingTolerance);
+        watched_.empty() ? withoutAny : betweenReadings, [this] { read(); }, readingTolerance);
     if (std::exchange(state_, now).value_or(ThermalState::nominal) != now && onChange) onChange();
 }
 
 ThermalState Thermometers::hottest() {
+    const Instant start = loop_.now();
+    if (state_ && start - lastReading_ < betweenReadings / 2) return *state_;
+    lastReading_ = start;
     if (readingsLeft_-- <= 0) findAll();
-    if (thermometers_.empty()) readingsLeft_ = 0;
+    if (watched_.empty()) readingsLeft_ = 0;
     auto hottest = ThermalState::nominal;
-    for (auto& thermometer : thermometers_) {
-        if (!thermometer.power.empty() && sysLine(thermometer.power) == "suspended") continue;
+    for (auto& [thermometer, heat] : watched_) {
+        const auto& [input, limits, power, fault, alarm] = thermometer;
+        if (!power.empty() && sysLine(power) == "suspended") continue;
+        if (!fault.empty() && sysNumber(fault).value_or(0) != 0) continue;
         const Instant before = loop_.now();
-        const auto temperature = sysNumber(thermometer.input);
-        if (temperature) hottest = std::max(hottest, stateAt(*temperature, thermometer.limits));
-        if (loop_.now() - before > slowReading)
-            thermometer.input.clear();  // not before the next search
+        if (const auto temperature = sysNumber(input)) {
+            const bool mayBeCritical = alarm.empty() || sysNumber(alarm).value_or(0) != 0;
+            const auto most = mayBeCritical ? ThermalState::critical : ThermalState::serious;
+            hottest = std::max(
+                hottest, heat.take({.temperature = *temperature,
+                                    .state = std::min(most, stateAt(*temperature, limits)),
+                                    .stateIfWarmer = std::min(
+                                        most, stateAt(*temperature + clearOfLimit, limits))}));
+        }
+        // One that is so slow is not read before the next search.
+        if (loop_.now() - before > slowReading) thermometer.input.clear();
     }
-    std::erase_if(thermometers_, [](const auto& each) { return each.input.empty(); });
+    std::erase_if(watched_, [](const auto& each) { return each.thermometer.input.empty(); });
     return hottest;
 }
 
