@@ -59,6 +59,10 @@ struct DrawnLayer {
 
     // What the next frame starts from.
     Affine exact;  // to device pixels, before rounding
+    // The layer's counts when this tree last looked; what has a higher one now is looked at anew,
+    // also where the layer was in another tree meanwhile.
+    std::uint64_t changes = 0;
+    std::uint64_t sublayersRevision = 0;
     std::uint64_t contentRevision = 0;
     bool isNew = true;
     bool isCollapsed = true;  // its sublayers are not looked at, for it is out of sight

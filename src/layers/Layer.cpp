@@ -127,13 +127,13 @@ void Layer::markJoined(Instant now) {
 
 void Layer::touch() {
     Layer* layer = this;
-    for (; layer->superlayer_; layer = layer->superlayer_) layer->changedBelow_ = true;
-    layer->changedBelow_ = true;
+    for (; layer->superlayer_; layer = layer->superlayer_) ++layer->changes_;
+    ++layer->changes_;
     if (layer->rootOf_) layer->rootOf_->noticeChange();
 }
 
 void Layer::touchSublayers() {
-    sublayersChanged_ = true;
+    ++sublayersRevision_;
     touch();
 }
 

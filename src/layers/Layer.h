@@ -176,9 +176,9 @@ private:
     std::uint64_t contentRevision_ = 1;
     Instant joined_;  // when it came into a tree
 
-    // What the tree has not looked at yet.
-    bool sublayersChanged_ = true;
-    bool changedBelow_ = true;  // in the layer itself or below it
+    // How often it has changed. A tree remembers which count it has seen.
+    std::uint64_t changes_ = 1;           // of the layer itself and all below it
+    std::uint64_t sublayersRevision_ = 1; // of the list of its sublayers
 };
 
 }  // namespace quibbits

@@ -1,6 +1,7 @@
 #include "layers/TreeSync.h"
 
 #include <unordered_map>
+#include <utility>
 
 #include "layers/Emission.h"
 #include "layers/LayerEngine.h"
@@ -25,9 +26,9 @@ Damage TreeSync::run(Layer& root) {
 }
 
 void TreeSync::visit(Layer& layer, DrawnLayer& node, const Context& context) {
-    if (!context.moved && !node.isNew && !node.isActive && !layer.changedBelow_) return;
+    const bool changed = std::exchange(node.changes, layer.changes_) != layer.changes_;
+    if (!context.moved && !node.isNew && !node.isActive && !changed) return;
     const bool alive = layer.hasAnimations() || layer.emission_;
-    layer.changedBelow_ = false;
     if (layer.model_.hidden) return collapse(node, false);
 
     Context inside{.frames = context.frames};
@@ -60,7 +61,9 @@ void TreeSync::visit(Layer& layer, DrawnLayer& node, const Context& context) {
     node.clip = inside.clip;
     node.isNew = false;
 
-    if (layer.sublayersChanged_ || node.isCollapsed) matchSublayers(layer, node);
+    if (node.sublayersRevision != layer.sublayersRevision_ || node.isCollapsed) {
+        matchSublayers(layer, node);
+    }
     node.isActive = alive || (node.mask && node.mask->isActive);
     node.subtreeExtent = extent;
     for (std::size_t i = 0; i < node.sublayers.size(); ++i) {
@@ -125,7 +128,7 @@ void TreeSync::visitMask(Layer& layer, DrawnLayer& node, const Context& inside, 
 
 /// Gives each sublayer its node, in order. What went away or changed places must be painted.
 void TreeSync::matchSublayers(Layer& layer, DrawnLayer& node) {
-    layer.sublayersChanged_ = false;
+    node.sublayersRevision = layer.sublayersRevision_;
     node.isCollapsed = false;
     std::unordered_map<std::uint64_t, std::size_t> places;
     for (std::size_t i = 0; i < node.sublayers.size(); ++i) places[node.sublayers[i]->id] = i;
@@ -159,6 +162,7 @@ void TreeSync::collapse(DrawnLayer& node, bool active) {
     damage_.add(node.subtreeExtent);
     DrawnLayer fresh;
     fresh.id = node.id;
+    fresh.changes = node.changes;
     fresh.isActive = active;
     fresh.isNew = false;
     node = std::move(fresh);

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "layers/DisplayTree.h"
 #include "layers/LayerEngine.h"
 #include "layers/LayerTree.h"
 #include "layers/ManualRunLoop.h"
@@ -125,6 +128,39 @@ TEST_F(Trees, ALayerMovesBetweenTreesWithDamageInBoth) {
     tree.root().addSublayer(layer);
     EXPECT_EQ(other.nextFrame(loop.now()), (Rects{{45, 45, 10, 10}}));
     EXPECT_EQ(frame(), (Rects{{45, 45, 10, 10}}));
+}
+
+TEST_F(Trees, ABranchThatComesBackIsSeenAsItIsAndNotAsItLeft) {
+    LayerTree other(engine);
+    other.setSurface({200, 100}, 1);
+    const auto body = sprite({50, 50});
+    const auto hand = sprite({10, 10});
+    hand->setMask(engine.makeLayer({.bounds = {0, 0, 10, 10}, .position = {5, 5}}));
+    const auto spark = sprite({25, 25});
+    body->addSublayer(hand);
+    body->addSublayer(spark);
+    other.root().addSublayer(body);
+    other.nextFrame(loop.now());
+    // It leaves a tree that nobody paints any more, changes in this one, and goes back.
+    tree.root().addSublayer(body);
+    frame();
+    spark->removeFromSuperlayer();
+    hand->setMask(nullptr);
+    hand->setPosition({40, 10});
+    frame();
+    EXPECT_EQ(frame(), Rects{});
+    other.root().addSublayer(body);
+    const Rects damage = other.nextFrame(loop.now());
+    const auto damaged = [&](int x, int y) {
+        return std::ranges::any_of(damage, [&](PixelRect r) { return r.intersects({x, y, 1, 1}); });
+    };
+    EXPECT_TRUE(damaged(70, 30)) << "where the spark was";
+    EXPECT_TRUE(damaged(85, 45)) << "where the hand is";
+    const auto& seen = *other.state().root.sublayers.at(0);
+    ASSERT_EQ(seen.sublayers.size(), 1u);
+    EXPECT_EQ(seen.sublayers[0]->mask, nullptr);
+    EXPECT_EQ(other.nextFrame(loop.now()), Rects{});
+    EXPECT_EQ(other.nextWake(loop.now()), std::nullopt);
 }
 
 TEST_F(Trees, ADiscreteAnimationWakesAtEachOtherFrameExactly) {
