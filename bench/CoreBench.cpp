@@ -20,9 +20,9 @@ void scoreAndDecide(benchmark::State& state) {
     const Mind mind = wideAwakeGhost();
     Brain brain;
     Random random(1);
-    Date now{1000};
+    Brain::When now{Date{1000}, 1000};
     for (auto _ : state) {
-        now = now + 7;
+        now.instant += 7;
         benchmark::DoNotOptimize(brain.decide(mind, now, random));
     }
 }

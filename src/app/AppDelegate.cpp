@@ -14,7 +14,8 @@ AppDelegate::AppDelegate(const Computer& computer, Panels& panels, views::ViewWi
     : computer_(computer),
       panels_(panels),
       settings_(computer, windows),
-      onboarding_(computer, windows) {
+      onboarding_(computer, windows),
+      door_(computer_.runLoop, computer_.defaults, party_) {
     joinSettings();
 }
 
@@ -44,6 +45,11 @@ void AppDelegate::applicationDidFinishLaunching() {
     for (const auto& creature : party_) {
         creature->cursor = [this] { return toStage(computer_.pointer.location()); };
         creature->ballStart = [this] { return ballStart(); };
+        // Not from within what the creature is just doing.
+        creature->onPlaceChanged = [this] {
+            computer_.runLoop.post(lifetime_.guard([this] { door_.placesChanged(); }));
+        };
+        creature->mayComeOut = [this, who = creature.get()] { return door_.isOpenFor(*who); };
         if (onCreature) onCreature(*creature);
     }
     makeThunderboltKey();
@@ -202,6 +208,7 @@ void AppDelegate::open(const std::vector<std::string>& addresses) {
 }
 
 void AppDelegate::applicationWillTerminate() {
+    for (const auto& creature : party_) creature->finishDeleting();
     computer_.pointer.setHidden(false);
 }
 

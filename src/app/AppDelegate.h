@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/PartyDoor.h"
 #include "aware/DownloadsGuard.h"
 #include "aware/Power.h"
 #include "aware/Senses.h"
@@ -37,7 +38,8 @@ public:
     /// Builds everything and lets the creatures live. Without a screen nothing but the notification
     /// categories is set up.
     void applicationDidFinishLaunching();
-    /// Creatures save as they go; only a hidden pointer must be shown again.
+    /// Creatures save as they go. A hidden pointer must be shown again, and files that are just
+    /// being destroyed go.
     void applicationWillTerminate();
 
     /// Addresses such as quibbits://celebrate, in turn. Every creature hears the word of each; one
@@ -85,8 +87,6 @@ private:
     /// Where balls fly from and to, on the stage.
     Point ballStart() const;
     Point toStage(Point global) const { return global - stageOrigin_; }
-    /// Recalls the creature, or sends it out after whoever else is out has gone in.
-    void toggleFromDial(Companion& creature, Point at);
 
     // The settings and the welcome guide (SettingsWindows.cpp).
     void joinSettings();
@@ -101,6 +101,7 @@ private:
     std::unique_ptr<Power> power_;
     std::unique_ptr<Senses> senses_;
     std::vector<std::unique_ptr<Companion>> party_;  // Sparrel, Umbrool
+    PartyDoor door_;
     std::unique_ptr<StageWindow> stage_;
     std::unique_ptr<BallFX> ballFX_;
     std::vector<Subscription> subscriptions_;

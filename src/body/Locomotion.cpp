@@ -89,7 +89,8 @@ void Pet::move(Point to, Motion motion, Done done) {
                 .timing = {.duration = motion.duration}},
                "move",
                lifetime_.guard([this, started = token_, done = std::move(done)](bool finished) {
-                   if (finished && token_ == started && done) done();
+                   if (!finished || token_ != started || !onMoved()) return;
+                   if (done) done();
                }));
 }
 

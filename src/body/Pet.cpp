@@ -14,6 +14,7 @@ Pet::~Pet() = default;
 
 void Pet::buildLayers() {
     node_ = engine_.makeLayer({.artPixel = scale_});
+    figure_ = engine_.makeLayer();
     sprite_ = engine_.makeLayer();
     bubble_ = engine_.makeLayer({.opacity = 0});
     bubbleLine_ = engine_.makeLayer();
@@ -23,7 +24,8 @@ void Pet::buildLayers() {
     dialogArrow_ = engine_.makeLayer();
     thought_ = engine_.makeLayer({.opacity = 0});
 
-    for (const auto& layer : {sprite_, bubble_, dialog_, thought_}) node_->addSublayer(layer);
+    for (const auto& layer : {figure_, bubble_, dialog_, thought_}) node_->addSublayer(layer);
+    figure_->addSublayer(sprite_);
     bubble_->addSublayer(bubbleLine_);
     for (const auto& layer : {dialogLine_, caption_, dialogArrow_}) dialog_->addSublayer(layer);
 }

@@ -68,6 +68,9 @@ public:
     std::function<std::optional<Menu>()> onMenu;
     std::function<void()> onInterrupt;
     std::function<void()> onGroundChanged;  // the stage has handed out new ground
+    /// A motion has ended. False when somebody has taken the body over, so that what was to follow
+    /// does not.
+    std::function<bool()> onMoved = [] { return true; };
 
     bool interactive = true;  // false lets the mouse through
     bool canLeap = true;      // knows how to jump high
@@ -77,6 +80,9 @@ public:
     Layer& node() const { return *node_; }
     const LayerRef& nodeRef() const { return node_; }
     Layer& sprite() const { return *sprite_; }
+    /// Holds the sprite alone, at the foot point: a mask on it cuts off the body and not what it
+    /// says.
+    Layer& figure() const { return *figure_; }
     double scale() const { return scale_; }
 
     /// The foot point as it is seen now.
@@ -144,8 +150,8 @@ public:
     void stars();
     /// Sparks about the body, for a time or until somebody stops them.
     LayerRef sparks(double rate, std::optional<Seconds> duration = std::nullopt);
-    /// Sways with three sparkles circling over its head.
-    void dizzy(Seconds duration);
+    /// Sways with three sparkles circling over its head, so many art pixels above the foot point.
+    void dizzy(Seconds duration, double head);
 
     struct Emission {
         Image image;
@@ -226,6 +232,7 @@ private:
     double scale_;
 
     LayerRef node_;
+    LayerRef figure_;
     LayerRef sprite_;
     LayerRef bubble_;
     LayerRef bubbleLine_;

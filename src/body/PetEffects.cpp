@@ -174,15 +174,14 @@ LayerRef Pet::munch(Layer& food, const Meal& meal) {
                  .inFront = true});
 }
 
-void Pet::dizzy(Seconds duration) {
+void Pet::dizzy(Seconds duration, double head) {
     node_->add({.keyPath = KeyPath::transformRotation,
                 .motion = KeyframeMotion{.values = values({0, 0.14, -0.12, 0.1, -0.08, 0.05, 0})},
                 .timing = {.duration = 0.9, .repeatCount = duration / 0.9}},
                "dizzy");
 
-    const double top = sprite_->frame().maxY();
     LayerRef ring = engine_.makeLayer(
-        {.position = {0, top - 2 * scale_}, .transform = Transform::scaled(1, 0.35)});
+        {.position = {0, (head - 2) * scale_}, .transform = Transform::scaled(1, 0.35)});
     LayerRef wheel = engine_.makeLayer();
     for (int i = 0; i < 3; ++i) {
         const double angle = 2 * pi * i / 3;

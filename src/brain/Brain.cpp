@@ -168,14 +168,13 @@ std::vector<Option> Brain::score(const Mind& mind) {
     return std::move(scoring.options);
 }
 
-Intent Brain::decide(const Mind& mind, Date now, Random& random) {
+Intent Brain::decide(const Mind& mind, When now, Random& random) {
     options = score(mind);
     for (Option& option : options) {
         const auto coolDown = row(option.intent).coolDown;
         const auto done = lastDone.find(option.intent);
         if (coolDown && done != lastDone.end()) {
-            // A clock that was set back counts as no time at all.
-            const double factor = std::clamp((now - done->second) / *coolDown, 0.0, 1.0);
+            const double factor = std::min((now.instant - done->second) / *coolDown, 1.0);
             option.score *= factor;
             option.reasons.add("done recently", factor);
         }
@@ -209,8 +208,8 @@ Intent Brain::decide(const Mind& mind, Date now, Random& random) {
     }
 
     choice = chosen;
-    decidedAt = now;
-    lastDone[chosen] = now;
+    decidedAt = now.date;
+    lastDone[chosen] = now.instant;
     return chosen;
 }
 

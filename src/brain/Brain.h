@@ -14,6 +14,7 @@
 #include "brain/Intent.h"
 #include "platform/Date.h"
 #include "platform/Random.h"
+#include "platform/RunLoop.h"
 #include "rules/Nature.h"
 
 namespace quibbits {
@@ -87,14 +88,19 @@ struct Brain {
     std::vector<Option> options;  // of the last decision, best first
     std::optional<Intent> choice;
     Date decidedAt = Date::distantPast();
-    std::map<Intent, Date> lastDone;
+    std::map<Intent, Instant> lastDone;  // no clock that is set moves a cool-down
 
     /// Scores every option for the snapshot, in a fixed order.
     static std::vector<Option> score(const Mind& mind);
 
+    /// When a decision is made: by the wall clock, for whoever reads it, and by the run loop's.
+    struct When {
+        Date date;
+        Instant instant = 0;
+    };
     /// Scores, damps, and draws one of the options within 15 per cent of the best, weighted by
     /// score. Sits when nothing scores above 0.
-    Intent decide(const Mind& mind, Date now, Random& random);
+    Intent decide(const Mind& mind, When now, Random& random);
 };
 
 }  // namespace quibbits

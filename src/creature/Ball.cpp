@@ -55,12 +55,20 @@ void Companion::toggleBall(Point from) {
 }
 
 void Companion::goIn() {
+    recall_ = Recall::called;
     stop([this] {
         pet_.hold(a().idle, 0);
         fx->recall(pet_, pet_.lifetime().guard([this] {
             isOut = false;
             ballBusy = false;
+            recall_ = Recall::none;
+            save();
+            // The call may have ended before it was in.
+            if (hiddenForCall && !senses().cameraOn()) cameraChanged(false);
+            onPlaceChanged();
         }));
+        recall_ = Recall::drawnIn;
+        onPlaceChanged();
     });
 }
 
@@ -84,6 +92,7 @@ void Companion::becomeFree() {
     ballBusy = false;
     pet_.interactive = true;
     lastMood_ = mood();
+    onPlaceChanged();
 }
 
 void Companion::comeOutRoutine(Done done) {
@@ -128,8 +137,8 @@ void Companion::hatch(Point from) {
     const double x = pet_.walkArea.middle();
     fx->hatch(pet_, from, {x, pet_.floorY(x)}, pet_.lifetime().guard([this] {
         becomeFree();
-        lastThought_ = now();
-        lastPetted_ = now();
+        lastThought_ = mark();
+        lastPetted_ = mark();
         introduceItself();
     }));
 }
@@ -168,9 +177,7 @@ void Companion::introduceItself() {
 
 void Companion::restart() {
     if (ballBusy || held) return;
-    pet_.interrupt();
-    stopChargeSparks();
-    pet_.sprite().removeAnimation("bob");
+    breakOff();
     dozing = false;
     hiddenForCall = false;
     pendingEvolution.reset();
@@ -183,6 +190,7 @@ void Companion::restart() {
     friendship = hatchedFriendship;
     save();
     stayIn();
+    onPlaceChanged();
 }
 
 // From one form into the next -------------------------------------------------------------------
@@ -247,6 +255,7 @@ void Companion::evolve(const Evolution& evolution) {
                 ballBusy = false;
                 pet_.interactive = true;
                 think();
+                onPlaceChanged();
             });
     });
 }

@@ -8,6 +8,8 @@
 // and starts a chain that ends in `think`. Routines are lists of steps, and every wait goes through
 // the body, which drops it when the creature is interrupted.
 
+#include <algorithm>
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -102,6 +104,10 @@ public:
     }
     /// Out, and neither in a ball effect, held nor dozing.
     bool isFree() const { return isOut && !ballBusy && !held && !dozing; }
+    /// On its way into its ball, from the moment when it was called.
+    bool isGoingIn() const { return recall_ != Recall::none; }
+    /// And the ball has come for it; until then it may have a way down to go.
+    bool isDrawnIn() const { return recall_ == Recall::drawnIn; }
     /// Puts a creature away at launch, without a show.
     void stayIn();
 
@@ -131,6 +137,10 @@ public:
     std::function<Point()> ballStart = [] { return Point{}; };  // where a thrown ball starts
     std::function<Point()> cursor = [] { return Point{}; };     // the pointer, on the stage
     BallFX* fx = nullptr;  // without it nobody goes into a ball or comes out
+    /// Whether nobody else stands in the way of coming out unasked.
+    std::function<bool()> mayComeOut = [] { return true; };
+    /// It has come out, gone in, or can be called where it could not before.
+    std::function<void()> onPlaceChanged = [] {};
 
     // For records only; nothing depends on them.
     std::function<void(const Companion&, const Mind&)> onDecision;
@@ -164,7 +174,7 @@ public:
     /// Decides what to do next and starts it. The heartbeat.
     void think();
     /// Breaks off what the creature is doing, brings it to the ground, and goes on.
-    virtual void stop(Done then);
+    void stop(Done then);
 
     // Needs -----------------------------------------------------------------------------------
 
@@ -233,10 +243,13 @@ public:
     /// What the creature's own menu holds; none while there is nothing to choose.
     std::optional<Menu> menu();
     void cameraChanged(bool on);
-    /// Destroys files with a show, if it may and can; else they go to the Trash at once.
+    /// Destroys files with a show, if it may and can; else they go to the Trash at once. Files
+    /// that come while others are being destroyed are destroyed after them.
     void strike(const std::vector<std::string>& paths, const FilePoints& points);
     /// Destroys files that the user gave it, if it may and can; else they stay.
     void zap(const std::vector<std::string>& paths);
+    /// Moves what it was still to destroy to the Trash at once: the user has had their say.
+    void finishDeleting();
     /// Asks in a notification whether files shall go.
     void offerZap(const std::vector<std::string>& paths, const std::string& title,
                   const std::string& why);
@@ -258,14 +271,21 @@ protected:
     // Overridden by species where they do more.
     virtual bool absorbsCharge(double minutes);
     virtual void didLevelUp() {}
-    /// Moves the files to the Trash.
-    virtual void attack(const std::vector<std::string>& paths, const FilePoints& points);
     virtual void refreshMoves() {}
     virtual void petted() {}
     /// Deals with an item that is no berry; true when it knew what to do with it.
     virtual bool use(Item item);
     /// The body was interrupted: cleans up what a routine of the species' own has left.
     virtual void interrupted() {}
+    /// Undoes what a routine of the species' own has done to the body and the desktop.
+    virtual void endTricks() {}
+    /// Takes its stand for an attack; in the air or on the ground.
+    virtual void takeStand(Done then) { comeDown(std::move(then)); }
+    /// Destroys one file: calls `launch` when nothing can hold it up any more and `destroy` when it
+    /// hits.
+    virtual void strikeFile(const std::string& path, std::optional<Point> place, Done next) = 0;
+    /// What it does when the last file is gone.
+    virtual void boast(Done next) = 0;
     virtual void chargerPlugged();
     virtual void celebrateHook();
     /// Starts a scene of the species' own; false when life goes on as usual.
@@ -282,6 +302,11 @@ protected:
 
     void nearlyReach(int aim);
 
+    /// Ends what it is doing, where it is.
+    void breakOff();
+    /// Down to the ground where it is in the air, and on.
+    void comeDown(Done then);
+
     // Steps, for routines.
     Step going(const Walk& walk);
     Step sitting(Seconds seconds);
@@ -292,8 +317,11 @@ protected:
     Step doing(std::function<void()> act);
 
     // The computer, as routines see it.
-    Date now() const { return world_.computer.runLoop.date(); }
-    int hour() const { return world_.computer.runLoop.localTime(now()).hour; }
+    /// For whatever elapses while the program runs; no clock that is set moves it.
+    Instant now() const { return world_.computer.runLoop.now(); }
+    /// For what is saved or belongs to the calendar.
+    Date date() const { return world_.computer.runLoop.date(); }
+    int hour() const { return world_.computer.runLoop.localTime(date()).hour; }
     Random& random() const { return world_.computer.random; }
     double between(double a, double b) const { return random().uniform(a, b); }
     bool isOn(Setting setting) const { return quibbits::isOn(world_.computer.defaults, setting); }
@@ -316,6 +344,9 @@ protected:
     void feel(Face face, const Bubble& bubble);
     /// Shows a face while portraits are switched on.
     void feelIfShown(Face face, const Bubble& bubble);
+    /// Shows what goes through its head as it sets out for something. What it has said in the same
+    /// turn of the loop is not replaced by that.
+    void muse(Face face, const Bubble& bubble);
     struct Speech {
         Moment moment = Moment::hello;
         Face face = Face::happy;
@@ -329,8 +360,8 @@ protected:
     /// Says a line for the moment, or only shows the face, as the settings allow.
     void speak(const Speech& speech);
 
-    /// Where a file is seen: as told, else where its icon lies on the desktop.
-    std::optional<Point> placeOf(const std::string& path, const FilePoints& points) const;
+    /// The attack on a file is under way: it hits whatever befalls the creature.
+    void launch(const std::string& path);
     /// Moves a file to the Trash at the height of an attack, for a reward.
     void destroy(const std::string& path);
 
@@ -425,7 +456,7 @@ private:
     void climbOn(const Ground& from, Done done);
     void sniff(const Surroundings& seen, Done done);
     std::optional<Point> strollTarget(const std::vector<Ground>& spots, double within) const;
-    void finishSit(Date start, Done done);
+    void finishSit(Instant start, Done done);
     std::optional<Ground> noticeNewFiles(const std::vector<Ground>& tiles);
     std::optional<Ground> fileToExplore(const std::vector<Ground>& tiles);
     /// Whether a route leads from where the creature stands to the middle of each of the files.
@@ -444,9 +475,18 @@ private:
     const Move* moveToAnnounce(const MoveNames& knewBefore) const;
     void withdrawOffer();
 
-    // World events.
+    // Deleting files.
     bool canAttack() const;
+    void attack(const std::vector<std::string>& paths, const FilePoints& points);
+    void strikeNext();
+    void trashAtOnce(const std::vector<std::string>& paths);
+    /// The attack is cut off: what nothing has been thrown at goes to the Trash without a show.
+    void trashTheRest();
+
+    // World events.
     void groundChanged();
+    bool hasLostGround() const;
+    bool findFeet();
     void standUp();
     /// A dozing creature whose reaction has ended goes on sleeping.
     void sleepOn();
@@ -465,6 +505,7 @@ private:
     void enjoyPetting(Point point);
 
     // Feeding.
+    void minds(Seconds gift);
     void eat(Item item, Done done);
     void taste(Item item);
     void lickUp(Item item, const Anim& licking, const Nibble& tongue, Done done);
@@ -477,6 +518,7 @@ private:
     void playScene(std::vector<Step> steps);
     void dockDemo();
     void filesDemo();
+    void visitFiles();
     void dropDemo();
     void dropAgain(Point spot);
     void breakDemo();
@@ -493,31 +535,58 @@ private:
     void dizzySpell();
     void forgetOldDrops();
 
+    /// A moment from which time is counted with the hours that the computer slept.
+    struct Mark {
+        Instant instant = 0;
+        Date date;
+    };
+    Mark mark() const { return {now(), date()}; }
+    /// By the clock that shows more: the run loop's stands still while the computer sleeps, the
+    /// wall's may be set back.
+    Seconds since(const Mark& mark) const {
+        return std::max(now() - mark.instant, date() - mark.date);
+    }
+
+    /// Before everything, for what has not happened yet.
+    static constexpr Instant never = -std::numeric_limits<Instant>::infinity();
+
     const std::string store_;
     const World world_;
     mutable std::optional<Sheets> sheets_;
 
+    /// A file that the user has given it to destroy.
+    struct Doomed {
+        std::string path;
+        std::optional<Point> place;  // as told by whoever gave it
+        bool launched = false;       // something flies at it
+    };
+    std::vector<Doomed> doomed_;
+    bool attacking_ = false;  // from the first file to the end of the boast
+
+    enum class Recall { none, called, drawnIn };
+    Recall recall_ = Recall::none;
+    bool hasJustSpoken_ = false;  // in this turn of the loop
     bool wasCharging_ = false;
     std::optional<Mood> lastMood_;
     Brain brain_;
     std::optional<Intent> lastIntent_;
-    Date lastThought_;
-    Date lastPetted_;
-    Date lastCuddle_ = Date::distantPast();
-    std::vector<Date> drops_;  // landings of the last two minutes
+    Mark lastThought_;
+    Mark lastPetted_;
+    Instant lastCuddle_ = never;
+    std::vector<Instant> drops_;  // landings of the last two minutes
     bool dizzyNext_ = false;
     std::optional<std::set<std::string>> knownFiles_;  // absent before the first look
-    std::map<std::string, Date> lastExplored_;
+    std::map<std::string, Instant> lastExplored_;
     Gaze gaze_ = Gaze::ahead;
     std::optional<int> seatedAt_;  // the body's token at the moment of sitting
-    Date watchingUntil_ = Date::distantPast();
-    Date eatingUntil_ = Date::distantPast();
-    std::optional<Date> approachedAt_;  // when the pointer came near; absent while it is away
-    bool settledIn_ = false;            // it has warmed to the pointer's present visit
-    Date lastNoticed_ = Date::distantPast();
-    Date lastGlance_ = Date::distantPast();
+    Instant watchingUntil_ = never;
+    Instant eatingUntil_ = never;
+    std::optional<Instant> approachedAt_;  // when the pointer came near; absent while it is away
+    bool settledIn_ = false;               // it has warmed to the pointer's present visit
+    Instant lastNoticed_ = never;
+    Instant lastGlance_ = never;
     Point lastCursor_;
-    Date lastCursorAt_ = Date::distantPast();
+    Instant lastCursorAt_ = never;
     LayerRef food_;
     LayerRef crumbs_;
     bool hungerNotified_ = false;

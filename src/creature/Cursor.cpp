@@ -124,14 +124,14 @@ void Companion::startle() {
 void Companion::cursorNearby(Point point) {
     const bool pettable = isOn(Setting::greetings) && isFree() && !isFainted &&
                           !pet_.isAirborne() && !demoRunning && now() >= eatingUntil_ &&
-                          now() - lastCuddle_ > pettingPause;
+                          now() - lastCuddle_ > pettingPause && !attacking_;
     if (!pettable) return;
     lastCuddle_ = now();
     pet_.interrupt();
     stopChargeSparks();
 
     const bool shy = nature.isShy() && friendship < shyPetted && random().coin();
-    const Seconds missed = now() - lastPetted_;
+    const Seconds missed = since(lastPetted_);
     if (!shy) {
         speak({.moment = mood() == Mood::tired ? Moment::pettedSleepy : Moment::petted,
                .face = missed > missedYou || friendship >= fond ? Face::joyous : Face::happy});
@@ -140,7 +140,7 @@ void Companion::cursorNearby(Point point) {
         befriend(pettingFriendship());
         gainEXP(pettingShare);
     }
-    lastPetted_ = now();
+    lastPetted_ = mark();
     if (shy)
         shyAway(point);
     else

@@ -53,7 +53,14 @@ void Companion::dockDemo() {
 
 /// A visit to the nearest file of the desktop and to the highest of those about it.
 void Companion::filesDemo() {
+    constexpr Seconds iconsReadWithin = 3;
     pet_.openSpots();  // has the desktop's icons read
+    if (pet_.iconsKnown) return visitFiles();
+    pet_.after(iconsReadWithin, [this] { visitFiles(); });
+}
+
+void Companion::visitFiles() {
+    pet_.openSpots();
     std::vector<Ground> icons;
     std::ranges::copy_if(pet_.ground, std::back_inserter(icons),
                          [](const Ground& row) { return !row.solid; });

@@ -30,7 +30,8 @@ bool Companion::dislikes(Item item) const {
 }
 
 void Companion::itemNear(Point point) {
-    if (!isFree() || isFainted || now() < eatingUntil_ || pet_.isAirborne()) return;
+    if (!isFree() || isFainted || attacking_) return;
+    if (now() < eatingUntil_ || pet_.isAirborne()) return;
     watchingUntil_ = now() + 2;
     if (sitsQuietly()) return pet_.faceTowards(point);
     stop([this, point] {
@@ -43,13 +44,22 @@ void Companion::itemNear(Point point) {
     });
 }
 
+/// Is busy with what it was given: the pointer that gave it lies on the creature, and petting or
+/// curiosity would hide the answer.
+void Companion::minds(Seconds gift) {
+    lastCuddle_ = now();
+    eatingUntil_ = now() + gift;
+}
+
 void Companion::received(Item item) {
     if (!isFree() || isFainted) return;
     if (!isBerry(item)) {
+        minds(2.5);
         if (!use(item)) feelIfShown(Face::surprised, {.seconds = 2.5});
         return;
     }
     if (1 - hunger > fullBelly) {
+        minds(3);
         return speak(
             {.moment = Moment::full, .face = Face::sigh, .otherwise = name() + " is full."});
     }
@@ -118,6 +128,7 @@ void Companion::taste(Item item) {
 void Companion::lickUp(Item item, const Anim& licking, const Nibble& tongue, Done done) {
     const Image& picture = Pixels::item(item);
     const double scale = pet_.scale();
+    pet_.faceTowards(pet_.inFront({tongue.mouth.x, tongue.mouth.y}));  // not off the screen
     const double ahead = pet_.facingRight ? 1 : -1;
     const Seconds once = licking.duration;
     const LayerRef food = pet_.holdFood(

@@ -21,14 +21,13 @@ constexpr Seconds pettingPause = 8;
 }  // namespace
 
 void Companion::forgetOldDrops() {
-    std::erase_if(drops_, [this](Date d) { return now() - d > dropsCount; });
+    std::erase_if(drops_, [this](Instant d) { return now() - d > dropsCount; });
 }
 
 void Companion::pickedUp() {
     held = true;
     pet_.interrupt();
     stopChargeSparks();
-    pet_.sprite().removeAnimation("bob");
     pet_.play(a().hurt);
     pet_.forgetSwings();
     forgetOldDrops();
@@ -47,6 +46,9 @@ void Companion::dropped() {
     const Point here = pet_.position();
     const auto below = pet_.surfaceIndex(here);
     const double height = here.y - (below ? pet_.ground[*below].y : 0);
+    // The pointer that let it go lies on it, and petting would cut short how it lands.
+    lastCuddle_ = now() - (pettingPause - pettableAgainIn);
+    onPlaceChanged();
     if (!floats() && height >= softDrop) {
         pet_.fall(Pet::Falling::freely, [this, height] { landed(height); });
         return;
@@ -54,7 +56,7 @@ void Companion::dropped() {
     if (floats()) pet_.hold(a().idle, 0);
     pet_.fall(falling(), [this] {
         lastCuddle_ = now() - (pettingPause - pettableAgainIn);
-        if (mood() == Mood::fainted) return faint();
+        if (mood() == Mood::fainted) return faint();  // it lay so before it was picked up
         if (dizzyNext_) return dizzySpell();
         sit(1.2, [this] { think(); });
     });
@@ -101,7 +103,7 @@ void Companion::dizzySpell() {
            .face = Face::dizzy,
            .silent = 3,
            .otherwise = name() + " is dizzy…"});
-    pet_.dizzy(2.7);
+    pet_.dizzy(2.7, a().idle.height);
     const Anim* wobble = a().role("wobble");
     run({waiting(2.8), wobble ? playing(*wobble, 3) : playing(a().nod, 2), sitting(1)},
         [this] { think(); });

@@ -84,6 +84,7 @@ void Companion::levelUp(const MoveNames& knewBefore) {
             .body = isNew ? "It learned " + move + "." : "Keep it company to help it grow.",
             .suffix = "level"});
     didLevelUp();
+    save();
 }
 
 void Companion::befriend(double amount) {
@@ -93,7 +94,7 @@ void Companion::befriend(double amount) {
 
 void Companion::catchShimmerpox() {
     const auto days = static_cast<double>(1 + random().index(4));
-    shimmerpoxUntil = now() + days * day;
+    shimmerpoxUntil = date() + days * day;
     save();
     feel(Face::surprised,
          {.caption = name() + " caught Shimmerpox! EXP gain is doubled for a while.",

@@ -1,5 +1,7 @@
 // What a creature says and shows, as far as the settings let it.
 
+#include <utility>
+
 #include "creature/Companion.h"
 
 namespace quibbits {
@@ -21,10 +23,16 @@ void Companion::feel(Face face, const Bubble& bubble) {
                    .seconds = bubble.seconds,
                    .tall = a().idle.height});
     if (onUtterance) onUtterance(*this, {face, bubble.caption, bubble.speaker, bubble.seconds});
+    if (std::exchange(hasJustSpoken_, true)) return;
+    pet_.runLoop().post(pet_.lifetime().guard([this] { hasJustSpoken_ = false; }));
 }
 
 void Companion::feelIfShown(Face face, const Bubble& bubble) {
     if (isOn(Setting::faces)) feel(face, bubble);
+}
+
+void Companion::muse(Face face, const Bubble& bubble) {
+    if (!hasJustSpoken_) feelIfShown(face, bubble);
 }
 
 void Companion::speak(const Speech& speech) {

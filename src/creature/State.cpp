@@ -1,6 +1,7 @@
 // What a creature is, how it is remembered, and what others may see of it.
 
 #include <algorithm>
+#include <utility>
 
 #include "body/Pixels.h"
 #include "creature/Companion.h"
@@ -26,7 +27,7 @@ Companion::Companion(std::string store, const World& world)
     : pet_(world.layers, world.computer.text, artScale),
       store_(std::move(store)),
       world_(world),
-      lastThought_(now()),
+      lastThought_(mark()),
       lastPetted_(lastThought_) {
     restore();
     wasCharging_ = power().charging();
@@ -79,8 +80,11 @@ void Companion::joinBody() {
     pet_.onItemNear = [this](Point at) { itemNear(at); };
     pet_.onInterrupt = [this] {
         keepFood(nullptr);
+        pet_.sprite().removeAnimation("bob");
+        trashTheRest();
         interrupted();
     };
+    pet_.onMoved = [this] { return findFeet(); };
     subscriptions_.push_back(computer().workspace.activated.subscribe([this] { glance(); }));
     pet_.onMenu = [this] { return menu(); };
     pet_.onZap = [this](const std::vector<std::string>& paths) { zap(paths); };
@@ -136,7 +140,7 @@ void Companion::setHungryMinutes(double minutes) {
 }
 
 bool Companion::hasShimmerpox() const {
-    return shimmerpoxUntil && *shimmerpoxUntil > now();
+    return shimmerpoxUntil && *shimmerpoxUntil > date();
 }
 
 Mood Companion::mood() const {
@@ -147,7 +151,7 @@ Mood Companion::mood() const {
 }
 
 double Companion::hoursSincePetted() const {
-    return std::min((now() - lastPetted_) / anHour, 1.0);
+    return std::min(since(lastPetted_) / anHour, 1.0);
 }
 
 PetStats Companion::stats() const {

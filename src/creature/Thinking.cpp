@@ -59,7 +59,7 @@ void Companion::think() {
     }
     const Mood present = mood();
     if (present == Mood::fainted) {
-        if (!isFainted) faint();
+        faint();  // again, where a reaction got it up
         return save();
     }
     isFainted = false;  // power may have come back while it was held or asleep
@@ -70,8 +70,8 @@ void Companion::think() {
     std::ranges::copy_if(spots, std::back_inserter(tiles), [](auto& g) { return !g.solid; });
     Surroundings seen{.spots = spots, .newFile = noticeNewFiles(tiles)};
 
-    const double minutes = std::clamp((now() - lastThought_) / 60, 0.0, mostMinutes);
-    lastThought_ = now();
+    const double minutes = std::min(since(lastThought_) / 60, mostMinutes);
+    lastThought_ = mark();
     needsStep(minutes);
 
     if (isOn(Setting::exploreFiles)) seen.file = fileToExplore(tiles);
@@ -79,7 +79,7 @@ void Companion::think() {
 
     Mind mind = makeMind(seen);
     fill(mind);
-    const Intent intent = brain_.decide(mind, now(), random());
+    const Intent intent = brain_.decide(mind, {date(), now()}, random());
     if (isActive(intent)) boredom = std::max(boredom - boredomBurnt, 0.0);
     if (onDecision) onDecision(*this, mind);
     act(intent, seen, [this] { think(); });
@@ -119,13 +119,13 @@ void Companion::showIntent(Intent intent, const Surroundings& seen) {
     if (intent == Intent::teleport && !seen.cursorSpot) return;
     const auto bubble = std::ranges::find(intentBubbles, intent, &IntentBubble::intent);
     if (bubble == intentBubbles.end()) return;
-    if (intent == Intent::play) {
+    if (intent == Intent::play && !hasJustSpoken_) {
         return speak({.moment = Moment::playing,
                       .face = bubble->face,
                       .thought = bubble->thought(),
                       .silent = intentBubble});
     }
-    feelIfShown(bubble->face, {.thought = bubble->thought(), .seconds = intentBubble});
+    muse(bubble->face, {.thought = bubble->thought(), .seconds = intentBubble});
 }
 
 void Companion::act(Intent intent, const Surroundings& seen, Done next) {
@@ -196,9 +196,17 @@ void Companion::sniff(const Surroundings& seen, Done done) {
 }
 
 void Companion::stop(Done then) {
+    breakOff();
+    comeDown(std::move(then));
+}
+
+void Companion::breakOff() {
+    endTricks();
     pet_.interrupt();
     stopChargeSparks();
-    pet_.sprite().removeAnimation("bob");  // even where a hover has only just begun
+}
+
+void Companion::comeDown(Done then) {
     if (!pet_.isAirborne()) return then();
     pet_.fall(falling(), std::move(then));
 }

@@ -70,23 +70,23 @@ void Companion::sitQuietly(Done done) {
 void Companion::daydream(Done done) {
     const std::array thoughts{Pixels::heart(), Pixels::note(), Pixels::sparkle(), Pixels::bolt(),
                               Pixels::item(favorite(nature).value_or(Item::azurine))};
-    feelIfShown(Face::happy, {.thought = random().pick(thoughts), .seconds = 3.0});
+    muse(Face::happy, {.thought = random().pick(thoughts), .seconds = 3.0});
     sit(between(6, 10), std::move(done));
 }
 
 void Companion::yawn(Done done) {
-    feelIfShown(Face::sigh, {.thought = Pixels::zzz(), .seconds = 2.0});
+    muse(Face::sigh, {.thought = Pixels::zzz(), .seconds = 2.0});
     raise(energy, 0.05);
     run({playing(a().stretch), sitting(between(4, 6))}, std::move(done));
 }
 
 void Companion::hum(Done done) {
-    feelIfShown(Face::joyous, {.thought = Pixels::note(), .seconds = 2.5});
+    muse(Face::joyous, {.thought = Pixels::note(), .seconds = 2.5});
     run({playing(a().nod, 4), sitting(3)}, std::move(done));
 }
 
 void Companion::bask(Done done) {
-    feelIfShown(Face::happy, {.thought = Pixels::sparkle(), .seconds = 2.0});
+    muse(Face::happy, {.thought = Pixels::sparkle(), .seconds = 2.0});
     const Anim* lying = a().role("bask");
     pet_.play(lying ? *lying : a().sleep);
     run({waiting(between(15, 30)), doing([this] { raise(energy, 0.1); }), playing(a().wake)},
@@ -102,7 +102,7 @@ void Companion::sit(Seconds seconds, Done done) {
     });
 }
 
-void Companion::finishSit(Date start, Done done) {
+void Companion::finishSit(Instant start, Done done) {
     if (now() < watchingUntil_ && now() - start < longestSit) {
         pet_.after(lookAgain, [this, start, done = std::move(done)]() mutable {
             finishSit(start, std::move(done));
@@ -201,8 +201,9 @@ std::optional<Ground> Companion::fileToExplore(const std::vector<Ground>& tiles)
     std::vector<Ground> due;
     for (const Ground& tile : tiles) {
         const auto explored = lastExplored_.find(fileKey(tile));
-        const Date last = explored == lastExplored_.end() ? Date::distantPast() : explored->second;
-        if (now() - last > exploreAgain) due.push_back(tile);
+        if (explored == lastExplored_.end() || now() - explored->second > exploreAgain) {
+            due.push_back(tile);
+        }
     }
     const auto reach = canReach(due);
     std::vector<Ground> near;

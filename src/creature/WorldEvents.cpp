@@ -53,6 +53,7 @@ void Companion::userLeft() {
 void Companion::quietDown() {
     dozing = true;
     stop([this] { pet_.play(a().sleep); });  // until somebody wakes it
+    save();                                  // for it may sleep until the program ends
 }
 
 void Companion::sleepOn() {
@@ -64,6 +65,7 @@ void Companion::sleepOn() {
 void Companion::userReturned() {
     if (!dozing || focusQuiet) return;
     dozing = false;
+    if (held) return;  // it wakes when it is put down
     pet_.interrupt();
     wakeUp([this] {
         speak({.moment = Moment::userBack, .face = Face::joyous});
@@ -81,16 +83,33 @@ void Companion::wakeUp(Done then) {
 /// floor; in the air without being on its way, it falls.
 void Companion::groundChanged() {
     if (!isOut || ballBusy || held) return;
-    const Point here = pet_.position();
-    const bool lost = !pet_.surfaceIndex(here);
-    const bool hangs = pet_.isAirborne() && !floats() && !pet_.node().animation("move");
-    if (!lost && !hangs) return;
+    if (!hasLostGround()) return;
 
+    const bool lost = !pet_.surfaceIndex(pet_.position());
     const bool asleep = dozing || isFainted;  // with no chain to break off
     if (!lost && !asleep) return stop([this] { think(); });
-    if (!asleep) pet_.interrupt();
+    if (!asleep) breakOff();
     standUp();
     if (!asleep) think();
+}
+
+/// Looks down at the end of a motion: the ground may have changed since it set out. False when it
+/// has begun something new, for there was nothing to stand on. Who flies may hover where nothing is
+/// beneath; it comes to the ground in the end.
+bool Companion::findFeet() {
+    if (!isOut || ballBusy || held || floats() || !hasLostGround()) return true;
+    const bool asleep = dozing || isFainted;
+    if (asleep)
+        standUp();
+    else
+        groundChanged();
+    return asleep;
+}
+
+/// Whether it is where nobody can stand, or hangs in the air with nowhere to go.
+bool Companion::hasLostGround() const {
+    if (!pet_.surfaceIndex(pet_.position())) return true;
+    return pet_.isAirborne() && !floats() && !pet_.node().animation("move");
 }
 
 /// Puts it on its feet where it is, or as near to that as it can stand.
@@ -188,14 +207,14 @@ void Companion::suggestBreak() {
 }
 
 void Companion::greetTheDay() {
-    const LocalTime today = computer().runLoop.localTime(now());
+    const LocalTime today = computer().runLoop.localTime(date());
     if (today.hour < dayBegins) return;
     const Date greeted = computer().defaults.onlyDate(key("greeted")).value_or(Date::distantPast());
     const LocalTime then = computer().runLoop.localTime(greeted);
     const bool sameDay =
         then.year == today.year && then.month == today.month && then.day == today.day;
-    if (sameDay || greeted > now()) return;
-    computer().defaults.set(key("greeted"), now());
+    if (sameDay || greeted > date()) return;
+    computer().defaults.set(key("greeted"), date());
     const char* caption = today.hour < noon      ? "Good morning!"
                           : today.hour < evening ? "Good afternoon!"
                                                  : "Good evening!";
@@ -229,8 +248,8 @@ void Companion::collapse() {
     stop([this] {
         speak({.moment = Moment::failed, .face = Face::pain});
         pet_.play(a().faint, 1);
+        pet_.runLoop().after(failureLasts, pet_.lifetime().guard([this] { comeRound(); }));
     });
-    pet_.runLoop().after(failureLasts, pet_.lifetime().guard([this] { comeRound(); }));
 }
 
 /// Gets up from a faint unless its mood keeps it down.
@@ -272,7 +291,7 @@ void Companion::cameraChanged(bool on) {
         toggleBall(ballStart());
     } else if (!on && hiddenForCall && !isOut) {
         hiddenForCall = false;
-        toggleBall(ballStart());
+        if (mayComeOut()) toggleBall(ballStart());
     }
 }
 
@@ -291,35 +310,6 @@ std::optional<Menu> Companion::menu() {
                  item("Not Now", [this] { answerEvolution(false); })}};
 }
 
-bool Companion::canAttack() const {
-    return isOn(Setting::thunderbolt) && isFree() && !isFainted && fx;
-}
-
-void Companion::strike(const std::vector<std::string>& paths, const FilePoints& points) {
-    if (canAttack()) return attack(paths, points);
-    Companion::attack(paths, points);
-}
-
-void Companion::zap(const std::vector<std::string>& paths) {
-    if (canAttack()) attack(paths, {});
-}
-
-void Companion::attack(const std::vector<std::string>& paths, const FilePoints&) {
-    for (const std::string& path : paths) computer().files.moveToTrash(path);
-}
-
-std::optional<Point> Companion::placeOf(const std::string& path, const FilePoints& points) const {
-    const auto told = points.find(path);
-    return told != points.end() ? std::optional(told->second) : pet_.iconCenter(path);
-}
-
-void Companion::destroy(const std::string& path) {
-    if (computer().files.moveToTrash(path))
-        gainEXP(0.1);
-    else
-        feelIfShown(Face::sigh, {.seconds = 2.5});
-}
-
 void Companion::offerZap(const std::vector<std::string>& paths, const std::string& title,
                          const std::string& why) {
     if (paths.empty()) return;
@@ -327,7 +317,7 @@ void Companion::offerZap(const std::vector<std::string>& paths, const std::strin
         feelIfShown(Face::surprised, {.thought = Pixels::file(), .seconds = 2.5});
     }
     const std::string offer =
-        paths.size() == 1 ? paths.front() : "batch-" + std::to_string(now().secondsSince1970);
+        paths.size() == 1 ? paths.front() : "batch-" + std::to_string(date().secondsSince1970);
     notify(
         {.title = title, .body = why, .suffix = "zap-" + offer, .category = "zap", .paths = paths});
 }

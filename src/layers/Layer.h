@@ -177,8 +177,8 @@ private:
     Instant joined_;  // when it came into a tree
 
     // How often it has changed. A tree remembers which count it has seen.
-    std::uint64_t changes_ = 1;           // of the layer itself and all below it
-    std::uint64_t sublayersRevision_ = 1; // of the list of its sublayers
+    std::uint64_t changes_ = 1;            // of the layer itself and all below it
+    std::uint64_t sublayersRevision_ = 1;  // of the list of its sublayers
 };
 
 }  // namespace quibbits

@@ -61,7 +61,8 @@ std::vector<PixelRect> LayerTree::nextFrame(Instant now) {
 
 std::optional<Instant> LayerTree::nextWake(Instant now) {
     if (state_->pixels().isEmpty()) return std::nullopt;
-    if (root_->changes_ != state_->root.changes || state_->damagedAll) return state_->frameAfter(now);
+    if (root_->changes_ != state_->root.changes || state_->damagedAll)
+        return state_->frameAfter(now);
     const Instant wake = WakeSearch(*state_, now).run(*root_);
     return wake < forever ? std::optional(wake) : std::nullopt;
 }

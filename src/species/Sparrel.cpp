@@ -184,40 +184,31 @@ std::vector<std::string> Sparrel::unlockedMoves() const {
     return names;
 }
 
-void Sparrel::attack(const std::vector<std::string>& paths, const FilePoints& points) {
-    if (!fx) return;
-    stop([this, paths, points] {
-        std::vector<Step> steps;
-        for (const std::string& path : paths) steps.push_back(strikeStep(path, points));
-        steps.push_back([this](Done next) { victoryLap(std::move(next)); });
-        run(std::move(steps), [this] { think(); });
+void Sparrel::strikeFile(const std::string& path, std::optional<Point> place, Done next) {
+    const double px = pet_.scale();
+    const Point here = pet_.position();
+    const Point chest{here.x, here.y + 16 * px};
+    const Point target = place.value_or(pet_.inFront({30, 6}));
+    const bool fromTheSky = !place && knows("Thunder");
+    const Point from = fromTheSky ? Point{target.x, target.y + 1200} : chest;
+    const bool strong = knows("Thunderbolt");
+
+    feel(Face::determined, {.caption = strong ? "Thunderbolt!" : "Static Jolt!", .seconds = 1.5});
+    pet_.faceTowards(target);
+    startChargeSparks(10);
+    pet_.play(a().charge);
+    pet_.after(0.5, [this, path, from, target, strong, next = std::move(next)] {
+        stopChargeSparks();
+        pet_.play(a().shock, 3);
+        pet_.after(a().shock.duration * 3, next);
+        launch(path);
+        fx->bolt({.from = from, .to = target, .thickness = strong ? 2.0 : 1.0},
+                 pet_.lifetime().guard([this, path] { destroy(path); }));
     });
 }
 
-Step Sparrel::strikeStep(const std::string& path, const FilePoints& points) {
-    return [this, path, points](Done next) {
-        const double px = pet_.scale();
-        const Point here = pet_.position();
-        const Point chest{here.x, here.y + 16 * px};
-        const auto icon = placeOf(path, points);
-        const Point target = icon.value_or(pet_.inFront({30, 6}));
-        const bool fromTheSky = !icon && knows("Thunder");
-        const Point from = fromTheSky ? Point{target.x, target.y + 1200} : chest;
-        const bool strong = knows("Thunderbolt");
-
-        feel(Face::determined,
-             {.caption = strong ? "Thunderbolt!" : "Static Jolt!", .seconds = 1.5});
-        pet_.faceTowards(target);
-        startChargeSparks(10);
-        pet_.play(a().charge);
-        pet_.after(0.5, [this, path, from, target, strong, next = std::move(next)] {
-            stopChargeSparks();
-            pet_.play(a().shock, 3);
-            pet_.after(a().shock.duration * 3, next);
-            fx->bolt({.from = from, .to = target, .thickness = strong ? 2.0 : 1.0},
-                     pet_.lifetime().guard([this, path] { destroy(path); }));
-        });
-    };
+void Sparrel::boast(Done next) {
+    victoryLap(std::move(next));
 }
 
 void Sparrel::chargerPlugged() {

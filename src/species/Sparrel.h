@@ -35,13 +35,11 @@ protected:
     bool startDemo(const std::string& word) override;
     void petted() override;
     bool use(Item item) override;
-    void attack(const std::vector<std::string>& paths, const FilePoints& points) override;
+    void strikeFile(const std::string& path, std::optional<Point> place, Done next) override;
+    void boast(Done next) override;
     void chargerPlugged() override;
     void celebrateHook() override;
     std::vector<std::string> unlockedMoves() const override;
-
-private:
-    Step strikeStep(const std::string& path, const FilePoints& points);
 };
 
 }  // namespace quibbits

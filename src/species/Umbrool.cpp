@@ -103,11 +103,6 @@ Anim Umbrool::front(const char* name, const Anim& otherwise) const {
     return seen ? *seen : otherwise;
 }
 
-void Umbrool::stop(Done then) {
-    endTricks();
-    Companion::stop(std::move(then));
-}
-
 void Umbrool::interrupted() {
     clearShades();
     pet_.node().removeAnimation("zoom");
@@ -141,8 +136,8 @@ void Umbrool::nightGlow(bool on) {
     }
     if (!on) return;
     const auto greeted = computer().defaults.onlyDate(key("ghostHourGreeted"));
-    if (now() - greeted.value_or(Date::distantPast()) <= nightsApart) return;
-    computer().defaults.set(key("ghostHourGreeted"), now());
+    if (date() - greeted.value_or(Date::distantPast()) <= nightsApart) return;
+    computer().defaults.set(key("ghostHourGreeted"), date());
     feelIfShown(Face::joyous, {.caption = "The night is mine… 👻", .seconds = 3.5});
 }
 

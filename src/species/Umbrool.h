@@ -26,7 +26,6 @@ public:
     std::optional<Item> evolveItem() const override;
 
     void go(const Walk& walk, Done done) override;
-    void stop(Done then) override;
 
 protected:
     void interrupted() override;
@@ -38,7 +37,11 @@ protected:
     void clone(Done done) override;
     void shadowGag(Done done) override;
     void prank(Done done) override;
-    void attack(const std::vector<std::string>& paths, const FilePoints& points) override;
+    void endTricks() override;
+    /// An orb is thrown from wherever it floats.
+    void takeStand(Done then) override { then(); }
+    void strikeFile(const std::string& path, std::optional<Point> place, Done next) override;
+    void boast(Done next) override;
     void didLevelUp() override;
     bool startDemo(const std::string& word) override;
     bool use(Item item) override;
@@ -67,6 +70,7 @@ private:
         double height = 0;  // points that it rises out of the edge
     };
     double along(const Rect& window) const;
+    Rect inSight(Rect window) const;
     Step appearing(const Rect& window);
     Step sinkIn();
     void peek(Point at, Done done);
@@ -86,7 +90,6 @@ private:
     double clamped(double x) const;
     Anim firstOf(std::initializer_list<const char*> names, const Anim& otherwise) const;
     void zoom(double to, Seconds over);
-    void endTricks();
     void grab(Point at);
     void gloat(Done done);
     void giveCursorBack(Laughing laughing);
@@ -103,8 +106,6 @@ private:
     void orbDemo();
 
     // Attack.
-    void breakOffInTheAir();
-    Step orbStep(const std::string& path, const FilePoints& points);
     void gloomOrb(Point target, const std::string& path, Done done);
     /// A point beside the body, on the side to which it looks.
     Point besideBody(Vector artPixels) const;

@@ -13,32 +13,18 @@ constexpr Vector mouthPlace{13, 14};
 
 }  // namespace
 
-void Umbrool::attack(const std::vector<std::string>& paths, const FilePoints& points) {
-    breakOffInTheAir();
-    std::vector<Step> steps;
-    for (const std::string& path : paths) steps.push_back(orbStep(path, points));
-    steps.push_back([this](Done next) { cackle(Moment::deleted, std::move(next)); });
-    run(std::move(steps), [this] { think(); });
-}
-
-/// Ends whatever it is doing; it stays where it floats.
-void Umbrool::breakOffInTheAir() {
-    endTricks();
-    pet_.sprite().removeAnimation("bob");
-    stopChargeSparks();
-    pet_.interrupt();
-}
-
 Point Umbrool::besideBody(Vector artPixels) const {
     const double side = pet_.facingRight ? artPixels.dx : -artPixels.dx;
     return pet_.position() + Vector{side, artPixels.dy} * pet_.scale();
 }
 
-Step Umbrool::orbStep(const std::string& path, const FilePoints& points) {
-    return [this, path, points](Done next) {
-        const Point target = placeOf(path, points).value_or(pet_.inFront(ahead));
-        gloomOrb(target, path, std::move(next));
-    };
+void Umbrool::strikeFile(const std::string& path, std::optional<Point> place, Done next) {
+    launch(path);
+    gloomOrb(place.value_or(pet_.inFront(ahead)), path, std::move(next));
+}
+
+void Umbrool::boast(Done next) {
+    cackle(Moment::deleted, std::move(next));
 }
 
 void Umbrool::gloomOrb(Point target, const std::string& path, Done done) {

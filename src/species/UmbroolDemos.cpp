@@ -37,8 +37,10 @@ bool Umbrool::startDemo(const std::string& word) {
         return true;
     }
     if (word == "evolve" && stage == Stage::wispul) {
-        nearlyReach(gloamerLevel);
-        gainEXP(0.1);
+        pet_.runLoop().after(1, pet_.lifetime().guard([this] {
+            nearlyReach(gloamerLevel);
+            gainEXP(0.1);
+        }));
     }
     if (word == "cord") pet_.after(2, [this] { received(Item::tetherLoop); });
     return false;
@@ -61,7 +63,7 @@ void Umbrool::booDemo(Done done) {
 }
 
 void Umbrool::orbDemo() {
-    breakOffInTheAir();
+    breakOff();
     gloomOrb(cursor(), {}, [this] { pet_.after(3, [this] { orbDemo(); }); });
 }
 

@@ -28,9 +28,10 @@ double Umbrool::along(const Rect& window) const {
 }
 
 void Umbrool::phase(Done done) {
-    const auto window = pet_.frontWindow();
+    auto window = pet_.frontWindow();
     if (!isOn("umbrool.phaseThroughWindows") || !window) return fly(std::move(done));
-    feelIfShown(Face::happy, {.thought = Pixels::exclaim(), .seconds = 1.6});
+    *window = inSight(*window);
+    muse(Face::happy, {.thought = Pixels::exclaim(), .seconds = 1.6});
     energy -= hauntingEnergy;
     gainEXP(hauntingShare);
 
@@ -46,6 +47,13 @@ void Umbrool::phase(Done done) {
     });
     steps.push_back(sitting(1.0));
     run(std::move(steps), std::move(done));
+}
+
+/// The part of a window over whose upper edge a body can be seen.
+Rect Umbrool::inSight(Rect window) const {
+    const double highest = pet_.skyline - (a().idle.height + 2) * pet_.scale();
+    window.height = std::clamp(window.height, 0.0, std::max(highest - window.minY(), 0.0));
+    return window;
 }
 
 Step Umbrool::appearing(const Rect& window) {
@@ -64,6 +72,7 @@ Step Umbrool::sinkIn() {
     return [this](Done next) {
         phasing_ = true;
         pet_.interactive = false;
+        pet_.sprite().removeAnimation("bob");  // it moves the sprite that sinks and rises from here
         const Anim* sinks = a().anim("Sink");
         if (sinks)
             pet_.play(*sinks, 1);
@@ -145,10 +154,10 @@ void Umbrool::hide() {
 void Umbrool::clipBelowFeet(bool on) {
     LayerEngine& engine = pet_.node().engine();
     const Transaction still(engine, Transaction::withoutActions());
-    pet_.node().setMask(on ? engine.makeLayer({.bounds = {0, 0, 4000, 4000},
-                                               .position = {0, 2000},
-                                               .background = Color::black()})
-                           : nullptr);
+    pet_.figure().setMask(on ? engine.makeLayer({.bounds = {0, 0, 4000, 4000},
+                                                 .position = {0, 2000},
+                                                 .background = Color::black()})
+                             : nullptr);
 }
 
 void Umbrool::endPhase() {

@@ -62,7 +62,6 @@ void Umbrool::zoom(double to, Seconds over) {
         "zoom");
 }
 
-/// Undoes whatever a trick has done to the body and the pointer.
 void Umbrool::endTricks() {
     endPhase();
     giveCursorBack(Laughing::no);
@@ -121,7 +120,7 @@ void Umbrool::snatch(Done done) {
     const Point prey = cursor();
     const double side = pet_.position().x < prey.x ? -besidePointer : besidePointer;
     const Point spot{clamped(prey.x + side * px), std::max(0.0, prey.y - belowPointer * px)};
-    feelIfShown(Face::happy, {.thought = Pixels::exclaim(), .seconds = 1.5});
+    muse(Face::happy, {.thought = Pixels::exclaim(), .seconds = 1.5});
     go({.to = spot, .speed = 180}, [this, prey, pulls = *pulls, done = std::move(done)] {
         const bool fled = distance(cursor(), prey) >= pointerMoved;
         if (fled || !computer().pointer.setHidden(true)) return sit(2, done);
@@ -154,6 +153,7 @@ void Umbrool::gloat(Done done) {
 }
 
 void Umbrool::grab(Point at) {
+    if (fakeCursor_) fakeCursor_->removeFromSuperlayer();
     const PointerPicture arrow = computer().pointer.picture();
     LayerEngine& engine = pet_.node().engine();
     const Transaction still(engine, Transaction::withoutActions());
@@ -281,6 +281,7 @@ void Umbrool::shadowGag(Done done) {
         }
         shades_.clear();
         pet_.face(!leavesRight);
+        pet_.hold(a().idle, 0);
         feel(Face::dizzy, {.caption = "…Which of us was the shadow?", .seconds = 3});
     };
     run({waiting(0.8), doing([this, far] { slide(shades_.front(), far, 1.4); }), waiting(1.5),
@@ -301,7 +302,7 @@ void Umbrool::prank(Done done) {
     }
     if (const auto window = pet_.frontWindow()) {
         choices.push_back(
-            [this, window = *window](Done next) { tugWindow(window, std::move(next)); });
+            [this, window = inSight(*window)](Done next) { tugWindow(window, std::move(next)); });
     }
     energy -= trickEnergy;
     gainEXP(trickShare);

@@ -209,7 +209,7 @@ TEST_F(PetEffects, SparksGoOnUntilSomebodyStopsThem) {
 TEST_F(PetEffects, AnEmitterOutlivesItsBodyWithoutHarm) {
     const LayerRef sparks = pet->sparks(12, 1);
     pet->hearts();
-    pet->dizzy(1);
+    pet->dizzy(1, 20);
     pet->stopEmitting(sparks);
     pet.reset();
     advance(10);
@@ -219,7 +219,7 @@ TEST_F(PetEffects, AnEmitterOutlivesItsBodyWithoutHarm) {
 
 TEST_F(PetEffects, ADizzyBodySwaysUnderARingThatGoes) {
     pet->play(strip({6}));
-    pet->dizzy(1.8);
+    pet->dizzy(1.8, 20);
     ASSERT_EQ(extras(), 1u);
     EXPECT_EQ(extra().model().position, (Point{0, 60 - 6}));
     ASSERT_EQ(extra().sublayers().size(), 1u);

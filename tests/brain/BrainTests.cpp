@@ -10,7 +10,7 @@
 namespace quibbits {
 namespace {
 
-const Date noon{1'000'000};
+const Brain::When noon{Date{1'000'000}, 5000};
 
 const Option& optionOf(const std::vector<Option>& options, Intent intent) {
     const auto found = std::ranges::find(options, intent, &Option::intent);
@@ -238,9 +238,9 @@ TEST(ADecision, DampsWhatWasDoneLatelyByTheShareOfItsCoolDown) {
         double factor;
     };
     for (const auto& [ago, factor] :
-         std::vector<Row>{{0, 0}, {10, 0.5}, {20, 1}, {21, 1}, {1e6, 1}, {-3600, 0}}) {
+         std::vector<Row>{{0, 0}, {10, 0.5}, {20, 1}, {21, 1}, {1e6, 1}}) {
         Brain brain;
-        brain.lastDone[Intent::patrol] = noon - ago;
+        brain.lastDone[Intent::patrol] = noon.instant - ago;
         Random random(1);
         brain.decide(mind, noon, random);
         const Option& patrol = optionOf(brain.options, Intent::patrol);
@@ -261,7 +261,7 @@ TEST(ADecision, FavoursGoingOnWithNapsSittingAndInspecting) {
         mind.energy = 0.34;
         Brain brain;
         brain.choice = intent;
-        brain.lastDone[Intent::nap] = noon - 1;
+        brain.lastDone[Intent::nap] = noon.instant - 1;
         brain.decide(mind, noon, random);
         for (const Option& option : brain.options) {
             const bool goesOn = option.intent == intent && intent != Intent::patrol;
@@ -301,17 +301,18 @@ TEST(ADecision, DrawsByScoreAmongThoseCloseToTheBest) {
 TEST(ADecision, LiesInThePoolIsRememberedAndLeavesTiesInTheirOrder) {
     Random random(21);
     Brain brain;
-    Date now = noon;
+    Brain::When now = noon;
     for (int i = 0; i < 3000; ++i) {
-        now = now + random.uniform(1, 60);
+        now.instant += random.uniform(1, 60);
+        now.date = now.date + random.uniform(-7200, 7200);  // somebody sets the clock
         const Mind mind = anyMind(random);
         const Intent choice = brain.decide(mind, now, random);
         const Option& chosen = optionOf(brain.options, choice);
         ASSERT_GT(chosen.score, 0);
         ASSERT_GE(chosen.score, 0.85 * brain.options.front().score);
         ASSERT_EQ(brain.choice, choice);
-        ASSERT_EQ(brain.decidedAt, now);
-        ASSERT_EQ(brain.lastDone.at(choice), now);
+        ASSERT_EQ(brain.decidedAt, now.date);
+        ASSERT_EQ(brain.lastDone.at(choice), now.instant);
 
         const auto unsorted = Brain::score(mind);
         const auto place = [&](const Option& option) {

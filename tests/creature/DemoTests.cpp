@@ -98,6 +98,7 @@ TEST(ADemo, OfASpeciesComesFirst) {
     EXPECT_EQ(mizzle.creature().pendingEvolution, (Evolution{.to = Stage::sparrel}));
     EXPECT_FALSE(mizzle.decisions.empty());
     LivingCreature wispul = demo("evolve", {.store = "umbrool", .stage = "wispul"});
+    wispul.advance(1.1);
     EXPECT_EQ(wispul.creature().pendingEvolution, (Evolution{.to = Stage::gloamer}));
     for (const char* word :
          {"fly", "phase", "lick", "clone", "shadow", "prank", "boo", "gloomorb"}) {

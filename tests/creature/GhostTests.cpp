@@ -27,7 +27,7 @@ public:
         return !pet().interactive;
     }
     bool isPlain() {
-        return !node().mask() && pet().sprite().model().opacity == 1 &&
+        return !pet().figure().mask() && pet().sprite().model().opacity == 1 &&
                pet().sprite().model().position == Point{} && pet().interactive;
     }
 
@@ -149,7 +149,8 @@ TEST(AHauntedWindow, ShowsTheGhostAtItsEdgesAndLetsItGoWhole) {
         bool isUp = false;
         while (!ghost.pet().interactive) {
             ghost.advance(0.1);
-            const bool up = ghost.node().mask() && ghost.pet().sprite().model().opacity == 1;
+            const bool up =
+                ghost.pet().figure().mask() && ghost.pet().sprite().model().opacity == 1;
             if (up && !isUp) {
                 ++appearances;
                 const double y = ghost.pet().position().y;
@@ -160,6 +161,51 @@ TEST(AHauntedWindow, ShowsTheGhostAtItsEdgesAndLetsItGoWhole) {
         EXPECT_GE(appearances, 2);  // once or twice looking out, and climbing out
         EXPECT_TRUE(ghost.isPlain());
         ghost.advance(1);
+    }
+}
+
+TEST(AHauntedWindow, IsLookedOutOfWithoutAJumpOrAFlash) {
+    for (const double top : {600.0, 900.0}) {  // the second is maximised
+        Ghost ghost({});
+        ghost.openWindow({300, 200, 700, top - 200});
+        int seen = 0;
+        for (int hauntings = 0; hauntings < 3; ++hauntings) {
+            ASSERT_TRUE(ghost.untilInside());
+            std::optional<double> before;
+            while (!ghost.pet().interactive) {
+                ghost.advance(0.01);
+                const LayerProperties sprite = ghost.pet().sprite().presentation();
+                const bool shown = ghost.pet().figure().mask() && sprite.opacity > 0.5;
+                if (shown && before) {
+                    EXPECT_LT(std::abs(sprite.position.y - *before), 12);
+                }
+                before = shown ? std::optional(sprite.position.y) : std::nullopt;
+                if (!shown) continue;
+                ++seen;
+                EXPECT_LE(sprite.position.y, 0.01) << "nothing bobs over the edge";
+                EXPECT_LE(ghost.pet().position().y + ghost.pet().frame().height + sprite.position.y,
+                          900 + 30)
+                    << "it looks out where it can be seen";
+            }
+            ghost.advance(1);
+        }
+        EXPECT_GT(seen, 300);
+    }
+}
+
+TEST(AGhost, ThatSaysBooNearTheTopIsHeard) {
+    for (const double pointer : {560.0, 860.0}) {
+        LivingCreature::Options options{.defaults = {{"QuibDemo", std::string("boo")}}};
+        options.prepare = [=](SimulatedComputer& c) { c.movePointer({600, pointer}); };
+        Ghost ghost(options, DrawnSheets::ofTrickster());
+        ghost.advance(2.5);
+        ASSERT_TRUE(ghost.hasSaid("Boo!"));
+        ASSERT_TRUE(ghost.pet().figure().mask()) << "its feet are cut off";
+        EXPECT_EQ(ghost.node().mask(), nullptr) << "what it says is not";
+        for (const LayerRef& part : ghost.node().sublayers()) {
+            if (part->model().opacity == 0 || part->model().borderWidth == 0) continue;
+            EXPECT_LE(ghost.pet().position().y + part->frame().maxY(), 900) << pointer;
+        }
     }
 }
 
@@ -178,7 +224,7 @@ TEST(AHauntedWindow, IsLeftAtOnceWhenSomethingWantsTheGhost) {
         ASSERT_TRUE(ghost.untilInside());
         ghost.advance(0.7);
         happens(ghost);
-        EXPECT_EQ(ghost.node().mask(), nullptr) << what;
+        EXPECT_EQ(ghost.pet().figure().mask(), nullptr) << what;
         EXPECT_EQ(ghost.pet().sprite().model().opacity, 1) << what;
         EXPECT_EQ(ghost.pet().interactive, !ghost.creature().ballBusy) << what;
     }
@@ -251,6 +297,34 @@ TEST(AStolenPointer, ComesBackAtTheFirstTouchAndAfterHalfAMinuteByItself) {
     }
 }
 
+TEST(AStolenPointer, ComesBackWhenTheScreenChangesUnderTheThief) {
+    for (const bool restarted : {false, true}) {
+        Trickster ghost;
+        for (int thefts = 0; thefts < 2; ++thefts) {
+            if (!ghost.creature().isOut) {
+                ghost.computer.defaults.set("umbrool.stage", std::string("umbrool"));
+                ghost.quit();
+                ghost.launch();
+            }
+            ghost.computer.setScreen({1440, 900}, 1);
+            const std::size_t plain = ghost.node().sublayers().size();
+            for (int i = 0; i < 40000 && !ghost.carriesThePointer(); ++i) {
+                ghost.computer.pointer.lastMouse = ghost.computer.runLoop.now() - 100;
+                ghost.advance(0.1);
+            }
+            ASSERT_TRUE(ghost.carriesThePointer());
+            if (restarted)
+                ghost.creature().restart();
+            else
+                ghost.computer.setScreen({600, 400}, 1);
+            ghost.advance(0.1);
+            EXPECT_FALSE(ghost.carriesThePointer());
+            ghost.advance(60);
+            EXPECT_LE(ghost.node().sublayers().size(), plain) << "no arrow stays on it";
+        }
+    }
+}
+
 TEST(AStolenPointer, IsShownAgainWhenTheProgramEnds) {
     Trickster ghost;
     for (int i = 0; i < 40000 && !ghost.carriesThePointer(); ++i) {
@@ -277,7 +351,7 @@ TEST(ATrick, LeavesTheBodyAsItWasAndNothingBehind) {
         if (!all.contains(before)) continue;
         tricks.insert(before);
         EXPECT_EQ(ghost.node().animation("zoom"), nullptr) << rawValue(before);
-        EXPECT_EQ(ghost.node().mask(), nullptr);
+        EXPECT_EQ(ghost.pet().figure().mask(), nullptr);
     }
     EXPECT_EQ(tricks, all);
     ghost.creature().toggleBall({});  // and rest from all that

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/DialTap.h"
 #include "support/LivingCreature.h"
 
 namespace quibbits {
@@ -104,6 +105,55 @@ TEST(SavedState, SurvivesQuittingAndStartingAgain) {
     life.creature().form.reset();
     life.creature().save();
     EXPECT_FALSE(life.computer.defaults.stored("pet.form"));
+}
+
+TEST(SavedState, HoldsWhatWasToldEvenIfTheCreatureSleepsOrStaysInToTheEnd) {
+    struct Row {
+        const char* what;
+        std::function<void(LivingCreature&)> happens;
+    };
+    for (const auto& [what, happens] : std::vector<Row>{
+             {"quiet", [](LivingCreature& l) { l.app->open({"quibbits://focus"}); }},
+             {"absence", [](LivingCreature& l) { l.computer.setUserPresent(false); }},
+             {"the ball", [](LivingCreature& l) { tapSlot(l.computer, 0); }},
+             {"a call", [](LivingCreature& l) { l.computer.setCameras({true}); }},
+         }) {
+        const double almost = expForLevel(growthRate(Stage::sparrel), 21) - 0.5;
+        LivingCreature life({.defaults = {{"pet.exp", almost}, {"pet.friendship", 100.0}}});
+        for (int times = 0; times < 2; ++times) {
+            life.advance(30);
+            const int level = life.creature().level();
+            life.creature().exp = expForLevel(growthRate(Stage::sparrel), level + 1) - 0.5;
+            life.app->open({"quibbits://celebrate"});
+            ASSERT_EQ(life.creature().level(), level + 1);
+            const double friendship = life.creature().friendship;
+            happens(life);
+            life.advance(3600);
+            life.quit();
+            life.launch();
+            EXPECT_EQ(life.creature().level(), level + 1) << what;
+            EXPECT_GE(life.creature().friendship, friendship - 1e-9) << what;
+            life.computer.setUserPresent(true);
+            life.computer.setCameras({false});
+            life.app->open({"quibbits://unfocus"});
+            if (!life.creature().isOut) tapSlot(life.computer, 0);
+        }
+    }
+}
+
+TEST(SavedState, HoldsABerryThatWasEatenBeforeTheCall) {
+    LivingCreature life({.defaults = {{"pet.hunger", 0.8}}});
+    life.advance(1);
+    const Point body = life.pet().frame().center();
+    life.computer.dropOnStage({.location = body, .item = std::string("azurine")});
+    life.advance(3);
+    const double hunger = life.creature().hunger;
+    EXPECT_LT(hunger, 0.5);
+    tapSlot(life.computer, 0);
+    life.advance(60);
+    life.quit();
+    life.launch();
+    EXPECT_NEAR(life.creature().hunger, hunger, 0.01);
 }
 
 TEST(Stats, TellTheWayToTheNextLevelAndAFaceForTheFriendship) {

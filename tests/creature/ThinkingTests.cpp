@@ -200,6 +200,41 @@ TEST(AWordFromOutside, OfFailureLaysItDownForEightSecondsWhateverHappensMeanwhil
     EXPECT_FALSE(life.creature().isFainted);
 }
 
+TEST(AWordFromOutside, OfFailureCountsItsEightSecondsFromWhereItHasComeDown) {
+    LivingCreature ghost({.store = "umbrool", .stage = "gloamer"});
+    ghost.creature().stop([] {});
+    ghost.pet().drag({700, 700});
+    ghost.app->open({"quibbits://fail"});
+    const Instant heard = ghost.computer.runLoop.now();
+    while (ghost.pet().isAirborne()) ghost.advance(0.05);
+    const Seconds fall = ghost.computer.runLoop.now() - heard;
+    EXPECT_GT(fall, 2);
+    ghost.advance(7.8);
+    EXPECT_TRUE(ghost.creature().isFainted);
+    ghost.advance(0.4);
+    EXPECT_FALSE(ghost.creature().isFainted);
+}
+
+TEST(AnEmptyBattery, LaysItDownAgainAfterWhateverGotItUp) {
+    for (const bool asked : {false, true}) {
+        LivingCreature life({.battery = 3});
+        life.advance(5);
+        for (int times = 0; times < 2; ++times) {
+            if (asked)
+                life.creature().perform("Double");
+            else
+                life.app->open({"quibbits://celebrate"});
+            life.advance(10);
+            EXPECT_TRUE(life.creature().isFainted);
+            const Rect lying = life.pet().sprite().presentation().contentsRect;
+            EXPECT_EQ(lying, life.creature().a().faint.frames.back());
+            EXPECT_TRUE(life.decisions.empty());
+        }
+        life.computer.setBattery(60, false);
+        life.untilDecisions(2);
+    }
+}
+
 TEST(AWordFromOutside, ThatGreetsASleeperGetsItUp) {
     LivingCreature life({});
     life.computer.setUserPresent(false);

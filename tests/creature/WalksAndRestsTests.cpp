@@ -224,6 +224,28 @@ TEST(TheGround, GivingWayUnderAStandingCreatureBringsItDownAndItGoesOn) {
     EXPECT_GT(life.decisions.size(), before);
 }
 
+TEST(TheGround, GoingAwayUnderAWalkIsNoticedWhenTheLegEnds) {
+    for (const double start : {500.0, 200.0}) {  // on the dock, and on the way to it
+        LivingCreature life({});
+        life.computer.setDock(Rect{300, 0, 900, 70});
+        life.advance(30);
+        life.creature().stop([] {});
+        life.pet().drag({start, start > 300 ? 70.0 : 0});
+        life.creature().go({.to = {900, 70}, .speed = 100}, [&] {
+            life.creature().sit(60, [&] { life.creature().think(); });
+        });
+        life.advance(0.5);
+        ASSERT_TRUE(life.pet().node().animation("move"));
+        life.computer.setDock(std::nullopt);
+        while (life.pet().node().animation("move")) life.advance(0.05);
+        life.advance(1);
+        EXPECT_NEAR(life.pet().position().y, 0, 1e-6) << start;
+        const auto before = life.decisions.size();
+        life.advance(120);
+        EXPECT_GT(life.decisions.size(), before);
+    }
+}
+
 TEST(TheGround, RisingOverAWalkingCreatureLiftsItUp) {
     LivingCreature life({});
     life.creature().stop([] {});

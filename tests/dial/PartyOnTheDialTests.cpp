@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "dial/PartyDial.h"
+#include "support/DialTap.h"
 #include "support/LivingCreature.h"
 
 namespace quibbits {
@@ -14,12 +14,7 @@ protected:
     Companion& sparrel() { return *living.app->party()[0]; }
     Companion& umbrool() { return *living.app->party()[1]; }
     void pick(int slot) {
-        SimulatedComputer& c = living.computer;
-        c.clickStatusItem(MouseButton::left);
-        const Rect frame = PartyDial::viewFrame(*c.statusItem.frame(), c.screens.main());
-        c.movePointer(DialShape::slotCenter(slot) + Vector{frame.x, frame.y});
-        c.press(MouseButton::left);
-        c.release(MouseButton::left);
+        tapSlot(living.computer, slot);
         ASSERT_FALSE(living.app->dial()->isOpen());
     }
     std::string savedOut() {

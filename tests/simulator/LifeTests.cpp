@@ -59,9 +59,11 @@ TEST_F(Life, OfEveryScenarioThatShipsGoesAsTheScenarioExpects) {
     for (const auto& file : std::filesystem::directory_iterator(QUIBBITS_SOURCE_DIR "/scenarios")) {
         std::ifstream in(file.path());
         const Scenario events = scenario({std::istreambuf_iterator<char>(in), {}});
-        Player player(events, {}, resources, ruler);
-        player.play();
-        EXPECT_EQ(player.disappointments(), std::vector<std::string>{}) << file.path();
+        for (const bool painting : {false, true}) {
+            Player player(events, {.painting = painting}, resources, ruler);
+            player.play();
+            EXPECT_EQ(player.disappointments(), std::vector<std::string>{}) << file.path();
+        }
         ++played;
     }
     EXPECT_GE(played, 5);

@@ -1,0 +1,68 @@
+#include "app/PartyDoor.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quibbits {
+
+namespace {
+
+constexpr Seconds handOver = 1.1;  // from one creature's ball to the next one's throw
+
+}  // namespace
+
+void PartyDoor::tap(Companion& creature, Point from) {
+    if (creature.isGoingIn() && !wanted_) return;
+    if (creature.isOut && !creature.isGoingIn()) {
+        // Somebody else was to follow once it can be called: it stays after all.
+        if (wanted_) return forget();
+        return creature.toggleBall(from);
+    }
+    const bool comesOut = creature.ballBusy && !creature.isOut;
+    if (comesOut) return forget();
+    forget();
+    wanted_ = {&creature, from};
+    defaults_.set("party.out", creature.store());
+    placesChanged();
+}
+
+void PartyDoor::placesChanged() {
+    if (!wanted_ || wanted_->creature->ballBusy) return;
+    if (!clearTheWay()) return;
+    const auto leaves = [](const auto& each) { return each->isGoingIn(); };
+    if (std::ranges::none_of(party_, leaves)) return send();
+    if (!handOver_) handOver_ = loop_.timer(handOver, [this] { send(); });
+}
+
+bool PartyDoor::clearTheWay() {
+    bool isClear = true;
+    for (const auto& other : party_) {
+        if (other.get() == wanted_->creature || other->isDrawnIn()) continue;
+        if (other->isOut && !other->ballBusy && !other->held) other->toggleBall(other->ballStart());
+        isClear = isClear && !other->isOut && !other->ballBusy;
+    }
+    return isClear;
+}
+
+void PartyDoor::forget() {
+    wanted_.reset();
+    handOver_.reset();
+}
+
+void PartyDoor::send() {
+    handOver_.reset();
+    if (!wanted_) return;
+    const Wanted next = *std::exchange(wanted_, std::nullopt);
+    for (const auto& other : party_) {
+        if (other.get() != next.creature) other->hiddenForCall = false;
+    }
+    next.creature->toggleBall(next.from);
+}
+
+bool PartyDoor::isOpenFor(const Companion& creature) const {
+    return !wanted_ && std::ranges::none_of(party_, [&](const auto& other) {
+        return other.get() != &creature && (other->isOut || other->ballBusy);
+    });
+}
+
+}  // namespace quibbits
