@@ -145,8 +145,9 @@ void AppDelegate::answered(const NotificationResponse& response) {
 void AppDelegate::zapOffered(const std::vector<std::string>& paths) {
     constexpr std::size_t shown = 3;  // with an attack each; the rest goes at once
     std::vector<std::string> there;
-    std::ranges::copy_if(paths, std::back_inserter(there),
-                         [this](const std::string& path) { return computer_.files.exists(path); });
+    std::ranges::copy_if(paths, std::back_inserter(there), [this](const std::string& path) {
+        return downloads_ ? downloads_->isAsOffered(path) : computer_.files.exists(path);
+    });
     Companion* creature = chosenForFiles();
     const auto rest = there.begin() + static_cast<std::ptrdiff_t>(std::min(shown, there.size()));
     if (creature) creature->strike({there.begin(), rest}, {});

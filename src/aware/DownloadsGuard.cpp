@@ -47,9 +47,15 @@ bool isOneOf(const std::string& word, const std::array<std::string_view, count>&
 }
 
 bool isInstaller(const std::string& name) {
-    static constexpr std::array<std::string_view, 2> kinds{"dmg", "pkg"};
+    static constexpr std::array<std::string_view, 7> kinds{"dmg",      "pkg",        "deb", "rpm",
+                                                           "appimage", "flatpakref", "run"};
     return isOneOf(extensionOf(name), kinds);
 }
+
+/// What browsers, fetchers and torrent programs put behind a name until it is whole.
+constexpr std::array<std::string_view, 11> unfinishedKinds{
+    "crdownload", "download", "part", "partial", "opdownload", "wkdownload",
+    "aria2",      "!qb",      "!ut",  "bc!",     "ytdl"};
 
 /// Where the digits at the end of the text begin.
 std::size_t digitsAtEnd(std::string_view text) {
@@ -68,8 +74,9 @@ std::string standardized(const std::string& path) {
 struct DownloadsScan::Look {
     Date now;
     const std::stop_token& stop;
+    const Names& busy;
     bool seeded = false;  // an earlier look has met what lay there
-    std::unordered_set<std::string> names;
+    Seen names;
     std::map<std::string, std::uint64_t> sizes;
     std::vector<std::string> batch;  // names of the duplicates of a first look
     std::vector<DownloadsFind> finds;
@@ -94,15 +101,18 @@ std::optional<std::string> DownloadsScan::original(const std::string& name) {
 }
 
 bool DownloadsScan::isUnfinished(const std::string& name) {
-    static constexpr std::array<std::string_view, 4> kinds{"crdownload", "download", "part",
-                                                           "partial"};
-    return isOneOf(extensionOf(name), kinds);
+    return isOneOf(extensionOf(name), unfinishedKinds);
 }
 
-std::vector<DownloadsFind> DownloadsScan::look(Date now, const std::stop_token& stop) {
+std::string DownloadsScan::subject(const std::string& name) {
+    return isUnfinished(name) ? partsOf(name).stem : name;
+}
+
+std::vector<DownloadsFind> DownloadsScan::look(Date now, const Names& busy,
+                                               const std::stop_token& stop) {
     const auto entries = files_.list(folder_);
     if (!entries) return {};
-    Look look{.now = now, .stop = stop, .seeded = seen_.has_value()};
+    Look look{.now = now, .stop = stop, .busy = busy, .seeded = seen_.has_value()};
     if (seen_) look.names = *seen_;
     for (const FolderEntry& entry : *entries) {
         if (entry.size) look.sizes[entry.name] = *entry.size;
@@ -126,11 +136,20 @@ std::vector<DownloadsFind> DownloadsScan::look(Date now, const std::stop_token& 
     return std::move(look.finds);
 }
 
+/// Whether a note lies beside it that its download goes on, as some fetchers leave one.
+bool DownloadsScan::hasNote(const std::string& name, const Look& look) {
+    return look.sizes.contains(name + ".aria2") || look.sizes.contains(name + ".st");
+}
+
 void DownloadsScan::judge(const FolderEntry& entry, Look& look) {
     const std::string& name = entry.name;
     if (!entry.isRegularFile || isUnfinished(name)) return;
+    // An empty file keeps the place of a download that has just begun.
+    if (look.busy.contains(name) || entry.size == 0U || hasNote(name, look)) return;
     const std::uint64_t size = entry.size.value_or(0);
-    const bool known = !look.names.insert(name).second;
+    const auto met = look.names.find(name);
+    const bool known = met != look.names.end() && met->second.value_or(size) == size;
+    if (!known) look.names[name] = look.seeded ? std::optional(size) : std::nullopt;
 
     if (isInstaller(name) && entry.created && look.now - *entry.created > installerAge) {
         look.finds.push_back({.paths = {pathOf(name)},
@@ -181,9 +200,37 @@ DownloadsGuard::DownloadsGuard(const World& world)
 }
 
 void DownloadsGuard::changed(const std::string& name) {
-    // A download that goes on for hours must not put off the look at everything else.
-    if (DownloadsScan::isUnfinished(name)) return;
-    settling_ = world_.loop.timer(quietFor, [this] { scan(); });
+    changes_[DownloadsScan::subject(name)] = world_.loop.now();
+    if (!settling_) settleSoon();
+}
+
+/// A look follows when the first of the changed names has been quiet for long enough.
+void DownloadsGuard::settleSoon() {
+    settling_.cancel();
+    if (changes_.empty()) return;
+    const auto first =
+        std::ranges::min_element(changes_, {}, [](const auto& change) { return change.second; });
+    settling_ = world_.loop.timer(std::max(first->second + quietFor - world_.loop.now(), 0.0),
+                                  [this] { settle(); });
+}
+
+void DownloadsGuard::settle() {
+    const auto busy = busyNames();
+    const auto quiet =
+        std::erase_if(changes_, [&](const auto& change) { return !busy.contains(change.first); });
+    settleSoon();
+    if (quiet > 0) scan();
+}
+
+/// A file that is written all the time must not put off the look at the others.
+DownloadsScan::Names DownloadsGuard::busyNames() const {
+    constexpr Seconds roundingError = 1e-6;
+    const Instant now = world_.loop.now();
+    DownloadsScan::Names busy;
+    for (const auto& [name, at] : changes_) {
+        if (now - at < quietFor - roundingError) busy.insert(name);
+    }
+    return busy;
 }
 
 void DownloadsGuard::scan() {
@@ -192,8 +239,8 @@ void DownloadsGuard::scan() {
         for (const DownloadsFind& find : finds) offer(find);
     });
     world_.background.post([loop = &world_.loop, now = world_.loop.date(), work = scan_,
-                            deliver](const std::stop_token& stop) {
-        auto finds = work->look(now, stop);
+                            busy = busyNames(), deliver](const std::stop_token& stop) {
+        auto finds = work->look(now, busy, stop);
         if (finds.empty() || stop.stop_requested()) return;
         loop->post([deliver, finds = std::move(finds)] { deliver(finds); });
     });
@@ -206,8 +253,16 @@ void DownloadsGuard::offer(DownloadsFind find) {
         return !fresh;
     });
     if (!isOn() || find.paths.empty()) return;
+    if (prints_.size() > mostRemembered) prints_.clear();
+    for (const std::string& path : find.paths) prints_[path] = world_.files.fingerprint(path);
     remember();
     if (onFind) onFind(find);
+}
+
+bool DownloadsGuard::isAsOffered(const std::string& path) const {
+    const auto now = world_.files.fingerprint(path);
+    const auto offered = prints_.find(path);
+    return !now.empty() && (offered == prints_.end() || offered->second == now);
 }
 
 void DownloadsGuard::remember() {

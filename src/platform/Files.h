@@ -26,6 +26,9 @@ class Files {
 public:
     virtual ~Files() = default;
     virtual bool exists(const std::string& path) const = 0;
+    /// What tells a file from another that takes its name later, and from itself after a change.
+    /// Empty for whatever is no regular file.
+    virtual std::string fingerprint(const std::string& path) const = 0;
     /// The folder that the desktop shows, without a slash at its end.
     virtual std::string desktopFolder() const = 0;
     /// The folder that downloads go to, without a slash at its end.

@@ -103,6 +103,13 @@ std::optional<Point> SimulatedFileBrowser::desktopPosition(const std::string& na
     return found == positions.end() ? std::nullopt : std::optional(found->second);
 }
 
+std::string SimulatedFiles::fingerprint(const std::string& path) const {
+    if (!files.contains(path)) return {};
+    const auto known = details.find(path);
+    const Details told = known == details.end() ? Details{} : known->second;
+    return std::to_string(told.size) + " " + told.contents;
+}
+
 bool SimulatedFiles::moveToTrash(const std::string& path) {
     const bool moved = !stubborn.contains(path) && files.erase(path) > 0;
     if (moved) {

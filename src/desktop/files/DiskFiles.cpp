@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -148,11 +149,26 @@ bool DiskFiles::exists(const std::string& path) const {
     return linkInfo(path).has_value();
 }
 
+std::string DiskFiles::fingerprint(const std::string& path) const {
+    const auto info = linkInfo(path);
+    if (!info || !S_ISREG(info->st_mode)) return {};
+    std::string print;
+    for (const auto part :
+         {static_cast<std::uint64_t>(info->st_dev), static_cast<std::uint64_t>(info->st_ino),
+          static_cast<std::uint64_t>(info->st_size),
+          static_cast<std::uint64_t>(info->st_mtim.tv_sec),
+          static_cast<std::uint64_t>(info->st_mtim.tv_nsec)}) {
+        print += std::to_string(part) + " ";
+    }
+    return print;
+}
+
 bool DiskFiles::moveToTrash(const std::string& path) {
     fs::path given(path);
     if (!given.is_absolute()) return false;
-    given = given.lexically_normal();
     if (!given.has_filename()) given = given.parent_path();  // "/home/somebody/folder/"
+    if (given.filename() == "." || given.filename() == "..") return false;
+    // Behind a link ".." is not where it came from: only the system can follow both.
     std::error_code error;
     const auto parent = fs::canonical(given.parent_path(), error);
     const auto place = linkInfo(parent);

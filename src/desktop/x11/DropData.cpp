@@ -8,8 +8,6 @@
 namespace quibbits::x11 {
 namespace {
 
-constexpr int mostLines = 10'000;
-
 int hexDigit(char c) {
     if (c >= '0' && c <= '9') return c - '0';
     if (c >= 'a' && c <= 'f') return c - 'a' + 10;
@@ -59,7 +57,7 @@ std::optional<std::string> fileOfUri(std::string_view uri) {
 
 std::vector<std::string> filesOfUriList(std::string_view list) {
     std::vector<std::string> files;
-    for (int lines = 0; !list.empty() && lines < mostLines; ++lines) {
+    while (!list.empty()) {
         const auto end = std::min(list.find_first_of("\r\n"), list.size());
         if (auto file = fileOfUri(list.substr(0, end))) files.push_back(std::move(*file));
         const auto next = std::min(list.find_first_not_of("\r\n", end), list.size());

@@ -7,8 +7,8 @@
 
 namespace quibbits::x11 {
 
-/// The absolute paths of the files of this machine in a text/uri-list. Other addresses, broken
-/// ones, and everything past the first 10,000 lines are left out.
+/// The absolute paths of the files of this machine in a text/uri-list. Other addresses and broken
+/// ones are left out.
 std::vector<std::string> filesOfUriList(std::string_view list);
 
 }  // namespace quibbits::x11

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::uint32_t protocolVersion = 5;
 constexpr std::size_t longestItemName = 256;
-constexpr std::size_t mostData = 8'000'000;  // bytes; more than 10,000 long paths
+constexpr std::size_t mostData = 8'000'000;  // bytes; a longer list is refused whole
 
 xcb_atom_t actionFor(const Connection& connection, bool taken) {
     constexpr xcb_atom_t none = XCB_NONE;
@@ -100,28 +100,35 @@ void DropTarget::request(Atom type, std::uint32_t time) {
 
 void DropTarget::received(const xcb_selection_notify_event_t& event) {
     if (source_ == 0) return;
-    const auto transfer = event.property == XCB_NONE ? Property() : takeTransfer();
-    if (transfer.type() == connection_.atom(Atom::inPieces)) {
+    const auto transfer = event.property == XCB_NONE ? std::optional(LongText()) : takeTransfer();
+    if (!transfer) return giveUp();
+    if (transfer->type == connection_.atom(Atom::inPieces)) {
         gathering_ = {.type = event.target, .data = {}};  // taking it asked for the first piece
     } else {
-        arrived(event.target, transfer.text());
+        arrived(event.target, transfer->bytes);
     }
 }
 
 /// Each piece follows when the one before has been taken; an empty one is the last.
 void DropTarget::receivedPiece() {
     const auto piece = takeTransfer();
-    gathering_->data += piece.text();
-    if (gathering_->data.size() > mostData) return dropping_ ? refuse() : forget();
-    if (!piece.text().empty()) return;
+    if (!piece || gathering_->data.size() + piece->bytes.size() > mostData) return giveUp();
+    gathering_->data += piece->bytes;
+    if (!piece->bytes.empty()) return;
     const auto whole = std::move(*gathering_);
     gathering_.reset();
     arrived(whole.type, whole.data);
 }
 
-/// What the source has put at the window, which is taken away there.
-Property DropTarget::takeTransfer() {
-    auto transfer = propertyOf(connection_, window_, Atom::dropTransfer);
+/// A part of a list may name other files than the whole of it.
+void DropTarget::giveUp() {
+    if (dropping_) return refuse();
+    forget();
+}
+
+/// What the source has put at the window, which is taken away there; nothing when it is too long.
+std::optional<LongText> DropTarget::takeTransfer() {
+    auto transfer = longTextOf(connection_, window_, Atom::dropTransfer, mostData);
     xcb_delete_property(connection_.xcb(), window_, connection_.atom(Atom::dropTransfer));
     xcb_flush(connection_.xcb());
     return transfer;

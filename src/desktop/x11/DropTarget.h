@@ -36,7 +36,8 @@ private:
     void received(const xcb_selection_notify_event_t& event);
     void receivedPiece();
     void arrived(xcb_atom_t type, std::string_view data);
-    Property takeTransfer();
+    std::optional<LongText> takeTransfer();
+    void giveUp();
     void request(Atom type, std::uint32_t time);
     void take();
     void refuse();

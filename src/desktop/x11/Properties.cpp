@@ -5,7 +5,7 @@
 namespace quibbits::x11 {
 namespace {
 
-constexpr std::uint32_t mostWords = 1u << 18;  // a megabyte: window lists and dropped addresses fit
+constexpr std::uint32_t mostWords = 1u << 18;  // a megabyte: window lists fit
 
 }  // namespace
 
@@ -36,7 +36,30 @@ PropertyRequest::PropertyRequest(const Connection& connection, xcb_window_t wind
       cookie_(xcb_get_property(xcb_, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, mostWords)) {}
 
 Property PropertyRequest::wait() const {
-    return Property(reply(xcb_, xcb_get_property_reply, cookie_));
+    auto answer = reply(xcb_, xcb_get_property_reply, cookie_);
+    if (answer && answer->bytes_after > 0) return {};
+    return Property(std::move(answer));
+}
+
+std::optional<LongText> longTextOf(const Connection& connection, xcb_window_t window, Atom name,
+                                   std::size_t mostBytes) {
+    constexpr std::size_t wordBytes = 4;
+    LongText text;
+    for (std::uint32_t rest = 1; rest > 0;) {
+        const auto offset = static_cast<std::uint32_t>(text.bytes.size() / wordBytes);
+        const auto answer =
+            reply(connection.xcb(), xcb_get_property_reply,
+                  xcb_get_property(connection.xcb(), 0, window, connection.atom(name),
+                                   XCB_GET_PROPERTY_TYPE_ANY, offset, mostWords));
+        if (!answer) return std::nullopt;
+        const auto size = static_cast<std::size_t>(xcb_get_property_value_length(answer.get()));
+        rest = answer->bytes_after;
+        text.type = answer->type;
+        if (answer->format != 8 && size > 0) break;  // of numbers the type alone is told
+        if (text.bytes.size() + size + rest > mostBytes) return std::nullopt;
+        text.bytes.append(static_cast<const char*>(xcb_get_property_value(answer.get())), size);
+    }
+    return text;
 }
 
 void setProperty(const Connection& connection, xcb_window_t window, xcb_atom_t name,

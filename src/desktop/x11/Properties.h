@@ -2,13 +2,16 @@
 // Reading window properties: requests first, values later, so that asking about many windows costs
 // one round trip.
 
+#include <cstddef>
+#include <optional>
 #include <span>
+#include <string>
 
 #include "desktop/x11/Connection.h"
 
 namespace quibbits::x11 {
 
-/// A property's value as the server gave it.
+/// A property's value as the server gave it. One of which a part is missing is none.
 class Property {
 public:
     Property() = default;
@@ -41,6 +44,14 @@ private:
 inline Property propertyOf(const Connection& connection, xcb_window_t window, Atom name) {
     return PropertyRequest(connection, window, connection.atom(name)).wait();
 }
+
+/// A property of any length, read piece by piece up to so many bytes; nothing when it is longer.
+struct LongText {
+    xcb_atom_t type = XCB_NONE;
+    std::string bytes;
+};
+std::optional<LongText> longTextOf(const Connection& connection, xcb_window_t window, Atom name,
+                                   std::size_t mostBytes);
 
 /// Replaces a property with 32-bit values of the type.
 void setProperty(const Connection& connection, xcb_window_t window, xcb_atom_t name,
