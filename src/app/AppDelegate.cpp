@@ -173,6 +173,7 @@ void AppDelegate::makeThunderboltKey() {
                               .accessibility = computer_.accessibility,
                               .loop = computer_.runLoop,
                               .defaults = computer_.defaults});
+    thunderboltKey_->onUntrusted = [this] { tellOfAccessibility(); };
     thunderboltKey_->onStrike = [this](const std::vector<std::string>& paths,
                                        const ThunderboltKey::Spots& points) {
         Companion* creature = chosenForFiles();
@@ -181,6 +182,16 @@ void AppDelegate::makeThunderboltKey() {
         for (const auto& [path, point] : points) onStage[path] = toStage(point);
         creature->strike(paths, onStage);
     };
+}
+
+/// Switching it on is the user's to do: it concerns every program of the desktop.
+void AppDelegate::tellOfAccessibility() {
+    computer_.notifications.send(
+        {.identifier = "accessibility",
+         .title = "What is selected?",
+         .body = "The delete key needs accessibility, which is off. You can turn it on in the "
+                 "settings, under \"What your desktop offers\"."},
+        [](const NotificationOutcome&) {});
 }
 
 void AppDelegate::makeGuard() {

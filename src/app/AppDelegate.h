@@ -76,6 +76,7 @@ private:
     void makeGuard();
     /// The user has answered a notification.
     void answered(const NotificationResponse& response);
+    void tellOfAccessibility();
     void zapOffered(const std::vector<std::string>& paths);
     Companion* firstFree() const;
     /// The first free creature, else the first of all; none in an empty party.

@@ -59,7 +59,9 @@ void ThunderboltKey::update() {
 void ThunderboltKey::pressed() {
     const auto front = world_.workspace.frontmost();
     if (!isOn() || press_ || !front) return;
-    if (!world_.accessibility.isTrusted()) world_.accessibility.askForTrust();
+    if (!world_.accessibility.isTrusted() && !std::exchange(toldUntrusted_, true) && onUntrusted) {
+        onUntrusted();
+    }
     press_ = {*front, world_.loop.now()};
     world_.fileBrowser.readSelection(
         lifetime_.guard([this](const FileSelection& selection) { strike(selection); }));

@@ -42,6 +42,9 @@ public:
 
     /// At least one path, and points for as many as were found.
     std::function<void(const std::vector<std::string>& paths, const Spots& points)> onStrike;
+    /// The key was pressed, and the desktop may not tell what is selected. Once; nobody's settings
+    /// are changed for them.
+    std::function<void()> onUntrusted;
 
 private:
     /// Takes or gives back the key.
@@ -59,6 +62,7 @@ private:
         Instant at = 0;
     };
     std::optional<Press> press_;  // while it is being answered
+    bool toldUntrusted_ = false;
     Subscription activation_;
     Lifetime lifetime_;
 };

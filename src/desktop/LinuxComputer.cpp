@@ -1,6 +1,7 @@
 #include "desktop/LinuxComputer.h"
 
 #include <cstdio>
+#include <utility>
 
 #include "desktop/BackgroundThread.h"
 #include "desktop/FolderWatch.h"
@@ -94,6 +95,12 @@ struct LinuxComputer::Parts {
                                       .inSandbox = session::SessionServices::isInSandbox()}),
           windows(*loop, ProcessWindows::usualProgram(), appearance) {
         connection->onEnd = [this] { loop->quit(); };
+        screens.follow([this] { return chosenScreen(); });
+        knownScreen = chosenScreen();
+        choices = defaults.whenChanged([this] {
+            const auto now = chosenScreen();
+            if (std::exchange(knownScreen, now) != now) screens.lookAgain();
+        });
         accessibility.onChange = [this] { desktopSession.changed.emit(); };
         statusItem.onPresence = [this] { desktopSession.changed.emit(); };
         statusItem.onNoTray = [] {
@@ -104,6 +111,7 @@ struct LinuxComputer::Parts {
 
     ~Parts() { loop->dropJobs(); }  // they hold layers, which end before their engine
 
+    std::string chosenScreen() const { return defaults.string(chosenScreenKey).value_or(""); }
     Size screenPixels() const {
         const auto screen = screens.main();
         if (!screen) return {};
@@ -142,6 +150,8 @@ struct LinuxComputer::Parts {
     session::TrayIcon statusItem;
     session::SessionServices desktopSession;
     ProcessWindows windows;
+    std::string knownScreen;  // that the user chose, when last looked
+    Subscription choices;
 };
 
 LinuxComputer::Result LinuxComputer::start(Places places) {

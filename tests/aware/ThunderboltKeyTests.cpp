@@ -149,5 +149,19 @@ TEST(Spots, AreLookedForInThreeThousandElements) {
     EXPECT_THAT(ThunderboltKey::spots({"/a"}, {}), IsEmpty());
 }
 
+TEST_F(ThunderboltKeyTest, TellsOnceThatItMayNotSeeAndChangesNobodysSettings) {
+    launch();
+    int told = 0;
+    key->onUntrusted = [&] { ++told; };
+    toFront("files");
+    computer.accessibility.trusted = true;
+    press();
+    EXPECT_EQ(told, 0);
+    computer.accessibility.trusted = false;
+    for (int i = 0; i < 3; ++i) press();
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(computer.accessibility.questions, 0);
+}
+
 }  // namespace
 }  // namespace quibbits

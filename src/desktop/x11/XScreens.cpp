@@ -82,9 +82,15 @@ std::optional<Screen> XScreens::at(Point point) const {
     return nearest == all_.end() ? std::nullopt : std::optional(*nearest);
 }
 
+void XScreens::follow(std::function<std::string()> chosen) {
+    chosen_ = std::move(chosen);
+    update();
+}
+
 void XScreens::update() {
     const auto monitors = this->monitors();
     const auto mainBefore = main();
+    const auto coordinatesBefore = coordinates_;
     const auto panelsBefore = std::exchange(panels_, {});
     all_.clear();
     if (!monitors.empty()) {
@@ -95,7 +101,8 @@ void XScreens::update() {
             all_.push_back(read(monitor, monitors.size(), panels));
         }
     }
-    if (main() != mainBefore) changed.emit();
+    // Monitors of one size differ only by where they are.
+    if (main() != mainBefore || coordinates_ != coordinatesBefore) changed.emit();
     if (panels_ != panelsBefore) panelsChanged.emit();
 }
 
@@ -122,29 +129,52 @@ Screen XScreens::read(PixelRect monitor, std::size_t monitors,
             .scale = coordinates_.scale};
 }
 
-/// The main one first: the primary one, else the first that the server tells of. The whole display
-/// where it tells of none.
+/// The main one first: the chosen one, else the primary one, else the first that the server tells
+/// of. The whole display where it tells of none.
 std::vector<PixelRect> XScreens::monitors() {
     auto* xcb = connection_.xcb();
     const auto geometryAsked = xcb_get_geometry(xcb, connection_.root());
+    const std::string chosen = chosen_ ? chosen_() : "";
+    std::vector<Monitor> connected = connectedMonitors();
+    // The primary one leads the list, and a chosen one goes before it.
+    std::ranges::stable_partition(connected, [](const Monitor& each) { return each.isPrimary; });
+    names_.clear();
+    for (const Monitor& each : connected) names_.push_back(each.name);
+    std::ranges::stable_partition(
+        connected, [&](const Monitor& each) { return !chosen.empty() && each.name == chosen; });
+
     std::vector<PixelRect> found;
-    if (connection_.randr) {
-        const auto monitors = reply(xcb, xcb_randr_get_monitors_reply,
-                                    xcb_randr_get_monitors(xcb, connection_.root(), 1));
-        if (monitors) {
-            auto each = xcb_randr_get_monitors_monitors_iterator(monitors.get());
-            for (; each.rem > 0; xcb_randr_monitor_info_next(&each)) {
-                const auto& info = *each.data;
-                const PixelRect monitor{info.x, info.y, info.width, info.height};
-                if (monitor.isEmpty()) continue;
-                found.insert(info.primary ? found.begin() : found.end(), monitor);
-            }
-        }
-    }
+    for (const Monitor& each : connected) found.push_back(each.area);
     const auto geometry = reply(xcb, xcb_get_geometry_reply, geometryAsked);
     if (!geometry) return {};
     display_ = {0, 0, geometry->width, geometry->height};
     if (found.empty()) found.push_back(display_);
+    return found;
+}
+
+std::vector<XScreens::Monitor> XScreens::connectedMonitors() const {
+    if (!connection_.randr) return {};
+    auto* xcb = connection_.xcb();
+    const auto monitors = reply(xcb, xcb_randr_get_monitors_reply,
+                                xcb_randr_get_monitors(xcb, connection_.root(), 1));
+    if (!monitors) return {};
+    std::vector<Monitor> found;
+    std::vector<xcb_get_atom_name_cookie_t> asked;
+    auto each = xcb_randr_get_monitors_monitors_iterator(monitors.get());
+    for (; each.rem > 0; xcb_randr_monitor_info_next(&each)) {
+        const auto& info = *each.data;
+        if (info.width == 0 || info.height == 0) continue;
+        found.push_back({.area = {info.x, info.y, info.width, info.height},
+                         .name = {},
+                         .isPrimary = info.primary != 0});
+        asked.push_back(xcb_get_atom_name(xcb, info.name));
+    }
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        const auto name = reply(xcb, xcb_get_atom_name_reply, asked[i]);
+        if (!name) continue;
+        found[i].name.assign(xcb_get_atom_name_name(name.get()),
+                             static_cast<std::size_t>(xcb_get_atom_name_name_length(name.get())));
+    }
     return found;
 }
 
