@@ -88,6 +88,7 @@ struct Blindfold {
                 .volumes = volumes,
                 .background = c.background,
                 .hotKeys = hotKeys,
+                .keyboard = c.keyboard,
                 .resources = c.resources,
                 .text = c.text};
     }

@@ -92,6 +92,7 @@ private:
     // The settings and the welcome guide (SettingsWindows.cpp).
     void joinSettings();
     void welcome();
+    void joinKeyboard();
     PetControls petControls(Companion& creature);
 
     const Computer computer_;

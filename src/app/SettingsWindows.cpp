@@ -1,4 +1,4 @@
-// How the settings reach the creatures, and what the first run begins with.
+// How the settings and the keyboard reach the creatures, and what the first run begins with.
 
 #include "app/AppDelegate.h"
 
@@ -18,7 +18,17 @@ void AppDelegate::showSettings() {
     settings_.show(std::move(controls));
 }
 
+void AppDelegate::joinKeyboard() {
+    dial_->onGive = [this](Item item) {
+        for (const auto& creature : party_) {
+            if (!creature->isOut || creature->stage == Stage::egg) continue;
+            if (const auto take = creature->pet().onItem) return take(item);
+        }
+    };
+}
+
 void AppDelegate::welcome() {
+    joinKeyboard();
     if (!onboarding_.isDone()) {
         onboarding_.show(false, [this] { showSettings(); });
     }

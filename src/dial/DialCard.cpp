@@ -126,7 +126,7 @@ void DialView::addTray() {
         add(*tile, {.bounds = {0, 0, inside.width, inside.height},
                     .position = inside.center(),
                     .content = Picture{Pixels::item(item), Filter::nearest}});
-        items_.push_back({item, rect});
+        items_.push_back({item, rect, tile});
         rect.x += spacing;
     }
 }

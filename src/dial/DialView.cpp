@@ -30,8 +30,8 @@ constexpr Rect ballBadge{31, -1, 16, 16};
 constexpr Rect nameFrame{plate.x, plate.y + plate.height / 2 + 2, plate.width, 18};
 constexpr Rect statusFrame{plate.x, plate.y + plate.height / 2 - 13, plate.width, 14};
 // Between the slots that reach into the plate from both sides.
-constexpr double statusRoom = 102;
-constexpr Rect foldedStatusFrame{plate.x + 23, plate.y, plate.width - 46, 25};
+constexpr double statusRoom = 94;  // also when one of them is lit and larger
+constexpr Rect foldedStatusFrame{plate.x + 30, plate.y, plate.width - 60, 25};
 
 Animation spring(double from, double to, double damping, double velocity) {
     SpringMotion motion{.from = from, .to = to, .damping = damping, .initialVelocity = velocity};
@@ -164,6 +164,9 @@ void DialView::addPortrait(const PartyMember& member, const Slot& slot) {
 }
 
 DialView::PlateText DialView::plateText() const {
+    if (pickedItem_) {
+        return {std::string(displayName(items_[*pickedItem_].item)), "Return hands it over"};
+    }
     if (hovered_ && !isMember(*hovered_)) return {"Empty slot", "More Quibbit soon"};
     if (hovered_) {
         const PartyMember& member = party_[static_cast<std::size_t>(*hovered_)];
@@ -195,6 +198,12 @@ void DialView::refresh(Refresh how) {
         scale(*slot.container, lit ? hoverScale : 1.0, how);
     }
     const Transaction still(engine_, Transaction::withoutActions());
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+        items_[i].tile->change([&](LayerProperties& l) {
+            l.borderWidth = pickedItem_ == i ? 2 : 0;
+            l.borderColor = accent;
+        });
+    }
     const PlateText text = plateText();
     setText(*name_, {.text = text.name,
                      .fontSize = 14,
@@ -235,10 +244,54 @@ void DialView::appear() {
 // The mouse.
 
 void DialView::hover(Point at) {
+    if (std::exchange(lastPointer_, at) == at) return;
     const auto now = DialShape::slot(at);
-    if (now == hovered_) return;
+    if (now == hovered_ && !pickedItem_) return;
     hovered_ = now;
+    pickedItem_.reset();
     refresh(Refresh::animated);
+}
+
+// The keys.
+
+void DialView::walk(WalkingKey key) {
+    switch (key) {
+        case WalkingKey::left: walkAlong(-1); break;
+        case WalkingKey::right: walkAlong(1); break;
+        case WalkingKey::down:
+            if (items_.empty() || pickedItem_) return;
+            pickedItem_ = 0;
+            hovered_.reset();
+            break;
+        case WalkingKey::up:
+            if (!pickedItem_ && hovered_) return;
+            pickedItem_.reset();
+            hovered_ = 0;
+            break;
+        case WalkingKey::choose: return choose();
+        default: return;
+    }
+    refresh(Refresh::animated);
+}
+
+void DialView::walkAlong(int by) {
+    const auto next = [by](int at, int count) { return (at + by + count) % count; };
+    if (pickedItem_) {
+        pickedItem_ = static_cast<std::size_t>(
+            next(static_cast<int>(*pickedItem_), static_cast<int>(items_.size())));
+    } else if (hovered_) {
+        hovered_ = next(*hovered_, DialShape::slotCount);
+    } else {
+        hovered_ = by > 0 ? 0 : DialShape::slotCount - 1;
+    }
+}
+
+void DialView::choose() {
+    if (pickedItem_) {
+        if (onGive) onGive(items_[*pickedItem_].item);
+    } else if (hovered_ && isMember(*hovered_)) {
+        if (onPick) onPick(*hovered_);
+    }
 }
 
 void DialView::mouseUp(Point at) {

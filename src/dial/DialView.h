@@ -15,6 +15,7 @@
 #include "layers/LayerEngine.h"
 #include "layers/Panel.h"
 #include "party/PetStats.h"
+#include "platform/Keyboard.h"
 #include "platform/Text.h"
 #include "rules/Item.h"
 
@@ -38,6 +39,11 @@ public:
     void hover(Point at);
     std::optional<int> hovered() const { return hovered_; }
 
+    /// A key: left and right walk along the slots, down to the items and up again; the last chooses
+    /// what is lit.
+    void walk(WalkingKey key);
+    std::optional<std::size_t> pickedItem() const { return pickedItem_; }
+
     // The left button, in the view's coordinates.
     void mouseDown(Point at) { pressedAt_ = at; }
     void mouseDragged();
@@ -45,6 +51,8 @@ public:
 
     /// A slot with a creature was clicked.
     std::function<void(int)> onPick;
+    /// An item was chosen by key.
+    std::function<void(Item)> onGive;
     /// The user drags an item out of the tray: whoever has the panel begins the drag.
     std::function<void(ItemDrag)> onItemDragBegan;
     /// An item is dragged over a point in global coordinates; none when the drag has ended.
@@ -53,6 +61,7 @@ public:
     struct TrayItem {
         Item item = Item::azurine;
         Rect rect;
+        LayerRef tile = {};
     };
     const std::vector<TrayItem>& items() const { return items_; }
 
@@ -69,6 +78,8 @@ public:
 private:
     enum class Refresh { atOnce, animated };
     void refresh(Refresh how);
+    void walkAlong(int by);
+    void choose();
     void scale(Layer& container, double to, Refresh how);
     struct PlateText {
         std::string name;
@@ -101,6 +112,8 @@ private:
     LayerRef card_;
     std::vector<TrayItem> items_;
     std::optional<int> hovered_;
+    std::optional<std::size_t> pickedItem_;
+    std::optional<Point> lastPointer_;  // one that rests changes nothing
     std::optional<Point> pressedAt_;
 };
 

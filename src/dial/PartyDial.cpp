@@ -12,6 +12,13 @@ namespace {
 constexpr double belowIcon = 4;  // points between the icon and the dial
 constexpr Seconds hoverInterval = 1.0 / 30;
 constexpr int iconScale = 3;
+constexpr double roomForRoundEnds = 14;  // points above the view
+
+/// Whether the icon is in a panel along the left or the right edge.
+bool isBeside(Rect icon, const Screen& screen) {
+    const Rect& free = screen.visibleFrame;
+    return icon.midX() < free.minX() || icon.midX() > free.maxX();
+}
 
 }  // namespace
 
@@ -64,17 +71,28 @@ Rect PartyDial::viewFrame(Rect icon, const std::optional<Screen>& screen) {
                size.height};
     if (!screen) return frame;
     const Rect all = screen->frame;
+    const Rect free = screen->visibleFrame;
     const bool atBottom = icon.midY() < all.midY();
     if (atBottom && frame.minY() < all.minY()) {
-        frame.y = std::max(icon.maxY(), screen->visibleFrame.minY()) + belowIcon;
+        frame.y = std::max(icon.maxY(), free.minY()) + belowIcon;
     }
-    frame.x = Range{all.minX(), all.maxX() - size.width}.clamp(frame.x);
+    const auto clear = [](double low, double high, double length) {
+        return Range{low, std::max(low, high - length)};
+    };
+    const double left = free.minX() > all.minX() ? free.minX() + belowIcon : all.minX();
+    const double right = free.maxX() < all.maxX() ? free.maxX() - belowIcon : all.maxX();
+    frame.x = clear(left, right, size.width).clamp(frame.x);
+    if (isBeside(icon, *screen)) {
+        const double low = free.minY() + belowIcon;
+        frame.y = clear(low, free.maxY() - roomForRoundEnds, size.height).clamp(frame.y);
+    }
     frame.y = Range{all.minY(), all.maxY() - size.height}.clamp(frame.y);
     return frame;
 }
 
 DialShape::Ends PartyDial::ends(const Rect& view, Rect icon, const std::optional<Screen>& screen) {
     if (!screen) return DialShape::Ends::cut;
+    if (isBeside(icon, *screen)) return DialShape::Ends::round;
     const double upperEdge = screen->frame.maxY();
     const bool isInBarAtTop = upperEdge - icon.maxY() < icon.height;
     const bool isAtEdge = upperEdge - view.maxY() <= belowIcon;
@@ -99,10 +117,16 @@ void PartyDial::open() {
     }
     dial->view->onPick = [this, at = *anchor()](int index) { pick(index, at); };
     dial->view->onDrag = lifetime_.guard([this](std::optional<Point> at) { itemDragged(at); });
+    dial->view->onGive = [this](Item item) {
+        close();
+        if (onGive) onGive(item);
+    };
+    dial->keys = computer_.keyboard.take([this](WalkingKey key) { pressedKey(key); });
     installMouse(*dial, ends);
     opened_ = std::move(dial);
     opened_->panel->orderFront();
     opened_->view->appear();
+    opened_->view->hover(pointerInView(*opened_->panel));
     if (onOpened) onOpened();
 }
 
@@ -136,10 +160,17 @@ void PartyDial::close() {
     opened_->panel->orderOut();
     opened_->presses.reset();
     opened_->hovering.cancel();
+    opened_->keys.reset();
     // One of the panel's own closures may be what closes it, so it goes when that has returned.
     closed_.push_back(std::move(opened_));
     computer_.runLoop.post(lifetime_.guard([this] { closed_.clear(); }));
     if (onClosed) onClosed();
+}
+
+/// What means nothing here was meant for another program, which gets what follows.
+void PartyDial::pressedKey(WalkingKey key) {
+    if (key == WalkingKey::leave || key == WalkingKey::other) return close();
+    opened_->view->walk(key);
 }
 
 void PartyDial::pick(int index, Point anchor) {
@@ -148,7 +179,10 @@ void PartyDial::pick(int index, Point anchor) {
 }
 
 void PartyDial::itemDragged(std::optional<Point> at) {
-    if (opened_ && opened_->panel->alpha() > 0) opened_->panel->setAlpha(0);
+    if (opened_ && opened_->panel->alpha() > 0) {
+        opened_->panel->setAlpha(0);
+        opened_->keys.reset();
+    }
     if (onItemDrag) onItemDrag(at);
     if (!at) close();
 }

@@ -33,8 +33,9 @@ public:
     /// The middle of the icon's lower edge, in global coordinates: where balls fly from.
     std::optional<Point> anchor() const;
 
-    /// Where the view goes for an icon at a place: below it, or above it where the tray is at the
-    /// bottom of the screen, and shifted to stay on the screen.
+    /// Where the view goes for an icon at a place: below it, above it where the tray is at the
+    /// bottom of the screen, beside it where it is at a side; and shifted to stay on the screen,
+    /// clear of panels.
     static Rect viewFrame(Rect icon, const std::optional<Screen>& screen);
     /// Round ends for a view that has neither its icon's bar nor the screen's edge above it.
     static DialShape::Ends ends(const Rect& view, Rect icon, const std::optional<Screen>& screen);
@@ -45,6 +46,8 @@ public:
     std::function<void()> onQuit;
     /// Each step of an item drag, in global coordinates, and none at its end.
     std::function<void(std::optional<Point>)> onItemDrag;
+    /// An item was chosen by key, for whoever is out.
+    std::function<void(Item)> onGive;
 
     // For records only; nothing depends on them.
     std::function<void()> onOpened;
@@ -57,6 +60,7 @@ private:
         std::unique_ptr<DialView> view;
         Subscription presses;
         Timer hovering;
+        Subscription keys;
     };
     void clicked();
     void showMenu();
@@ -64,6 +68,7 @@ private:
     void installMouse(Opened& dial, DialShape::Ends ends);
     Point pointerInView(const Panel& panel) const;
     void pick(int index, Point anchor);
+    void pressedKey(WalkingKey key);
     void itemDragged(std::optional<Point> at);
     void pressedElsewhere();
 

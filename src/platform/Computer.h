@@ -9,6 +9,7 @@
 #include "platform/FileBrowser.h"
 #include "platform/Files.h"
 #include "platform/HotKeys.h"
+#include "platform/Keyboard.h"
 #include "platform/Machine.h"
 #include "platform/Notifications.h"
 #include "platform/Pointer.h"
@@ -46,6 +47,7 @@ struct Computer {
     Volumes& volumes;
     WorkQueue& background;
     HotKeys& hotKeys;
+    Keyboard& keyboard;
     Resources& resources;
     TextMeasure& text;
 };

@@ -257,6 +257,7 @@ Computer SimulatedComputer::computer() {
             .volumes = volumes,
             .background = background,
             .hotKeys = hotKeys,
+            .keyboard = keyboard,
             .resources = resources_,
             .text = text_};
 }

@@ -230,6 +230,24 @@ private:
     std::vector<std::shared_ptr<Holder>> holders_;
 };
 
+/// The keys go to whoever took them last.
+class SimulatedKeyboard final : public Keyboard {
+public:
+    Subscription take(std::function<void(WalkingKey)> pressed) override {
+        return taken_.subscribe(std::move(pressed));
+    }
+    /// False when nobody here has the keys.
+    bool press(WalkingKey key) {
+        if (!isTaken()) return false;
+        taken_.emit(key);
+        return true;
+    }
+    bool isTaken() const { return taken_.hasListeners(); }
+
+private:
+    Signal<WalkingKey> taken_;
+};
+
 /// The pointer of the simulated user, and the routing of what it does.
 class SimulatedPointer final : public Pointer {
 public:
@@ -326,6 +344,7 @@ public:
     SimulatedVolumes volumes;
     SimulatedWorkQueue background;
     SimulatedHotKeys hotKeys;
+    SimulatedKeyboard keyboard;
     SimulatedPointer pointer;
     SimulatedViewWindows viewWindows;
     LayerEngine layers;

@@ -77,6 +77,19 @@ TEST(ThePlaceOfTheDial, IsBelowTheIconOrAboveATrayAtTheBottomAndInsideTheScreen)
         EXPECT_EQ(frame, (Rect{expected.x, expected.y, 316, 272})) << icon;
         EXPECT_EQ(PartyDial::ends(frame, at, screen), ends) << icon;
     }
+    // Clear of panels at the sides, with room for the ends of its arms.
+    const Screen beside{.frame = {0, 0, 1440, 900}, .visibleFrame = {48, 0, 1344, 900}};
+    for (const auto& [icon, at, expected, ends] : std::vector<Row>{
+             {"in a panel at the left", {0, 500, 48, 24}, {52, 224}, Ends::round},
+             {"at its upper end", {0, 870, 48, 24}, {52, 594}, Ends::round},
+             {"at its lower end", {0, 10, 48, 24}, {52, 38}, Ends::round},
+             {"in a panel at the right", {1392, 500, 48, 24}, {1072, 224}, Ends::round},
+         }) {
+        const Rect frame = PartyDial::viewFrame(at, beside);
+        EXPECT_EQ(frame, (Rect{expected.x, expected.y, 316, 272})) << icon;
+        EXPECT_EQ(PartyDial::ends(frame, at, beside), ends) << icon;
+        EXPECT_LE(frame.maxY() + 14, 900) << icon;
+    }
     EXPECT_EQ(PartyDial::viewFrame({10, 4, 24, 24}, std::nullopt).origin(), (Point{-136, -272}));
 }
 

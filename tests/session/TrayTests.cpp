@@ -250,6 +250,11 @@ TEST_F(TrayTest, ThePictureIsTheIconInSeveralSizes) {
     EXPECT_THAT(at(12, 8), ElementsAre(0, 0, 0, 0));
 }
 
+TEST(WithoutATray, ThingsComeFromTheMiddleOfTheFloor) {
+    const Screen screen{.frame = {0, 0, 1440, 900}, .visibleFrame = {0, 36, 1440, 864}};
+    EXPECT_EQ(session::middleOfTheFloor(screen), (Rect{708, 36, 24, 0}));
+}
+
 TEST(TrayPictures, EnlargedArtIsTakenBackToItsPixels) {
     std::vector<Argb> pixels;
     for (int y = 0; y < 36; ++y) {

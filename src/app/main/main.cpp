@@ -1,6 +1,6 @@
 // quibbits: the resident companion. A second start on the same display opens the first one's
-// settings, and its dial where there is no tray to click; or it hands on an address such as
-// quibbits://celebrate.
+// settings, and its dial where there is no tray to click; "quibbits dial" opens the dial, for a key
+// of the desktop or a launcher; an address such as quibbits://celebrate is handed on.
 
 #include <cstdio>
 #include <cstdlib>
@@ -21,6 +21,7 @@ namespace {
 using namespace quibbits;
 
 constexpr const char* openSettings = "open";
+constexpr const char* openDial = "dial";
 
 /// The chance of this run: never the same twice.
 std::uint64_t freshSeed() {
@@ -38,7 +39,8 @@ std::vector<std::filesystem::path> sheetFolders() {
 /// What a start asks for: one line of text for the one that runs.
 std::optional<std::string> wish(int count, char** arguments) {
     if (count == 1) return openSettings;
-    if (count == 2 && std::string_view(arguments[1]).starts_with(AppDelegate::ownScheme)) {
+    const std::string_view word = count == 2 ? arguments[1] : "";
+    if (word == openDial || word.starts_with(AppDelegate::ownScheme)) {
         return arguments[1];
     }
     return std::nullopt;
@@ -51,6 +53,8 @@ void fulfil(const std::string& wish, AppDelegate& delegate, const StatusItem& ic
     } else if (wish == openSettings) {
         if (!icon.isShown() && icon.onClick) icon.onClick();
         delegate.showSettings();
+    } else if (wish == openDial && icon.onClick) {
+        icon.onClick();
     }
 }
 
@@ -59,7 +63,7 @@ void fulfil(const std::string& wish, AppDelegate& delegate, const StatusItem& ic
 int main(int count, char** arguments) {
     const auto asked = wish(count, arguments);
     if (!asked) {
-        std::fputs("Usage: quibbits [quibbits://WORD]\n", stderr);
+        std::fputs("Usage: quibbits [dial | quibbits://WORD]\n", stderr);
         return 2;
     }
     const char* display = std::getenv("DISPLAY");

@@ -127,6 +127,11 @@ Rect trayPlaceAt(const Screen& screen, Point click) {
     return {x, all.minY(), iconSide, orIcon(below)};
 }
 
+Rect middleOfTheFloor(const Screen& screen) {
+    const Rect& free = screen.visibleFrame;
+    return {free.midX() - iconSide / 2, free.minY(), iconSide, 0};
+}
+
 Rect usualTrayPlace(const Screen& screen, const std::optional<Rect>& bottomDock) {
     const bool hasTopPanel = screen.visibleFrame.maxY() < screen.frame.maxY();
     if (!hasTopPanel && bottomDock) {

@@ -29,6 +29,8 @@ TrayPicture trayPicture(const Image& image, int side);
 /// The icon's rectangle about a click on it: in the panel along that edge of the screen, else at
 /// the nearer of the upper and the lower edge.
 Rect trayPlaceAt(const Screen& screen, Point click);
+/// Where things come from while there is no tray.
+Rect middleOfTheFloor(const Screen& screen);
 /// Where a tray usually is: at the right end of the panel along the upper edge, else of the bottom
 /// dock, else in the upper right corner.
 Rect usualTrayPlace(const Screen& screen, const std::optional<Rect>& bottomDock);
