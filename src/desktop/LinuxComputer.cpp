@@ -22,10 +22,12 @@
 #include "desktop/x11/SystemTray.h"
 #include "desktop/x11/XDock.h"
 #include "desktop/x11/XHotKeys.h"
+#include "desktop/x11/XKeyboard.h"
 #include "desktop/x11/XPanels.h"
 #include "desktop/x11/XWindowList.h"
 #include "desktop/x11/XWorkspace.h"
 #include "layers/LayerEngine.h"
+#include "menus/ToolTip.h"
 #include "raster/Painter.h"
 
 namespace quibbits {
@@ -68,6 +70,7 @@ struct LinuxComputer::Parts {
                 }),
           volumes(*loop, {.system = places.system}),
           hotKeys(*connection),
+          keyboard(*connection),
           sessionBus(*loop, {.kind = session::Bus::Kind::session, .address = places.sessionBus}),
           systemBus(*loop, {.kind = session::Bus::Kind::system, .address = places.systemBus}),
           machine(*loop, {.session = sessionBus, .system = systemBus},
@@ -86,7 +89,9 @@ struct LinuxComputer::Parts {
                .dock = dock,
                .pointOf = [this](int x, int y) { return screens.coordinates().points(x, y); },
                .openMenu = [this](Menu menu, Point at) { panels.openMenu(std::move(menu), at); },
-               .otherTray = &systemTray}),
+               .otherTray = &systemTray,
+               .toolTip = [this](const std::string& words,
+                                 Rect icon) { return toolTip(words, icon); }}),
           desktopSession(sessionBus, {.tray = [this] { return statusItem.isShown(); },
                                       .accessibility = [this] { return accessibility.isTrusted(); },
                                       .defaults = defaults,
@@ -112,6 +117,11 @@ struct LinuxComputer::Parts {
     ~Parts() { loop->dropJobs(); }  // they hold layers, which end before their engine
 
     std::string chosenScreen() const { return defaults.string(chosenScreenKey).value_or(""); }
+    std::shared_ptr<void> toolTip(const std::string& said, Rect icon) {
+        const auto screen = screens.at(icon.center());
+        if (!screen) return nullptr;
+        return std::make_shared<ToolTip>(panels, text, said, ToolTip::Place{icon, screen->frame});
+    }
     Size screenPixels() const {
         const auto screen = screens.main();
         if (!screen) return {};
@@ -138,6 +148,7 @@ struct LinuxComputer::Parts {
     DiskFiles files;
     session::MountedVolumes volumes;
     x11::XHotKeys hotKeys;
+    x11::XKeyboard keyboard;
     BackgroundThread background;  // ends before what its jobs read
     session::Bus sessionBus;
     session::Bus systemBus;
@@ -196,6 +207,7 @@ Computer LinuxComputer::computer(Random& random) {
             .volumes = parts_->volumes,
             .background = parts_->background,
             .hotKeys = parts_->hotKeys,
+            .keyboard = parts_->keyboard,
             .resources = parts_->resources,
             .text = parts_->text};
 }

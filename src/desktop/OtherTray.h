@@ -22,6 +22,8 @@ public:
 
     std::function<void()> onClick;
     std::function<void()> onRightClick;
+    /// The pointer has come over the icon, or has left it.
+    std::function<void(bool isOver)> onHover;
 };
 
 }  // namespace quibbits

@@ -21,6 +21,7 @@ constexpr const char* watcherPath = "/StatusNotifierWatcher";
 
 // A panel that starts together with the program, or anew, has this long to come.
 constexpr Seconds patience = 3;
+constexpr Seconds beforeToolTip = 0.6;  // that the pointer rests on the icon
 // A click is where the pointer is, if that was touched so shortly before.
 constexpr Seconds justTouched = 1;
 
@@ -153,11 +154,15 @@ TrayIcon::TrayIcon(EventRunLoop& loop, Bus& session, Display display)
     if (OtherTray* other = display_.otherTray) {
         other->onClick = [this] { tellClick(Click::primary); };
         other->onRightClick = [this] { tellClick(Click::context); };
+        other->onHover = [this](bool isOver) { hovered(isOver); };
     }
 }
 
 TrayIcon::~TrayIcon() {
-    if (OtherTray* other = display_.otherTray) other->onClick = other->onRightClick = nullptr;
+    if (OtherTray* other = display_.otherTray) {
+        other->onClick = other->onRightClick = nullptr;
+        other->onHover = nullptr;
+    }
 }
 
 void TrayIcon::show(Image image, std::string toolTip) {
@@ -187,6 +192,7 @@ std::optional<Rect> TrayIcon::frame() const {
     if (!screen) return std::nullopt;
     const auto exact = display_.otherTray ? display_.otherTray->frame() : std::nullopt;
     if (exact) return exact;
+    if (!lastClick_ && !isShown()) return middleOfTheFloor(*screen);
     return lastClick_ ? trayPlaceAt(*screen, *lastClick_)
                       : usualTrayPlace(*screen, display_.dock.bottom());
 }
@@ -285,7 +291,19 @@ void TrayIcon::clicked(Click click, int x, int y) {
     tellClick(click);
 }
 
+/// An older tray shows nothing itself.
+void TrayIcon::hovered(bool isOver) {
+    resting_.cancel();
+    shownTip_.reset();
+    if (!isOver || !display_.toolTip) return;
+    resting_ = loop_.timer(beforeToolTip, [this] {
+        resting_.cancel();
+        if (const auto icon = frame()) shownTip_ = display_.toolTip(toolTip_, *icon);
+    });
+}
+
 void TrayIcon::tellClick(Click click) {
+    hovered(false);
     loop_.post(lifetime_.guard([this, click] {
         const auto listener = click == Click::primary ? onClick : onRightClick;
         if (listener) listener();

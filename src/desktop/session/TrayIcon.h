@@ -7,6 +7,7 @@
 // an older tray where there is one.
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,6 +35,9 @@ public:
         std::function<void(Menu, Point)> openMenu;
         /// Shows the icon while there is no tray on the bus. Outlives this; may be missing.
         OtherTray* otherTray = nullptr;
+        /// Says something beside a place until the handle ends, for a tray that does not; may be
+        /// missing.
+        std::function<std::shared_ptr<void>(const std::string&, Rect)> toolTip = {};
     };
     TrayIcon(EventRunLoop& loop, Bus& session, Display display);
     ~TrayIcon() override;
@@ -62,6 +66,7 @@ private:
     void heardOwner(sd_bus_message* signal);
     void clicked(Click click, int x, int y);
     void tellClick(Click click);
+    void hovered(bool isOver);
 
     EventRunLoop& loop_;
     Bus& bus_;
@@ -70,6 +75,8 @@ private:
     BusMenu menu_;
     std::vector<TrayPicture> pictures_;
     std::string toolTip_;
+    Timer resting_;
+    std::shared_ptr<void> shownTip_;
     std::optional<Point> lastClick_;
     bool isOffered_ = false;
     bool hasHost_ = false;

@@ -77,7 +77,9 @@ void SystemTray::listen() {
     for (const int type : {XCB_ENTER_NOTIFY, XCB_LEAVE_NOTIFY}) {
         on(type, [this, type](const auto& e) {
             const auto& event = reinterpret_cast<const xcb_enter_notify_event_t&>(e);
-            if (event.event == window_) pointer_.setOverOwnWindow(type == XCB_ENTER_NOTIFY);
+            if (event.event != window_) return;
+            pointer_.setOverOwnWindow(type == XCB_ENTER_NOTIFY);
+            if (onHover) onHover(type == XCB_ENTER_NOTIFY);
         });
     }
     on(XCB_BUTTON_PRESS, [this](const auto& e) {
