@@ -16,6 +16,7 @@ public:
     SpokenInterface(QWidget* widget, Spoken* spoken)
         : QAccessibleWidget(widget, spoken->spokenRole()), spoken_(spoken) {}
 
+    QAccessible::Role role() const override { return spoken_->spokenRole(); }
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
         state.checkable = spoken_->spokenRole() == QAccessible::CheckBox;

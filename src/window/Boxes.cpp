@@ -135,6 +135,7 @@ public:
     explicit PageArea(QWidget* parent) : QScrollArea(parent) {
         setWidgetResizable(true);
         setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus);  // the window's keys scroll it
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         edge_ = new QFrame(this);
         edge_->setObjectName("hairline");

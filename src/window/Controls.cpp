@@ -178,6 +178,7 @@ public:
         line->setContentsMargins(0, 0, 0, 0);
         title_ = new Words(views::TextStyle::body, this);
         list_ = new Choices(this);
+        title_->setBuddy(list_);
         line->addWidget(title_, 1);
         line->addWidget(list_);
         connect(list_, &QComboBox::activated, this,
@@ -312,6 +313,7 @@ public:
         keepIdentity(view);
         const auto& link = *view.as<views::Link>();
         label_->setFocusPolicy(Qt::StrongFocus);
+        label_->setAccessibleName(text(link.title));
         label_->setText("<a href=\"open\">" + text(link.title).toHtmlEscaped() + "</a>");
         label_->setToolTip(text(link.address).toHtmlEscaped());
     }

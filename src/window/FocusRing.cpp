@@ -39,6 +39,7 @@ QScrollArea* scrollerOf(QWidget* widget) {
 FocusRing::FocusRing(QWidget* window) : QWidget(window) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
+    setObjectName("focus ring");
     hide();
     qApp->installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {

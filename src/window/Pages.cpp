@@ -19,7 +19,7 @@
 namespace quibbits::window {
 namespace {
 
-constexpr int sidebarWidth = 180;
+constexpr int sidebarWidth = 174;
 
 class TabItem final : public Item {
 public:

@@ -3,6 +3,8 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
@@ -47,7 +49,7 @@ void Window::begin(const views::WindowSpec& spec) {
         setGeometry(place);
     } else {
         setFixedSize(place.size());
-        move(place.topLeft());
+        move(place.topLeft() - QPoint(usualFrame.left(), usualFrame.top()));
     }
 }
 
@@ -97,10 +99,28 @@ void Window::closeEvent(QCloseEvent* event) {
     event->accept();
 }
 
+/// Whatever page is seen, for keys that nothing else has taken.
+bool Window::scrolls(int key) {
+    for (auto* area : findChildren<QScrollArea*>()) {
+        auto* bar = area->verticalScrollBar();
+        if (!area->isVisible() || bar->maximum() == 0) continue;
+        switch (key) {
+            case Qt::Key_PageDown: bar->triggerAction(QScrollBar::SliderPageStepAdd); return true;
+            case Qt::Key_PageUp: bar->triggerAction(QScrollBar::SliderPageStepSub); return true;
+            case Qt::Key_Down: bar->triggerAction(QScrollBar::SliderSingleStepAdd); return true;
+            case Qt::Key_Up: bar->triggerAction(QScrollBar::SliderSingleStepSub); return true;
+            case Qt::Key_Home: bar->triggerAction(QScrollBar::SliderToMinimum); return true;
+            case Qt::Key_End: bar->triggerAction(QScrollBar::SliderToMaximum); return true;
+            default: return false;
+        }
+    }
+    return false;
+}
+
 void Window::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape) {
         close();
-    } else {
+    } else if (!scrolls(event->key())) {
         QWidget::keyPressEvent(event);
     }
 }

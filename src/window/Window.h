@@ -35,6 +35,7 @@ protected:
 
 private:
     void fitToScreen();
+    bool scrolls(int key);
 
     ViewTree tree_;
     QVBoxLayout* box_;

@@ -16,9 +16,11 @@ namespace {
 constexpr std::string_view listedLast = "Quibbits";
 constexpr std::string_view socialProfiles = "https://bsky.app/profile/";
 
-View artistBlock(const Artist& artist) {
+/// The rows of an artist: the name, then what came from it.
+Views artistRows(const Artist& artist) {
     View heading{
         .content = Line{},
+        .id = "artist " + artist.name,
         .children = {{.content = Text{artist.name, TextStyle::headline}}, {.content = Spacer{}}}};
     if (const auto address = creditLink(artist.contact)) {
         heading.children.push_back(
@@ -26,19 +28,19 @@ View artistBlock(const Artist& artist) {
     } else if (!artist.contact.empty()) {
         heading.children.push_back({.content = Text{artist.contact, TextStyle::secondary}});
     }
-    View block{.content = Column{}, .id = "artist " + artist.name, .children = {heading}};
+    Views rows{std::move(heading)};
     for (std::size_t i = 0; i < artist.entries.size(); ++i) {
         const Credit& entry = artist.entries[i];
         std::string parts;
         for (const std::string& part : entry.parts) parts += (parts.empty() ? "" : ", ") + part;
-        block.children.push_back(
+        rows.push_back(
             {.content = Column{},
              .id = "entry " + artist.name + " " + std::to_string(i),
              .children = {{.content = Text{entry.set + " · " + entry.kind, TextStyle::medium}},
                           {.content = Text{parts, TextStyle::caption}},
                           {.content = Text{entry.license, TextStyle::faint}}}});
     }
-    return block;
+    return rows;
 }
 
 }  // namespace
@@ -74,7 +76,7 @@ std::optional<std::string> creditLink(std::string_view contact) {
 View credits(const Resources& resources) {
     View artistSection{.content = Section{.heading = "Artists"}, .id = "artists"};
     for (const Artist& artist : artists(resources.credits())) {
-        artistSection.children.push_back(artistBlock(artist));
+        for (View& row : artistRows(artist)) artistSection.children.push_back(std::move(row));
     }
     return {
         .content = Form{},

@@ -22,11 +22,15 @@ View focusSection(const UserDefaults& defaults) {
         .children = {
             {.content =
                  Fact{.title = "Right now", .value = quiet ? "Asleep: a Focus is on" : "Awake"}},
-            small("Set up once for each Focus you use (Do Not Disturb, Work, Fitness…):"),
-            small("1. Shortcuts › Automation › New Automation › Focus › pick the Focus › “When "
-                  "Turning On” › Run Immediately."),
-            small("2. Add the “Open URLs” action with  quibbits://focus"),
-            small("3. Make another for “When Turning Off” with  quibbits://unfocus"),
+            {.content = Column{},
+             .children =
+                 {small("Set up once for each Focus you use (Do Not Disturb, Work, Fitness…):"),
+                  small(
+                      "1. Shortcuts › Automation › New Automation › Focus › pick the Focus › “When "
+                      "Turning On” › Run Immediately."),
+                  small("2. Add the “Open URLs” action with  quibbits://focus"),
+                  small("3. Make another for “When Turning Off” with  "
+                        "quibbits://unfocus")}},
             {.content = Line{},
              .children = {{.content = Button{.title = "Open Shortcuts"},
                            .id = std::string(opensPrefix) + "/System/Applications/Shortcuts.app"},

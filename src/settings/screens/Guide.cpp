@@ -13,8 +13,8 @@ using namespace views;
 
 namespace {
 
-constexpr double chipWidth = 68;
-constexpr double arrowWidth = 62;
+constexpr double chipWidth = 60;
+constexpr double arrowWidth = 58;
 constexpr double fondFriendship = 220;
 constexpr int pebbleLevel = 20;
 constexpr int gloamerLevel = 25;
@@ -85,7 +85,8 @@ View electricChain(const Resources& resources, const PetStats& s) {
                       stages)}};
     return {.content = Line{},
             .id = "chain",
-            .children = {chip(Stage::egg),
+            .children = {{.content = Spacer{}},
+                         chip(Stage::egg),
                          arrow("Hatch"),
                          chip(Stage::mizzle),
                          arrow("Friendship " + whole(fondFriendship)),
@@ -102,7 +103,8 @@ View ghostChain(const Resources& resources, const PetStats& s) {
     };
     return {.content = Line{},
             .id = "chain",
-            .children = {chip(Stage::egg),
+            .children = {{.content = Spacer{}},
+                         chip(Stage::egg),
                          arrow("Hatch"),
                          chip(Stage::wispul),
                          arrow(level(gloamerLevel)),

@@ -34,7 +34,26 @@ View text(std::string words, TextStyle style = TextStyle::body) {
     return {.content = Text{std::move(words), style}};
 }
 
-Views welcomePage() {
+/// A few of those who are to come.
+View company(const Resources& resources) {
+    View line{.content = Line{}, .id = "company", .children = {{.content = Spacer{}}}};
+    struct Guest {
+        Stage stage;
+        double size;
+    };
+    for (const auto& [stage, size] :
+         {Guest{Stage::mizzle, 64}, Guest{Stage::sparrel, 80}, Guest{Stage::thrummet, 96},
+          Guest{Stage::umbrool, 96}, Guest{Stage::gloamer, 80}, Guest{Stage::wispul, 64}}) {
+        line.children.push_back(
+            {.content =
+                 Picture{.image = portrait(resources, stage, false), .size = size, .round = true},
+             .spoken = displayName(stage)});
+    }
+    line.children.push_back({.content = Spacer{}});
+    return line;
+}
+
+Views welcomePage(const Resources& resources) {
     static constexpr std::array points{
         Point{"circle.circle", "The Homeball in your menu bar",
               "Click it for your party: send a Quibbit out, call it back, see how it's doing, "
@@ -47,7 +66,7 @@ Views welcomePage() {
               "What only one Quibbit does (Sparrel's Thunderbolt, Umbrool's pranks…) is explained "
               "on its own page in Settings."},
     };
-    Views page{text("Welcome to Quibbits", TextStyle::title),
+    Views page{company(resources), text("Welcome to Quibbits", TextStyle::title),
                text("Quibbit that live on your desktop: they roam, play, nap, get hungry, grow "
                     "and evolve, and help tidy your files.")};
     for (const Point& each : points) page.push_back(point(each.icon, each.title, each.text));
@@ -189,7 +208,7 @@ Views partyPage(const Computer& computer) {
 }
 
 Views pageFor(const Computer& computer, const Installed& installed, WelcomeStep step) {
-    if (step == WelcomeStep::welcome) return welcomePage();
+    if (step == WelcomeStep::welcome) return welcomePage(computer.resources);
     if (step == WelcomeStep::party) return partyPage(computer);
     return groupPage(computer, installed, step);
 }
