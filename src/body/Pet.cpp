@@ -81,7 +81,7 @@ void Pet::after(Seconds delay, std::function<void()> block) {
 
 void Pet::interrupt() {
     ++token_;
-    if (onInterrupt) onInterrupt();
+    begun_.endAll();
     const Point seen = position();
     const Transaction still(engine_, Transaction::withoutActions());
     node_->removeAllAnimations();

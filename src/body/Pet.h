@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "body/Begun.h"
 #include "body/Ground.h"
 #include "body/Sheets.h"
 #include "body/Steps.h"
@@ -66,7 +67,6 @@ public:
     std::function<void(Point)> onItemNear;  // an item is being dragged nearby
     std::function<void(const std::vector<std::string>& paths)> onZap;  // files were dropped on it
     std::function<std::optional<Menu>()> onMenu;
-    std::function<void()> onInterrupt;
     std::function<void()> onGroundChanged;  // the stage has handed out new ground
     /// A motion has ended. False when somebody has taken the body over, so that what was to follow
     /// does not.
@@ -98,8 +98,12 @@ public:
     void hold(const Anim& anim, std::size_t frame);
     /// Runs the block after a delay, unless the body is interrupted first.
     void after(Seconds delay, std::function<void()> block);
-    /// Cancels everything that is pending or moving. The body stays where it was seen.
+    /// Cancels everything that is pending or moving and undoes all that was begun. The body stays
+    /// where it was seen.
     void interrupt();
+    /// Keeps what a routine has begun: it is undone at the next interruption, unless the holder of
+    /// the handle has ended it before.
+    [[nodiscard]] Begun begin(std::function<void()> undo) { return begun_.add(std::move(undo)); }
     /// Changes with every interruption.
     int token() const { return token_; }
     /// A spot so many art pixels in front of the foot point, or behind it where the screen ends.
@@ -245,6 +249,7 @@ private:
     Speech speech_;  // without bounds while nothing is shown
 
     int token_ = 0;
+    Beginnings begun_;
     int swings_ = 0;
     std::optional<Point> lastDrag_;
     Vector lastSwing_;

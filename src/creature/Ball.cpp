@@ -47,7 +47,6 @@ void Companion::toggleBall(Point from) {
     demoRunning = false;
     dozing = false;
     pet_.interactive = false;
-    stopChargeSparks();
     if (isOut)
         goIn();
     else

@@ -275,10 +275,8 @@ protected:
     virtual void petted() {}
     /// Deals with an item that is no berry; true when it knew what to do with it.
     virtual bool use(Item item);
-    /// The body was interrupted: cleans up what a routine of the species' own has left.
-    virtual void interrupted() {}
-    /// Undoes what a routine of the species' own has done to the body and the desktop.
-    virtual void endTricks() {}
+    /// Gives back what a routine of the species' own has taken from the user.
+    virtual void giveBack() {}
     /// Takes its stand for an attack; in the air or on the ground.
     virtual void takeStand(Done then) { comeDown(std::move(then)); }
     /// Destroys one file: calls `launch` when nothing can hold it up any more and `destroy` when it
@@ -372,7 +370,7 @@ protected:
     enum class Air { free, any };  // whether windows are in the way of a flight
     virtual void levitate(Air air, Done done);
     virtual void startChargeSparks(double rate);
-    void stopChargeSparks();
+    void bob();
     Step move(const std::string& name);
     void play(Done done);
     void dance(Done done);
@@ -406,7 +404,8 @@ protected:
     void notify(const Notice& notice);
 
     Pet pet_;
-    LayerRef chargeSparks_;
+    Begun chargeSparks_;
+    Begun bobbing_;
     LayerRef light_;  // the white shape of an evolving body
 
 private:
@@ -510,8 +509,6 @@ private:
     void taste(Item item);
     void lickUp(Item item, const Anim& licking, const Nibble& tongue, Done done);
     void biteOff(Layer& food, int bite, double ahead, const Image& picture);
-    /// Holds the food that is being eaten and what falls off it, and takes the last one away.
-    void keepFood(LayerRef food, LayerRef crumbs = {});
 
     // Demos.
     void runDemo(const std::string& word);
@@ -561,7 +558,7 @@ private:
         bool launched = false;       // something flies at it
     };
     std::vector<Doomed> doomed_;
-    bool attacking_ = false;  // from the first file to the end of the boast
+    Begun attack_;  // from the first file to the end of the boast
 
     enum class Recall { none, called, drawnIn };
     Recall recall_ = Recall::none;
@@ -587,8 +584,7 @@ private:
     Instant lastGlance_ = never;
     Point lastCursor_;
     Instant lastCursorAt_ = never;
-    LayerRef food_;
-    LayerRef crumbs_;
+    Begun meal_;  // the food in its paws and what falls off it
     bool hungerNotified_ = false;
     std::vector<Subscription> subscriptions_;
 };

@@ -124,11 +124,10 @@ void Companion::startle() {
 void Companion::cursorNearby(Point point) {
     const bool pettable = isOn(Setting::greetings) && isFree() && !isFainted &&
                           !pet_.isAirborne() && !demoRunning && now() >= eatingUntil_ &&
-                          now() - lastCuddle_ > pettingPause && !attacking_;
+                          now() - lastCuddle_ > pettingPause && !attack_;
     if (!pettable) return;
     lastCuddle_ = now();
     pet_.interrupt();
-    stopChargeSparks();
 
     const bool shy = nature.isShy() && friendship < shyPetted && random().coin();
     const Seconds missed = since(lastPetted_);

@@ -26,7 +26,7 @@ void Companion::trashAtOnce(const std::vector<std::string>& paths) {
 }
 
 void Companion::attack(const std::vector<std::string>& paths, const FilePoints& points) {
-    const bool begins = !attacking_;
+    const bool begins = !attack_;
     if (begins) breakOff();
     for (const std::string& path : paths) {
         if (std::ranges::find(doomed_, path, &Doomed::path) != doomed_.end()) continue;
@@ -36,7 +36,7 @@ void Companion::attack(const std::vector<std::string>& paths, const FilePoints& 
              .place = told == points.end() ? std::nullopt : std::optional(told->second)});
     }
     if (!begins) return;
-    attacking_ = true;
+    attack_ = pet_.begin([this] { trashTheRest(); });
     takeStand([this] { strikeNext(); });
 }
 
@@ -50,7 +50,7 @@ void Companion::strikeNext() {
     boast([this] {
         const bool more = std::ranges::find(doomed_, false, &Doomed::launched) != doomed_.end();
         if (more) return strikeNext();
-        attacking_ = false;
+        attack_.end();
         think();
     });
 }
@@ -69,7 +69,6 @@ void Companion::destroy(const std::string& path) {
 }
 
 void Companion::trashTheRest() {
-    attacking_ = false;
     std::vector<std::string> rest;
     std::erase_if(doomed_, [&](const Doomed& file) {
         if (!file.launched) rest.push_back(file.path);

@@ -30,7 +30,7 @@ bool Companion::dislikes(Item item) const {
 }
 
 void Companion::itemNear(Point point) {
-    if (!isFree() || isFainted || attacking_) return;
+    if (!isFree() || isFainted || attack_) return;
     if (now() < eatingUntil_ || pet_.isAirborne()) return;
     watchingUntil_ = now() + 2;
     if (sitsQuietly()) return pet_.faceTowards(point);
@@ -97,10 +97,13 @@ void Companion::eat(Item item, Done done) {
     if (!a().canEat) {
         crumbs = pet_.munch(*food, {.crumbs = picture, .duration = meal, .chew = bite});
     }
-    keepFood(food, crumbs);
+    meal_ = pet_.begin([this, food, crumbs] {
+        food->removeFromSuperlayer();
+        if (crumbs) pet_.stopEmitting(crumbs);
+    });
     eatingUntil_ = now() + meal + afterMeal;
     run({waiting(meal), doing([this, item] {
-             keepFood(nullptr);
+             meal_.end();
              taste(item);
          }),
          sitting(between(4, 7))},
@@ -143,7 +146,7 @@ void Companion::lickUp(Item item, const Anim& licking, const Nibble& tongue, Don
                .timing = {.duration = 0.4, .repeatCount = forever, .autoreverses = true},
                .additive = true},
               "bob");
-    keepFood(food);
+    meal_ = pet_.begin([food] { food->removeFromSuperlayer(); });
     eatingUntil_ = now() + once * licks + afterMeal;
     pet_.play(licking, licks);
     for (int n = 1; n <= licks; ++n) {
@@ -152,7 +155,7 @@ void Companion::lickUp(Item item, const Anim& licking, const Nibble& tongue, Don
     }
     const auto front = a().row(computer().resources, "Lick", 0);
     run({waiting(once * licks), doing([this, item] {
-             keepFood(nullptr);
+             meal_.end();
              taste(item);
          }),
          playing(front ? *front : licking), sitting(between(4, 7))},
@@ -186,13 +189,6 @@ void Companion::biteOff(Layer& food, int bite, double ahead, const Image& pictur
                                        .inFront = true});
     const Transaction still(crumbs->engine(), Transaction::withoutActions());
     crumbs->setPosition(at);
-}
-
-void Companion::keepFood(LayerRef food, LayerRef crumbs) {
-    if (food_) food_->removeFromSuperlayer();
-    if (crumbs_) pet_.stopEmitting(crumbs_);
-    food_ = std::move(food);
-    crumbs_ = std::move(crumbs);
 }
 
 void Companion::askForBerry(std::optional<Point> target, Done done) {

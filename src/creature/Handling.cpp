@@ -27,7 +27,6 @@ void Companion::forgetOldDrops() {
 void Companion::pickedUp() {
     held = true;
     pet_.interrupt();
-    stopChargeSparks();
     pet_.play(a().hurt);
     pet_.forgetSwings();
     forgetOldDrops();

@@ -95,18 +95,14 @@ void Companion::victoryLap(Done done) {
 }
 
 void Companion::startChargeSparks(double rate) {
-    stopChargeSparks();
-    chargeSparks_ = pet_.sparks(rate);
-}
-
-void Companion::stopChargeSparks() {
-    if (auto sparks = std::exchange(chargeSparks_, nullptr)) pet_.stopEmitting(sparks);
+    chargeSparks_ = pet_.begin([this, sparks = pet_.sparks(rate)] { pet_.stopEmitting(sparks); });
 }
 
 void Companion::chargeUp(Done done) {
     startChargeSparks(5);
     pet_.play(a().charge);
-    run({waiting(1.0), doing([this] { stopChargeSparks(); }), playing(a().shock)}, std::move(done));
+    run({waiting(1.0), doing([this] { chargeSparks_.end(); }), playing(a().shock)},
+        std::move(done));
 }
 
 void Companion::surfLaps(const std::vector<Ground>& spots, Done done) {
@@ -123,6 +119,13 @@ Animation Companion::hoverBob() const {
             .motion = BasicMotion{.from = 0.0, .to = 3 * pet_.scale()},
             .curve = TimingFunction::easeInEaseOut(),
             .timing = {.duration = 0.9, .repeatCount = forever, .autoreverses = true}};
+}
+
+/// A hover's sign of life.
+void Companion::bob() {
+    bobbing_.end();
+    pet_.sprite().add(hoverBob(), "bob");
+    bobbing_ = pet_.begin([this] { pet_.sprite().removeAnimation("bob"); });
 }
 
 void Companion::levitate(Air air, Done done) {
@@ -142,7 +145,7 @@ void Companion::levitate(Air air, Done done) {
     energy -= playEnergy;
     gainEXP(playShare);
     pet_.play(a().walk);
-    pet_.sprite().add(hoverBob(), "bob");
+    bob();
 
     std::vector<Step> steps;
     for (std::size_t i = 0; i < stops.size(); ++i) {
@@ -156,7 +159,7 @@ void Companion::levitate(Air air, Done done) {
         steps.push_back(waiting(between(1.5, 3.5)));
     }
     steps.push_back([this](Done next) { pet_.fall(Pet::Falling::floating, std::move(next)); });
-    steps.push_back(doing([this] { pet_.sprite().removeAnimation("bob"); }));
+    steps.push_back(doing([this] { bobbing_.end(); }));
     steps.push_back(sitting(between(2, 4)));
     run(std::move(steps), std::move(done));
 }

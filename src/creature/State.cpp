@@ -78,12 +78,6 @@ void Companion::joinBody() {
     pet_.onCursor = [this](Point at) { watch(at); };
     pet_.onItem = [this](Item item) { received(item); };
     pet_.onItemNear = [this](Point at) { itemNear(at); };
-    pet_.onInterrupt = [this] {
-        keepFood(nullptr);
-        pet_.sprite().removeAnimation("bob");
-        trashTheRest();
-        interrupted();
-    };
     pet_.onMoved = [this] { return findFeet(); };
     subscriptions_.push_back(computer().workspace.activated.subscribe([this] { glance(); }));
     pet_.onMenu = [this] { return menu(); };

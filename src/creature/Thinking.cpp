@@ -48,11 +48,11 @@ void Companion::think() {
     if (!isFree()) return sleepOn();
     if (focusQuiet) return quietDown();
     greetTheDay();
-    stopChargeSparks();
+    chargeSparks_.end();
     if (!pet_.surfaceIndex(pet_.position())) standUp();  // the ground changed while it was busy
     if (pet_.isAirborne()) {
         pet_.fall(falling(), [this] {
-            pet_.sprite().removeAnimation("bob");
+            bobbing_.end();
             think();
         });
         return save();
@@ -201,9 +201,8 @@ void Companion::stop(Done then) {
 }
 
 void Companion::breakOff() {
-    endTricks();
+    giveBack();
     pet_.interrupt();
-    stopChargeSparks();
 }
 
 void Companion::comeDown(Done then) {

@@ -58,7 +58,7 @@ void Companion::quietDown() {
 
 void Companion::sleepOn() {
     if (!dozing || !isOut || held || ballBusy) return;
-    stopChargeSparks();
+    chargeSparks_.end();
     pet_.play(a().sleep);
 }
 
@@ -117,7 +117,7 @@ void Companion::standUp() {
     const Point here = pet_.position();
     const double x = pet_.walkArea.clamp(here.x);
     const auto below = pet_.surfaceIndex({x, here.y});
-    pet_.sprite().removeAnimation("bob");
+    bobbing_.end();
     pet_.drag({x, below ? pet_.ground[*below].y : pet_.floorY(x)});
 }
 

@@ -198,7 +198,7 @@ void Sparrel::strikeFile(const std::string& path, std::optional<Point> place, Do
     startChargeSparks(10);
     pet_.play(a().charge);
     pet_.after(0.5, [this, path, from, target, strong, next = std::move(next)] {
-        stopChargeSparks();
+        chargeSparks_.end();
         pet_.play(a().shock, 3);
         pet_.after(a().shock.duration * 3, next);
         launch(path);

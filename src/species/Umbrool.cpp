@@ -103,12 +103,6 @@ Anim Umbrool::front(const char* name, const Anim& otherwise) const {
     return seen ? *seen : otherwise;
 }
 
-void Umbrool::interrupted() {
-    clearShades();
-    pet_.node().removeAnimation("zoom");
-    endPhase();
-}
-
 void Umbrool::fill(Mind& mind) {
     mind.ghost = true;
     mind.windowToHaunt = isOn("umbrool.phaseThroughWindows") && pet_.frontWindow().has_value();

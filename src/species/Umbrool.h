@@ -28,7 +28,6 @@ public:
     void go(const Walk& walk, Done done) override;
 
 protected:
-    void interrupted() override;
     void fill(Mind& mind) override;
     void fly(Done done) override;
     void phase(Done done) override;
@@ -37,7 +36,7 @@ protected:
     void clone(Done done) override;
     void shadowGag(Done done) override;
     void prank(Done done) override;
-    void endTricks() override;
+    void giveBack() override;
     /// An orb is thrown from wherever it floats.
     void takeStand(Done then) override { then(); }
     void strikeFile(const std::string& path, std::optional<Point> place, Done next) override;
@@ -82,7 +81,8 @@ private:
     void fade(double to, Seconds over);
     void hide();
     void clipBelowFeet(bool on);
-    void endPhase();
+    void beginHaunting();
+    void showWhole();
 
     // Mischief.
     enum class Laughing { no, yes };
@@ -120,13 +120,15 @@ private:
         bool shrinks = false;
     };
     void vanish(const LayerRef& shade, const Vanishing& how);
-    void clearShades();
+    void beginShades();
 
     static constexpr int gloamerLevel = 25;
 
-    bool phasing_ = false;  // inside a window: neither drawn as usual nor touched by the mouse
     bool glowing_ = false;
     std::vector<LayerRef> shades_;
+    Begun shading_;
+    Begun haunting_;  // inside a window
+    Begun zoomed_;
     LayerRef fakeCursor_;                     // drawn while the real one is hidden
     std::optional<Subscription> mouseWatch_;  // waits for the user to touch the mouse
     std::function<void()> onCursorBack_;      // run once when the pointer comes back

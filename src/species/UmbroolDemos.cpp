@@ -53,11 +53,10 @@ void Umbrool::repeat(Step trick, Seconds pause) {
 }
 
 void Umbrool::booDemo(Done done) {
-    phasing_ = true;
-    pet_.interactive = false;
+    beginHaunting();
     const Point pointer = cursor();
     boo({pointer.x + 120, pointer.y - 60}, [this, done = std::move(done)] {
-        endPhase();
+        haunting_.end();
         done();
     });
 }

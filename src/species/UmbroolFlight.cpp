@@ -42,7 +42,7 @@ void Umbrool::go(const Walk& walk, Done done) {
     glide(walk.to, std::max(slowestGlide, 2 * walk.speed) * nature.walkSpeed(),
           [this, done = std::move(done)] {
               // On the ground it comes to rest; in the air it goes on bobbing.
-              if (!pet_.isAirborne()) pet_.sprite().removeAnimation("bob");
+              if (!pet_.isAirborne()) bobbing_.end();
               done();
           });
 }
@@ -59,7 +59,7 @@ void Umbrool::glide(Point to, double speed, Done done) {
     if (std::abs(to.x - here.x) > turnsBeyond) pet_.face(here.x < to.x);
     const Anim& anim = glideAnim();
     pet_.play(anim, forever, 1.4);
-    pet_.sprite().add(hoverBob(), "bob");
+    bob();
     const Point control{(here.x + to.x) / 2, std::max(here.y, to.y) + arch.clamp(way * archShare)};
     const Seconds flight = std::max(way / speed, shortestGlide);
     if (stage == Stage::umbrool && isOn("umbrool.shadowTricks") && way > trailBeyond) {
@@ -87,9 +87,9 @@ Step Umbrool::gliding(Point to, double speed) {
 Step Umbrool::hovering(Seconds seconds) {
     return [this, seconds](Done next) {
         pet_.play(front("Idle", a().idle));
-        pet_.sprite().add(hoverBob(), "bob");
+        bob();
         pet_.after(seconds, [this, next = std::move(next)] {
-            pet_.sprite().removeAnimation("bob");
+            bobbing_.end();
             next();
         });
     };
@@ -120,7 +120,7 @@ void Umbrool::fly(Done done) {
         pet_.play(glideAnim());
         pet_.fall(Pet::Falling::floating, std::move(next));
     });
-    steps.push_back(doing([this] { pet_.sprite().removeAnimation("bob"); }));
+    steps.push_back(doing([this] { bobbing_.end(); }));
     run(std::move(steps), std::move(done));
 }
 
@@ -183,9 +183,12 @@ void Umbrool::vanish(const LayerRef& shade, const Vanishing& how) {
     });
 }
 
-void Umbrool::clearShades() {
-    for (const LayerRef& layer : shades_) layer->removeFromSuperlayer();
-    shades_.clear();
+/// Dark copies from here on, to the end of the trick.
+void Umbrool::beginShades() {
+    shading_ = pet_.begin([this] {
+        for (const LayerRef& layer : shades_) layer->removeFromSuperlayer();
+        shades_.clear();
+    });
 }
 
 }  // namespace quibbits

@@ -70,9 +70,8 @@ Step Umbrool::appearing(const Rect& window) {
 
 Step Umbrool::sinkIn() {
     return [this](Done next) {
-        phasing_ = true;
-        pet_.interactive = false;
-        pet_.sprite().removeAnimation("bob");  // it moves the sprite that sinks and rises from here
+        beginHaunting();
+        bobbing_.end();  // it moves the sprite, which sinks and rises from here on
         const Anim* sinks = a().anim("Sink");
         if (sinks)
             pet_.play(*sinks, 1);
@@ -123,7 +122,7 @@ void Umbrool::boo(Point at, Done done) {
 void Umbrool::climbOut(Point at, Done done) {
     const double h = comeUp(at, a().idle).height;
     rise(-h, 0, 0.8);
-    run({waiting(0.85), doing([this] { endPhase(); })}, std::move(done));
+    run({waiting(0.85), doing([this] { haunting_.end(); })}, std::move(done));
 }
 
 void Umbrool::rise(double from, double to, Seconds over) {
@@ -160,9 +159,13 @@ void Umbrool::clipBelowFeet(bool on) {
                              : nullptr);
 }
 
-void Umbrool::endPhase() {
-    if (!phasing_) return;
-    phasing_ = false;
+/// From here on it is inside a window: neither drawn as usual nor touched by the mouse.
+void Umbrool::beginHaunting() {
+    pet_.interactive = false;
+    haunting_ = pet_.begin([this] { showWhole(); });
+}
+
+void Umbrool::showWhole() {
     clipBelowFeet(false);
     const Transaction still(pet_.node().engine(), Transaction::withoutActions());
     pet_.sprite().removeAnimation("rise");

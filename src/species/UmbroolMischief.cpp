@@ -62,11 +62,8 @@ void Umbrool::zoom(double to, Seconds over) {
         "zoom");
 }
 
-void Umbrool::endTricks() {
-    endPhase();
+void Umbrool::giveBack() {
     giveCursorBack(Laughing::no);
-    pet_.node().removeAnimation("zoom");
-    clearShades();
 }
 
 // The tongue ------------------------------------------------------------------------------------
@@ -87,6 +84,7 @@ void Umbrool::lick(Done done) {
         feel(Face::joyous, {.caption = "*lick*", .seconds = 2});
         pet_.play(tongue);
         zoom(bigTongue, zooming);
+        zoomed_ = pet_.begin([this] { pet_.node().removeAnimation("zoom"); });
         const auto mouth = [this, tongue] {
             return pet_.position() + Vector{0, tongue.height * 0.2 * pet_.scale() * bigTongue};
         };
@@ -97,7 +95,7 @@ void Umbrool::lick(Done done) {
         pet_.after(3 * tongue.duration, [this, next = std::move(next)] {
             zoom(1, zooming);
             pet_.after(0.4, [this, next] {
-                pet_.node().removeAnimation("zoom");
+                zoomed_.end();
                 next();
             });
         });
@@ -138,11 +136,11 @@ void Umbrool::snatch(Done done) {
 void Umbrool::gloat(Done done) {
     feel(Face::joyous, {.caption = "Hehe! Mine now.", .seconds = 3});
     pet_.play(front("Idle", a().idle));
-    pet_.sprite().add(hoverBob(), "bob");
+    bob();
     const auto finish = [this, once = std::make_shared<bool>(false), token = pet_.token(),
                          done = std::move(done)] {
         if (std::exchange(*once, true) || token != pet_.token()) return;
-        pet_.sprite().removeAnimation("bob");
+        bobbing_.end();
         done();
     };
     onCursorBack_ = finish;
@@ -218,7 +216,7 @@ void Umbrool::clone(Done done) {
     feel(Face::joyous, {.caption = "Which one's the real me?", .seconds = 3});
     energy -= trickEnergy;
     gainEXP(trickShare);
-    clearShades();
+    beginShades();
     for (const Point& spot : spots) {
         shades_.push_back(shade(anim, here, true, 0.8));
         slide(shades_.back(), spot, 0.35);
@@ -244,7 +242,7 @@ void Umbrool::clone(Done done) {
 
 void Umbrool::replaceShadow(const Anim& anim, bool right) {
     const Point at = shades_.empty() ? pet_.position() : shades_.front()->presentation().position;
-    clearShades();
+    beginShades();
     shades_.push_back(shade(anim, at, right, 0.6));
 }
 
@@ -253,7 +251,7 @@ void Umbrool::shadowGag(Done done) {
     const bool leavesRight = here.x < pet_.walkArea.middle();
     const double way = (leavesRight ? shadowWay : -shadowWay) * pet_.scale();
     const Point far{clamped(here.x + way), here.y};
-    clearShades();
+    beginShades();
     pet_.face(!leavesRight);
     pet_.hold(a().idle, 0);
     shades_.push_back(shade(a().walk, here, leavesRight, 0.6));

@@ -85,17 +85,39 @@ TEST_F(PetMotion, WhatWaitsRunsOnTimeUnlessTheBodyIsInterruptedOrGone) {
     EXPECT_EQ(doneAt.size(), 2u);
 }
 
-TEST_F(PetMotion, AnInterruptionLeavesTheBodyWhereItIsSeen) {
-    int interruptions = 0;
+TEST_F(PetMotion, AnInterruptionUndoesWhatWasBegunTheLastFirstAndOnce) {
+    std::vector<std::string> undone;
     const int before = pet->token();
-    pet->onInterrupt = [&] {
-        ++interruptions;
-        EXPECT_NE(pet->token(), before) << "what it starts is not void at once";
+    const auto undoing = [&](const char* name) {
+        return pet->begin([&, name] {
+            undone.push_back(name);
+            EXPECT_NE(pet->token(), before) << "what it starts is not void at once";
+        });
     };
+    Begun first = undoing("first");
+    Begun second = undoing("second");
+    {
+        const Begun third = undoing("third");
+        EXPECT_TRUE(third);
+        pet->interrupt();
+        EXPECT_FALSE(third);
+    }
+    EXPECT_EQ(undone, (std::vector<std::string>{"third", "second", "first"}));
+    first = undoing("again");
+    first = undoing("another");
+    second.end();
+    EXPECT_EQ(undone.size(), 4u) << "what another replaces is undone too";
+    pet->interrupt();
+    EXPECT_EQ(undone.size(), 5u);
+    pet.reset();
+    first.end();
+    EXPECT_EQ(undone.size(), 5u);
+}
+
+TEST_F(PetMotion, AnInterruptionLeavesTheBodyWhereItIsSeen) {
     pet->walk(400, walking, 50, 1, note());
     advance(2);
     pet->interrupt();
-    EXPECT_EQ(interruptions, 1);
     EXPECT_EQ(pet->position(), (Point{300, 0}));
     advance(10);
     EXPECT_EQ(pet->position(), (Point{300, 0}));

@@ -231,9 +231,8 @@ TEST(TheGround, GoingAwayUnderAWalkIsNoticedWhenTheLegEnds) {
         life.advance(30);
         life.creature().stop([] {});
         life.pet().drag({start, start > 300 ? 70.0 : 0});
-        life.creature().go({.to = {900, 70}, .speed = 100}, [&] {
-            life.creature().sit(60, [&] { life.creature().think(); });
-        });
+        life.creature().go({.to = {900, 70}, .speed = 100},
+                           [&] { life.creature().sit(60, [&] { life.creature().think(); }); });
         life.advance(0.5);
         ASSERT_TRUE(life.pet().node().animation("move"));
         life.computer.setDock(std::nullopt);
@@ -274,13 +273,11 @@ TEST(TheGround, ShrinkingWithTheScreenBringsACreatureBackIntoSight) {
 }
 
 TEST(TheGround, ShrinkingUnderAHovererEndsItsBobbing) {
-    LivingCreature life({});
+    LivingCreature life({.store = "umbrool", .stage = "gloamer"});
     life.creature().stop([] {});
-    life.pet().drag({1400, 300});
-    life.pet().sprite().add({.keyPath = KeyPath::positionY,
-                             .motion = BasicMotion{.from = 0.0, .to = 9.0},
-                             .timing = {.duration = 0.9, .repeatCount = forever}},
-                            "bob");
+    life.creature().go({.to = {1400, 300}}, [] {});
+    life.advance(20);
+    ASSERT_TRUE(life.pet().sprite().animation("bob")) << "a ghost that has arrived in the air";
     life.computer.setScreen({1024, 768}, 1);
     life.advance(1);
     EXPECT_FALSE(life.pet().sprite().animation("bob"));
