@@ -409,6 +409,8 @@ protected:
     LayerRef light_;  // the white shape of an evolving body
 
 private:
+    friend class CompanionProbe;  // lets tests begin a routine that chance would seldom choose
+
     // State and saving.
     void restore();
     void joinBody();

@@ -208,8 +208,9 @@ void Umbrool::clone(Done done) {
     std::vector<Point> spots;
     const std::size_t count = random().coin() ? 2 : 3;
     for (std::size_t i = 0; i < count; ++i) {
-        spots.push_back(
-            {clamped(here.x + offsets[i] * cloneWay * px), here.y + px * between(-6, 6)});
+        const double x = clamped(here.x + offsets[i] * cloneWay * px);
+        // It may come to stand there itself, and nobody stands below the floor.
+        spots.push_back({x, std::max(here.y + px * between(-6, 6), pet_.floorY(x))});
     }
     pet_.face(true);
     pet_.play(anim);
