@@ -52,6 +52,40 @@ TEST(ASittingCreature, KeepsSittingWhileItIsWatchingButNotForEver) {
     EXPECT_GT(life.decisions.size(), before);
 }
 
+TEST(ACreatureThatHasGotUp, WalksOnUnderAPointerOverItsHead) {
+    Sitting life;
+    life.creature().stop([] {});
+    Companion& creature = life.creature();
+    creature.sit(1, [&] { creature.go({.to = {900, 0}, .speed = 60}, [] {}); });
+    life.advance(2);
+    const Image walking = std::get<Picture>(life.pet().sprite().model().content).image;
+    ASSERT_EQ(walking, creature.a().walk.image);
+    for (int i = 0; i < 20; ++i) {
+        life.computer.movePointer(life.pet().position() + Vector{0, 200});
+        life.advance(0.1);
+        EXPECT_EQ(std::get<Picture>(life.pet().sprite().model().content).image, walking);
+    }
+}
+
+TEST(APointerThatStays, IsWarmedToAtEachOfItsVisits) {
+    Sitting life({.defaults = {{"chatter", false}}});
+    for (int visits = 0; visits < 3; ++visits) {
+        life.creature().stop([] {});
+        life.creature().sit(25, [] {});
+        // Overhead, so that its going is noticed too.
+        int warm = 0;
+        for (int i = 0; i < 100; ++i) {
+            life.utterances.clear();
+            life.computer.movePointer({480.0 + i % 2, life.head() + 150});
+            life.advance(0.1);
+            warm += life.felt(Face::happy);
+        }
+        EXPECT_EQ(warm, 1) << visits;
+        life.computer.movePointer({480, 800});
+        life.advance(20);
+    }
+}
+
 TEST(APointerThatComes, IsMetWithCuriosityOrFright) {
     struct Row {
         const char* why;

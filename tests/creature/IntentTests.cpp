@@ -8,6 +8,7 @@
 
 #include "support/CompanionProbe.h"
 #include "support/LivingCreature.h"
+#include "support/Watcher.h"
 
 namespace quibbits {
 namespace {
@@ -82,17 +83,16 @@ public:
         computer.movePointer({pet().position().x < 720 ? 1100.0 : 300.0, 500});
         advance(0.1);
         utterances.clear();
-        played.clear();
+        watcher.played.clear();
         bool done = false;
         const Instant began = computer.runLoop.now();
         CompanionProbe::begin(who, row_.intent, [&] { done = true; });
         while (!done && computer.runLoop.now() < began + 400) {
-            remember();
-            advance(0.05);
+            watcher.lookOn(0.05);
         }
         return done ? computer.runLoop.now() - began : 1e9;
     }
-    std::set<std::string> played;
+    Watcher watcher{*this};
     double experience = 0;  // before it did it
 
 private:
@@ -117,12 +117,6 @@ private:
     }
     static Intent other(Intent intent) {
         return intent == Intent::sit ? Intent::rest : Intent::sit;
-    }
-    void remember() {
-        const auto& picture = std::get<Picture>(pet().sprite().model().content);
-        for (const auto& [name, anim] : creature().a().all) {
-            if (anim.image == picture.image) played.insert(name);
-        }
     }
     const Row& row_;
 };
@@ -157,7 +151,7 @@ TEST(EveryIntent, CostsShowsAndPlaysWhatItShouldAndLeavesNothing) {
                     EXPECT_NE(life.utterances.front().seconds, 2.2) << "the same thought again";
                 }
                 for (const std::string& anim : row.plays) {
-                    EXPECT_TRUE(life.played.contains(anim)) << anim;
+                    EXPECT_TRUE(life.watcher.played.contains(anim)) << anim;
                 }
                 // It still says its last word, sparks live out, and wet spots dry up.
                 life.advance(4);

@@ -107,6 +107,25 @@ TEST(SavedState, SurvivesQuittingAndStartingAgain) {
     EXPECT_FALSE(life.computer.defaults.stored("pet.form"));
 }
 
+TEST(SavedState, HoldsWhoHasHatched) {
+    for (const bool shiny : {true, false}) {
+        LivingCreature life({.stage = "egg", .defaults = {{"QuibShiny", shiny}}});
+        life.computer.defaults.remove("pet.nature");
+        tapSlot(life.computer, 0);
+        life.advance(20);
+        const PetStats hatched = life.creature().stats();
+        EXPECT_EQ(hatched.shiny, shiny);
+        for (int starts = 0; starts < 3; ++starts) {
+            life.quit();
+            life.launch();
+            EXPECT_EQ(life.creature().stats().stage, Stage::mizzle);
+            EXPECT_EQ(life.creature().stats().shiny, shiny);
+            EXPECT_EQ(life.creature().stats().gender, hatched.gender);
+            EXPECT_EQ(life.creature().stats().nature, hatched.nature);
+        }
+    }
+}
+
 TEST(SavedState, HoldsWhatWasToldEvenIfTheCreatureSleepsOrStaysInToTheEnd) {
     struct Row {
         const char* what;
