@@ -68,10 +68,13 @@ void AppDelegate::registerNotifications() {
     computer_.notifications.setCategories(
         {{.identifier = "evolve",
           .actions = {{.identifier = "evolve", .title = "Evolve"},
-                      {.identifier = "later", .title = "Not Now"}}},
+                      {.identifier = "later", .title = "Not Now"}},
+          .withoutButtons = "Right-click it to choose."},
          {.identifier = "zap",
           .actions = {{.identifier = "zap", .title = "Delete", .destructive = true},
-                      {.identifier = "keep", .title = "Keep"}}}});
+                      {.identifier = "keep", .title = "Keep"}},
+          .withoutButtons =
+              "Drop what should go on your Quibbit with Alt held, or delete it yourself."}});
     computer_.notifications.onResponse = lifetime_.guard([this](const NotificationResponse& given) {
         computer_.runLoop.post(lifetime_.guard([this, given] { answered(given); }));
     });
@@ -133,6 +136,9 @@ void AppDelegate::joinEffects(const Screen& screen) {
 }
 
 void AppDelegate::answered(const NotificationResponse& response) {
+    const bool isDecided = response.action == "zap" || response.action == "keep" ||
+                           response.action == NotificationResponse::closed;
+    if (downloads_ && isDecided) downloads_->answered(response.paths);
     if (response.action == "zap") return zapOffered(response.paths);
     const bool yes = response.action == "evolve";
     if (!yes && response.action != "later") return;
@@ -148,6 +154,7 @@ void AppDelegate::zapOffered(const std::vector<std::string>& paths) {
     std::ranges::copy_if(paths, std::back_inserter(there), [this](const std::string& path) {
         return downloads_ ? downloads_->isAsOffered(path) : computer_.files.exists(path);
     });
+    if (there.empty()) return;
     Companion* creature = chosenForFiles();
     const auto rest = there.begin() + static_cast<std::ptrdiff_t>(std::min(shown, there.size()));
     if (creature) creature->strike({there.begin(), rest}, {});
@@ -222,6 +229,7 @@ void AppDelegate::open(const std::vector<std::string>& addresses) {
 void AppDelegate::applicationWillTerminate() {
     for (const auto& creature : party_) creature->finishDeleting();
     computer_.pointer.setHidden(false);
+    computer_.notifications.removeOffers();
 }
 
 }  // namespace quibbits

@@ -38,8 +38,8 @@ public:
     /// Builds everything and lets the creatures live. Without a screen nothing but the notification
     /// categories is set up.
     void applicationDidFinishLaunching();
-    /// Creatures save as they go. A hidden pointer must be shown again, and files that are just
-    /// being destroyed go.
+    /// Creatures save as they go. A hidden pointer must be shown again, files that are just being
+    /// destroyed go, and so do questions that nobody will hear the answer of.
     void applicationWillTerminate();
 
     /// Addresses such as quibbits://celebrate, in turn. Every creature hears the word of each; one

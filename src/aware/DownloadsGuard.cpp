@@ -184,11 +184,12 @@ void DownloadsScan::judge(const FolderEntry& entry, Look& look) {
 DownloadsGuard::DownloadsGuard(const World& world)
     : world_(world),
       folder_(standardized(world.files.downloadsFolder())),
-      scan_(std::make_shared<DownloadsScan>(world.files, folder_)) {
+      scan_(std::make_shared<DownloadsScan>(world.files, folder_)),
+      open_(world.defaults) {
     const auto saved = world_.defaults.object(offeredKey);
     if (const auto* paths = saved ? std::get_if<std::vector<std::string>>(&*saved) : nullptr) {
         for (const std::string& path : *paths) {
-            if (wasOffered_.insert(path).second) offered_.push_back(path);
+            if (wasOffered_.insert(path).second) answered_.push_back(path);
         }
     }
     watch_ = world_.files.watch(folder_, [this](const std::string& name) { changed(name); });
@@ -235,6 +236,7 @@ DownloadsScan::Names DownloadsGuard::busyNames() const {
 
 void DownloadsGuard::scan() {
     if (!isOn()) return;
+    offerAgain();
     const Deliver deliver = lifetime_.guard([this](const std::vector<DownloadsFind>& finds) {
         for (const DownloadsFind& find : finds) offer(find);
     });
@@ -247,16 +249,44 @@ void DownloadsGuard::scan() {
 }
 
 void DownloadsGuard::offer(DownloadsFind find) {
-    std::erase_if(find.paths, [this](const std::string& path) {
-        const bool fresh = wasOffered_.insert(path).second;
-        if (fresh) offered_.push_back(path);
-        return !fresh;
-    });
+    std::erase_if(find.paths,
+                  [this](const std::string& path) { return !wasOffered_.insert(path).second; });
     if (!isOn() || find.paths.empty()) return;
+    present({.find = std::move(find)});
+}
+
+/// Offers files, whose prints are of now unless they are told.
+void DownloadsGuard::present(OpenOffers::Offer offer) {
     if (prints_.size() > mostRemembered) prints_.clear();
-    for (const std::string& path : find.paths) prints_[path] = world_.files.fingerprint(path);
-    remember();
-    if (onFind) onFind(find);
+    const bool isNew = offer.prints.empty();
+    for (std::size_t i = 0; i < offer.find.paths.size(); ++i) {
+        const std::string& path = offer.find.paths[i];
+        if (isNew) offer.prints.push_back(world_.files.fingerprint(path));
+        prints_[path] = offer.prints[i];
+    }
+    if (isNew) open_.add(offer);
+    if (onFind) onFind(offer.find);
+}
+
+/// What an earlier run has offered and nobody has answered. Where one of the files is gone or has
+/// changed, the look at the folder judges the others anew.
+void DownloadsGuard::offerAgain() {
+    if (std::exchange(hasOfferedAgain_, true)) return;
+    const auto unanswered = open_.all();
+    for (const auto& offer : unanswered) {
+        const auto& paths = offer.find.paths;
+        bool holds = true;
+        for (std::size_t i = 0; i < paths.size(); ++i) {
+            holds = holds && !wasOffered_.contains(paths[i]) && !offer.prints[i].empty() &&
+                    world_.files.fingerprint(paths[i]) == offer.prints[i];
+        }
+        if (!holds) {
+            open_.close(paths);
+            continue;
+        }
+        wasOffered_.insert(paths.begin(), paths.end());
+        present(offer);
+    }
 }
 
 bool DownloadsGuard::isAsOffered(const std::string& path) const {
@@ -265,11 +295,17 @@ bool DownloadsGuard::isAsOffered(const std::string& path) const {
     return !now.empty() && (offered == prints_.end() || offered->second == now);
 }
 
-void DownloadsGuard::remember() {
-    const auto count = std::min(offered_.size(), mostRemembered);
+void DownloadsGuard::answered(const std::vector<std::string>& paths) {
+    if (paths.empty()) return;
+    open_.close(paths);
+    for (const std::string& path : paths) {
+        wasOffered_.insert(path);
+        if (std::ranges::find(answered_, path) == answered_.end()) answered_.push_back(path);
+    }
+    const auto count = std::min(answered_.size(), mostRemembered);
     world_.defaults.set(
-        offeredKey, std::vector<std::string>(offered_.end() - static_cast<std::ptrdiff_t>(count),
-                                             offered_.end()));
+        offeredKey, std::vector<std::string>(answered_.end() - static_cast<std::ptrdiff_t>(count),
+                                             answered_.end()));
 }
 
 void DownloadsGuard::readImages() {

@@ -1,7 +1,8 @@
 #pragma once
 // Watches the user's Downloads folder and finds files worth deleting: exact duplicates, very large
 // new downloads, installers left lying about, disk images that were just ejected. Touches no file;
-// each is offered once, ever. Starts by itself and works as long as it lives.
+// each is offered until the user has answered, at most once a launch. Starts by itself and works as
+// long as it lives.
 
 #include <functional>
 #include <map>
@@ -12,6 +13,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "aware/OpenOffers.h"
 #include "platform/Files.h"
 #include "platform/Lifetime.h"
 #include "platform/RunLoop.h"
@@ -20,14 +22,6 @@
 #include "platform/WorkQueue.h"
 
 namespace quibbits {
-
-/// Files that may go, and why.
-struct DownloadsFind {
-    std::vector<std::string> paths;
-    std::string title;
-    std::string why;
-    bool operator==(const DownloadsFind&) const = default;
-};
 
 /// One look after another at a folder. Remembers which names it has met: what lay there at the
 /// first look is judged more mildly than what comes later.
@@ -80,6 +74,10 @@ public:
     /// Whether a file is still what was offered: neither changed nor another of its name.
     bool isAsOffered(const std::string& path) const;
 
+    /// The user has answered the offer of these files, or has put it away: they are never offered
+    /// again.
+    void answered(const std::vector<std::string>& paths);
+
 private:
     void changed(const std::string& name);
     void settleSoon();
@@ -87,17 +85,20 @@ private:
     DownloadsScan::Names busyNames() const;
     void scan();
     void offer(DownloadsFind find);
-    void remember();
+    void present(OpenOffers::Offer offer);
+    void offerAgain();
     void readImages();
     void unmounted(const std::string& place);
     bool isOn() const { return world_.defaults.boolean("downloadsGuard"); }
 
     World world_;
     const std::string folder_;
-    std::shared_ptr<DownloadsScan> scan_;        // touched in the background only
-    std::map<std::string, std::string> images_;  // disk images by the path they are mounted at
-    std::vector<std::string> offered_;           // every path ever offered, the latest last
-    std::unordered_set<std::string> wasOffered_;
+    std::shared_ptr<DownloadsScan> scan_;         // touched in the background only
+    std::map<std::string, std::string> images_;   // disk images by the path they are mounted at
+    std::vector<std::string> answered_;           // every path ever decided about, the latest last
+    std::unordered_set<std::string> wasOffered_;  // in this run, or answered in an earlier one
+    OpenOffers open_;
+    bool hasOfferedAgain_ = false;
     std::map<std::string, std::string> prints_;  // of what was offered in this run
     std::map<std::string, Instant> changes_;     // the last one of each name not yet looked at
     Timer settling_;

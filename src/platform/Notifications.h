@@ -15,10 +15,11 @@ struct NotificationAction {
     bool operator==(const NotificationAction&) const = default;
 };
 
-/// A kind of notification and the buttons that it carries.
+/// A kind of notification and the buttons that it carries. Not every desktop shows buttons.
 struct NotificationCategory {
     std::string identifier;
     std::vector<NotificationAction> actions;
+    std::string withoutButtons;  // said after the body where there are none: what to do instead
     bool operator==(const NotificationCategory&) const = default;
 };
 
@@ -35,6 +36,10 @@ struct NotificationRequest {
 
 /// The user's answer to a notification: a button's identifier, or another word for a plain click.
 struct NotificationResponse {
+    /// No button was pressed and none will be: the user has put away a notification that has
+    /// some, or it was shown without.
+    static constexpr const char* closed = "closed";
+
     std::string action;
     std::string pet;
     std::vector<std::string> paths;
@@ -47,6 +52,13 @@ struct NotificationOutcome {
     std::string error;  // in the system's words, unless it was shown
 };
 
+/// The body of a notification where no buttons are shown.
+inline std::string bodyWithoutButtons(const NotificationRequest& request,
+                                      const NotificationCategory& category) {
+    if (category.withoutButtons.empty()) return request.body;
+    return request.body + (request.body.empty() ? "" : " ") + category.withoutButtons;
+}
+
 class Notifications {
 public:
     virtual ~Notifications() = default;
@@ -56,6 +68,8 @@ public:
                       std::function<void(const NotificationOutcome&)> done) = 0;
     /// Takes a shown notification back; an unknown identifier is ignored.
     virtual void removeDelivered(const std::string& identifier) = 0;
+    /// Takes back all that have buttons, since nobody will hear which is pressed.
+    virtual void removeOffers() = 0;
 
     std::function<void(const NotificationResponse&)> onResponse;
 };

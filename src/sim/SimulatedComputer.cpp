@@ -47,13 +47,43 @@ std::vector<WindowInfo> SimulatedWindows::onScreen() const {
 void SimulatedNotifications::send(NotificationRequest request,
                                   std::function<void(const NotificationOutcome&)> done) {
     if (!refusal.empty()) return done({NotificationOutcome::Kind::notAllowed, refusal});
+    const auto* offer = offerOf(request);
+    const bool isMute = offer && !showsButtons;
+    if (isMute) request.body = bodyWithoutButtons(request, *offer);
     if (onSend) onSend(request);
+    known_.insert(request.identifier);
+    const NotificationResponse end{NotificationResponse::closed, request.pet, request.paths};
     delivered.insert_or_assign(request.identifier, std::move(request));
-    done({});
+    if (done) done({});
+    if (isMute && onResponse) onResponse(end);
 }
 
 void SimulatedNotifications::removeDelivered(const std::string& identifier) {
+    if (!known_.erase(identifier)) return;
     delivered.erase(identifier);
+    if (onRemove) onRemove(identifier);
+}
+
+void SimulatedNotifications::removeOffers() {
+    const auto shown = delivered;
+    for (const auto& [identifier, request] : shown) {
+        if (offerOf(request) && showsButtons) removeDelivered(identifier);
+    }
+}
+
+void SimulatedNotifications::answer(const std::string& identifier, const std::string& action) {
+    const auto shown = delivered.find(identifier);
+    if (shown == delivered.end() || !known_.contains(identifier) || !onResponse) return;
+    const auto request = shown->second;
+    onResponse({action, request.pet, request.paths});
+}
+
+/// The category of a request that has buttons.
+const NotificationCategory* SimulatedNotifications::offerOf(
+    const NotificationRequest& request) const {
+    const auto found = std::ranges::find(
+        categories, request.category, [](const NotificationCategory& c) { return c.identifier; });
+    return found == categories.end() || found->actions.empty() ? nullptr : &*found;
 }
 
 std::optional<bool> SimulatedSession::has(SessionService service) const {

@@ -119,10 +119,24 @@ public:
     void send(NotificationRequest request,
               std::function<void(const NotificationOutcome&)> done) override;
     void removeDelivered(const std::string& identifier) override;
+    void removeOffers() override;
+    /// The user presses a button of a notification, or puts it away. A press that the program at
+    /// hand knows nothing of, since another one asked, is heard by nobody.
+    void answer(const std::string& identifier, const std::string& action);
+    /// The program has ended, and with it what it knew of the notifications that are still shown.
+    void programEnded() { known_.clear(); }
+
     std::vector<NotificationCategory> categories;
-    std::map<std::string, NotificationRequest> delivered;
+    std::map<std::string, NotificationRequest> delivered;  // with the bodies that are shown
+    bool showsButtons = true;
     std::string refusal;  // not empty: every request fails with this text
     std::function<void(const NotificationRequest&)> onSend;
+    std::function<void(const std::string& identifier)> onRemove;
+
+private:
+    const NotificationCategory* offerOf(const NotificationRequest& request) const;
+
+    std::set<std::string> known_;  // by the program that runs
 };
 
 /// An icon in the upper right corner of the screen, unless a script puts it elsewhere.

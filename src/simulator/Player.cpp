@@ -137,6 +137,7 @@ void Player::quit() {
     if (!app_) return;
     app_->applicationWillTerminate();
     app_.reset();
+    computer_->notifications.programEnded();
     if (trace_) trace_->write("quit");
 }
 
@@ -214,11 +215,7 @@ bool Player::applyToUser(const ScenarioEvent& event) {
         const bool taken = c.dropOnStage(std::move(drag));
         if (trace_) trace_->write("drop", {{"taken", taken}});
     } else if (event.kind == "answer") {
-        const auto request = c.notifications.delivered.find(textOf(fields, "identifier"));
-        if (request != c.notifications.delivered.end() && c.notifications.onResponse) {
-            c.notifications.onResponse(
-                {textOf(fields, "action"), request->second.pet, request->second.paths});
-        }
+        c.notifications.answer(textOf(fields, "identifier"), textOf(fields, "action"));
     } else {
         return false;
     }
@@ -302,6 +299,8 @@ bool Player::applyToMachine(const ScenarioEvent& event) {
         c.setMusic(fields.find("state") ? std::optional(textOf(fields, "state")) : std::nullopt);
     } else if (event.kind == "refuse") {
         c.notifications.refusal = textOf(fields, "reason");
+    } else if (event.kind == "buttons") {
+        c.notifications.showsButtons = flagOf(fields, "shown");
     } else if (event.kind == "file") {
         SimulatedFiles::Details details{
             .size = static_cast<std::uint64_t>(std::max(numberOf(fields, "size"), 0.0)),

@@ -75,6 +75,9 @@ void Trace::followComputer() {
                                {"pet", request.pet},
                                {"paths", std::move(paths)}});
     };
+    computer_.notifications.onRemove = [this](const std::string& identifier) {
+        write("withdrawn", {{"identifier", identifier}});
+    };
     computer_.files.onTrash = [this](const std::string& path, bool moved) {
         write("trash", {{"path", path}, {"moved", moved}});
     };

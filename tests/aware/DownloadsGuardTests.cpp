@@ -79,6 +79,7 @@ TEST_F(DownloadsGuardTest, WhatLayThereIsNotBigAndItsCopiesAreOneQuestion) {
         .title = "3 duplicate downloads",
         .why = "Exact copies of files already in Downloads (1.3 MB). Thunderbolt them all?"};
     EXPECT_THAT(finds, ElementsAre(all));
+    guard->answered(all.paths);
 
     put("b (2)", 700'000, "b");
     launch();  // of four copies one is new; the question still counts all
@@ -87,9 +88,10 @@ TEST_F(DownloadsGuardTest, WhatLayThereIsNotBigAndItsCopiesAreOneQuestion) {
     EXPECT_THAT(finds[0].paths, ElementsAre(in("b (2)")));
     EXPECT_EQ(finds[0].title, "4 duplicate downloads");
     EXPECT_NE(finds[0].why.find("(2 MB)"), std::string::npos) << finds[0].why;
+    guard->answered(finds[0].paths);
     launch();
     advance(10);
-    EXPECT_THAT(finds, IsEmpty()) << "asked once, ever";
+    EXPECT_THAT(finds, IsEmpty()) << "answered once, for ever";
 }
 
 TEST_F(DownloadsGuardTest, ASingleOldCopyIsADuplicateDownload) {
@@ -252,11 +254,48 @@ TEST_F(DownloadsGuardTest, OnlyWhatLooksLikeACopyIsCompared) {
     EXPECT_EQ(computer.files.comparisons, 1) << "known files are not read again";
 }
 
-TEST_F(DownloadsGuardTest, TheLastThousandOffersAreRemembered) {
+TEST_F(DownloadsGuardTest, OfferedAgainWithTheirReasonsAreTheFilesThatNobodyDecidedAbout) {
+    put("a.txt", 5, "a");
+    put("a 2.txt", 5, "a");
+    put("a 3.txt", 5, "a");
+    seed();
+    put("film.mkv", big);
+    put("gone.mkv", big);
+    advance(2);
+    ASSERT_EQ(finds.size(), 2u);
+    const DownloadsFind film = finds[0];
+    computer.files.files.erase(in("gone.mkv"));
+    computer.files.files.erase(in("a 2.txt"));
+    launch();
+    advance(9.9);
+    EXPECT_THAT(finds, IsEmpty());
+    advance(1);
+    const DownloadsFind left{
+        .paths = {in("a 3.txt")},
+        .title = "Duplicate download",
+        .why = "Exact copies of files already in Downloads (5 bytes). Thunderbolt them all?"};
+    EXPECT_THAT(finds, ElementsAre(film, left)) << "of the two copies one is left";
+
+    computer.defaults.set("downloadsGuard", false);
+    launch();
+    advance(20);
+    EXPECT_THAT(finds, IsEmpty());
+    computer.defaults.set("downloadsGuard", true);
+    computer.defaults.set("downloads.open",
+                          std::vector<std::string>{"t", "w", "9", in("a 3.txt")});  // broken
+    launch();
+    advance(20);
+    EXPECT_THAT(finds, ElementsAre(left));
+}
+
+TEST_F(DownloadsGuardTest, TheLastThousandAnswersAreRemembered) {
     seed();
     for (int i = 0; i < 1005; ++i) put("film" + std::to_string(10'000 + i) + ".mkv", big);
     advance(2);
     EXPECT_EQ(finds.size(), 1005u);
+    EXPECT_FALSE(computer.defaults.stored("downloads.offered")) << "nobody has answered";
+    for (const auto& find : finds) guard->answered(find.paths);
+    EXPECT_FALSE(computer.defaults.stored("downloads.open"));
     const auto saved =
         std::get<std::vector<std::string>>(*computer.defaults.stored("downloads.offered"));
     EXPECT_EQ(saved.size(), 1000u);

@@ -65,8 +65,9 @@ protected:
     void startNotifications() {
         bus.emplace(loop, place());
         notifications.emplace(loop, *bus);
-        notifications->setCategories(
-            {{"offer", {{"keep", "Keep it"}, {"trash", "Throw it away", true}}}});
+        notifications->setCategories({{"offer",
+                                       {{"keep", "Keep it"}, {"trash", "Throw it away", true}},
+                                       "Do it <yourself>."}});
         notifications->onResponse = [this](const auto& response) { responses.push_back(response); };
     }
     /// Sends and waits for the outcome.
@@ -132,6 +133,52 @@ TEST_F(NotificationTest, AnOfferShowsItsButtonsAndTheAnswerBringsItsFiles) {
     EXPECT_EQ(responses.size(), 2U) << "it was closed";
 }
 
+TEST_F(NotificationTest, AnOfferWithoutButtonsSaysWhatToDoAndHasItsEndAtOnce) {
+    daemon.start();
+    startService({"body", "body-markup"});
+    startNotifications();
+    send({.identifier = "a", .body = "A & B?", .category = "offer", .paths = {"/a"}});
+    send({.identifier = "b", .category = "offer"});
+    send({.identifier = "c", .body = "News"});
+    ASSERT_EQ(notes.size(), 3U);
+    EXPECT_EQ(notes[0].body, "A &amp; B? Do it &lt;yourself&gt;.");
+    EXPECT_EQ(notes[1].body, "Do it &lt;yourself&gt;.");
+    EXPECT_EQ(notes[2].body, "News");
+    ASSERT_EQ(responses.size(), 2U) << "for the two that are offers";
+    EXPECT_EQ(responses[0].action, NotificationResponse::closed);
+    EXPECT_THAT(responses[0].paths, ElementsAre("/a"));
+    notifications->removeOffers();
+    settle(*bus);
+    EXPECT_THAT(closed, IsEmpty()) << "there is nothing to press";
+}
+
+TEST_F(NotificationTest, WhoPutsAnOfferAwayHasAnsweredItAndAtTheEndOpenOnesAreTakenBack) {
+    daemon.start();
+    startService({"actions"});
+    startNotifications();
+    const auto end = [&](std::uint32_t id, std::uint32_t reason) {
+        daemonService->emit(servicePath, service, "NotificationClosed",
+                            [=](sd_bus_message* m) { sd_bus_message_append(m, "uu", id, reason); });
+        settle(*bus);
+    };
+    for (const char* name : {"away", "late", "answered", "open"}) {
+        send({.identifier = name, .category = "offer", .paths = {name}});
+    }
+    send({.identifier = "news"});
+    end(41, 2);
+    ASSERT_EQ(responses.size(), 1U);
+    EXPECT_EQ(responses[0].action, NotificationResponse::closed);
+    EXPECT_THAT(responses[0].paths, ElementsAre("away"));
+    end(42, 1);  // its time was over
+    invoke(43, "keep");
+    end(43, 2);  // as services do after a press
+    EXPECT_EQ(responses.size(), 2U);
+    notifications->removeOffers();
+    EXPECT_TRUE(eventually([&] { return !closed.empty(); }));
+    settle(*bus);
+    EXPECT_THAT(closed, ElementsAre(44U)) << "news has no buttons and stays";
+}
+
 TEST_F(NotificationTest, TheSameIdentifierReplacesAndATakenBackOneIsClosed) {
     daemon.start();
     startService({"body"});
@@ -186,6 +233,7 @@ TEST_F(NotificationTest, AServiceThatRestartsIsAskedAnewAndItsNumbersStartAnew) 
     startService({});
     startNotifications();
     send({.identifier = "a", .category = "offer"});
+    responses.clear();
     startService({"actions"}, 7);
     settle(*bus);
     EXPECT_EQ(send({.identifier = "a", .category = "offer", .pet = "two"}).kind, Kind::shown);

@@ -77,7 +77,8 @@ BusNotifications::BusNotifications(EventRunLoop& loop, Bus& session) : loop_(loo
 void BusNotifications::setCategories(std::vector<NotificationCategory> categories) {
     categories_.clear();
     for (auto& category : categories) {
-        categories_[category.identifier] = std::move(category.actions);
+        const std::string identifier = category.identifier;
+        categories_[identifier] = std::move(category);
     }
 }
 
@@ -135,11 +136,17 @@ std::vector<NotificationAction> BusNotifications::actionsOf(
     const NotificationRequest& request) const {
     if (!abilities_ || !abilities_->actions) return {};
     std::vector<NotificationAction> actions{{.identifier = plainClick}};
-    const auto category = categories_.find(request.category);
-    if (category != categories_.end()) {
-        actions.insert(actions.end(), category->second.begin(), category->second.end());
+    if (hasButtons(request)) {
+        const auto& buttons = categories_.at(request.category).actions;
+        actions.insert(actions.end(), buttons.begin(), buttons.end());
     }
     return actions;
+}
+
+/// Or would have, where the service shows them.
+bool BusNotifications::hasButtons(const NotificationRequest& request) const {
+    const auto category = categories_.find(request.category);
+    return category != categories_.end() && !category->second.actions.empty();
 }
 
 int BusNotifications::fill(sd_bus_message* call) const {
@@ -147,7 +154,9 @@ int BusNotifications::fill(sd_bus_message* call) const {
     const auto old = shown_.find(request.identifier);
     const std::uint32_t replaced = old == shown_.end() ? 0 : old->second.id;
     const std::string title = busText(request.title);
-    std::string body = busText(request.body);
+    const bool isMute = hasButtons(request) && !(abilities_ && abilities_->actions);
+    std::string body = busText(
+        isMute ? bodyWithoutButtons(request, categories_.at(request.category)) : request.body);
     if (abilities_ && abilities_->markup) body = withoutMarkup(body);
 
     int result =
@@ -173,6 +182,7 @@ int BusNotifications::fill(sd_bus_message* call) const {
 void BusNotifications::shown(sd_bus_message* reply) {
     const auto id = readNumber(reply);
     const auto& [request, done, isWithdrawn] = waiting_.front();
+    std::optional<NotificationResponse> end;
     if (!id || *id == 0) {
         return finish(
             {NotificationOutcome::Kind::failed, "the notification service gave no answer"});
@@ -184,9 +194,13 @@ void BusNotifications::shown(sd_bus_message* reply) {
         if (shown_.size() >= mostShown) shown_.clear();  // a service that never tells of an end
         Shown entry{.id = *id, .pet = request.pet, .paths = request.paths};
         for (const auto& action : actionsOf(request)) entry.actions.push_back(action.identifier);
+        if (hasButtons(request) && !entry.hasButtons()) {
+            end = {NotificationResponse::closed, request.pet, request.paths};
+        }
         shown_[request.identifier] = std::move(entry);
     }
     finish({});
+    if (end) respond(*end);
 }
 
 void BusNotifications::finish(const NotificationOutcome& outcome) {
@@ -205,6 +219,15 @@ void BusNotifications::removeDelivered(const std::string& identifier) {
     if (found == shown_.end()) return;
     close(found->second.id);
     shown_.erase(found);
+}
+
+void BusNotifications::removeOffers() {
+    for (auto& waiting : waiting_) waiting.isWithdrawn |= hasButtons(waiting.request);
+    std::erase_if(shown_, [this](const auto& entry) {
+        if (!entry.second.hasButtons()) return false;
+        close(entry.second.id);
+        return true;
+    });
 }
 
 void BusNotifications::close(std::uint32_t id) {
@@ -227,16 +250,26 @@ void BusNotifications::heardAction(sd_bus_message* signal) {
     const auto found = find(readNumber(signal));
     const auto action = readText(signal);
     if (found == shown_.end() || !action) return;
-    const Shown& entry = found->second;
+    Shown& entry = found->second;
     if (std::ranges::find(entry.actions, *action) == entry.actions.end()) return;
-    const NotificationResponse response{.action = *action, .pet = entry.pet, .paths = entry.paths};
-    const auto listener = onResponse;
-    if (listener) listener(response);
+    entry.isAnswered |= *action != plainClick;
+    respond({.action = *action, .pet = entry.pet, .paths = entry.paths});
 }
 
 void BusNotifications::heardEnd(sd_bus_message* signal) {
+    constexpr std::uint32_t byTheUser = 2;
     const auto found = find(readNumber(signal));
-    if (found != shown_.end()) shown_.erase(found);
+    const auto reason = readNumber(signal);
+    if (found == shown_.end()) return;
+    const Shown entry = std::move(found->second);
+    shown_.erase(found);
+    if (reason != byTheUser || !entry.hasButtons() || entry.isAnswered) return;
+    respond({NotificationResponse::closed, entry.pet, entry.paths});
+}
+
+void BusNotifications::respond(const NotificationResponse& response) const {
+    const auto listener = onResponse;
+    if (listener) listener(response);
 }
 
 }  // namespace quibbits::session

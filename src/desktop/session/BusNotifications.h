@@ -23,6 +23,7 @@ public:
     void send(NotificationRequest request,
               std::function<void(const NotificationOutcome&)> done) override;
     void removeDelivered(const std::string& identifier) override;
+    void removeOffers() override;
 
 private:
     using Done = std::function<void(const NotificationOutcome&)>;
@@ -36,6 +37,8 @@ private:
         std::string pet;
         std::vector<std::string> paths;
         std::vector<std::string> actions;
+        bool isAnswered = false;
+        bool hasButtons() const { return actions.size() > 1; }  // beside the plain click
     };
     /// What the service at hand can do.
     struct Abilities {
@@ -52,13 +55,15 @@ private:
     void forgetService();
     void heardAction(sd_bus_message* signal);
     void heardEnd(sd_bus_message* signal);
+    void respond(const NotificationResponse& response) const;
+    bool hasButtons(const NotificationRequest& request) const;
     std::vector<NotificationAction> actionsOf(const NotificationRequest& request) const;
     std::map<std::string, Shown>::iterator find(std::optional<std::uint32_t> id);
     void close(std::uint32_t id);
 
     EventRunLoop& loop_;
     Bus& bus_;
-    std::map<std::string, std::vector<NotificationAction>> categories_;
+    std::map<std::string, NotificationCategory> categories_;
     std::deque<Waiting> waiting_;  // the first is under way
     bool isBusy_ = false;
     std::optional<Abilities> abilities_;
