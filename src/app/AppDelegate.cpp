@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "app/Address.h"
 #include "settings/model/Setting.h"
 #include "species/Sparrel.h"
 #include "species/Umbrool.h"
@@ -215,14 +216,10 @@ void AppDelegate::makeGuard() {
 }
 
 void AppDelegate::open(const std::vector<std::string>& addresses) {
-    for (std::string_view rest : addresses) {
-        if (!rest.starts_with(ownScheme)) continue;
-        rest.remove_prefix(ownScheme.size());
-        // What stands where a web address has its host.
-        std::string word;
-        if (rest.starts_with("//")) word = rest.substr(2, rest.find_first_of("/?#", 2) - 2);
-        if (word.empty()) word = "hello";
-        for (const auto& creature : party_) creature->hook(word);
+    for (const std::string& address : addresses) {
+        const auto word = wordOf(address);
+        if (!word) continue;
+        for (const auto& creature : party_) creature->hook(word->empty() ? "hello" : *word);
     }
 }
 

@@ -27,9 +27,6 @@ namespace quibbits {
 
 class AppDelegate {
 public:
-    /// What addresses for this program begin with.
-    static constexpr std::string_view ownScheme = "quibbits:";
-
     AppDelegate(const Computer& computer, Panels& panels, views::ViewWindows& windows);
     ~AppDelegate();
     AppDelegate(const AppDelegate&) = delete;

@@ -1,5 +1,6 @@
 // How the settings and the keyboard reach the creatures, and what the first run begins with.
 
+#include "app/Address.h"
 #include "app/AppDelegate.h"
 
 namespace quibbits {

@@ -108,7 +108,7 @@ std::optional<bool> tell(const std::filesystem::path& place, const std::string& 
 
 bool isWord(std::string_view text) {
     return !text.empty() && text.size() <= longestWord &&
-           std::ranges::all_of(text, [](char c) { return c > ' ' && c <= '~'; });
+           std::ranges::none_of(text, [](unsigned char c) { return c < ' ' || c == 0x7f; });
 }
 
 }  // namespace

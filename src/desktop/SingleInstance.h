@@ -28,7 +28,7 @@ public:
     /// that nobody else can write to.
     static std::filesystem::path usualFolder();
     /// Becomes the first of the display, or hands the word to the one that is. A word is up to 200
-    /// letters, digits and signs of one line. Waits at most a few seconds for an answer.
+    /// bytes of one line. Waits at most a few seconds for an answer.
     static Claim claim(const std::filesystem::path& folder, const std::string& display,
                        const std::string& word);
     ~SingleInstance();

@@ -327,6 +327,28 @@ TEST_F(CompanionTest, ASecondStartHandsOverAndAnotherDisplayHasACompanionOfItsOw
     EXPECT_FALSE(program->ending());
 }
 
+TEST_F(CompanionTest, AddressesOfALaterStartAreHeardInTurnWhateverTheirLetters) {
+    prepare();
+    start(R"({"onboarded": true, "pet.stage": "sparrel", "focus.on": false})");
+    ASSERT_TRUE(appears());
+    const auto isFocused = [&] {
+        const auto saved = Json::parse(contents(defaultsFile()));
+        const auto* focus = saved.value ? saved.value->find("focus.on") : nullptr;
+        return focus && *focus == Json(true);
+    };
+    const auto say = [&](const std::string& words) {
+        const std::string command = "DISPLAY=" + desktop->display() + " XDG_RUNTIME_DIR='" +
+                                    (folder / "run").native() +
+                                    "' '" QUIBBITS_BIN_DIR "/quibbits' " + words;
+        return WEXITSTATUS(std::system(command.c_str()));
+    };
+    EXPECT_EQ(say("quibbits://unfocus 'quibbits://grüße an alle' quibbits://focus"), 0);
+    EXPECT_TRUE(eventually(isFocused));
+    EXPECT_EQ(say("quibbits://focus quibbits://me@unfocus:80/now"), 0);
+    EXPECT_TRUE(eventually([&] { return !isFocused(); }));
+    EXPECT_EQ(say("quibbits://focus nonsense 2>/dev/null"), 2);
+}
+
 /// Killed at any moment of a hundred starts, while it thinks and saves.
 TEST_F(CompanionTest, AKillAtAnyMomentLeavesWhatWasSaved) {
     prepare();

@@ -64,7 +64,8 @@ TEST_F(SingleInstanceTest, TheSecondHandsItsWordToTheFirst) {
     beFirst();
     EXPECT_EQ(startAgain("open"), Outcome::handedOver);
     EXPECT_EQ(startAgain("quibbits://celebrate", ":7.0"), Outcome::handedOver);
-    EXPECT_THAT(words, ElementsAre("open", "quibbits://celebrate"));
+    EXPECT_EQ(startAgain("quibbits://grüße an alle"), Outcome::handedOver);
+    EXPECT_THAT(words, ElementsAre("open", "quibbits://celebrate", "quibbits://grüße an alle"));
     EXPECT_EQ(startAgain("open", ":8"), Outcome::first) << "another display";
     struct stat status {};
     ASSERT_EQ(stat(socketPlace().c_str(), &status), 0);
@@ -94,7 +95,7 @@ TEST_F(SingleInstanceTest, BadVisitorsHarmNothing) {
     beFirst();
     std::vector<FileDescriptor> visitors;
     for (const std::string& text :
-         {std::string("\n"), std::string("two words\n"), std::string("\x01\x02\xff\n"),
+         {std::string("\n"), std::string("tab\t\n"), std::string("\x01\x02\xff\n"),
           std::string(5000, 'x'), std::string("no end"), std::string(300, 'y') + "\nopen\n"}) {
         visitors.push_back(connect());
         say(visitors.back(), text);

@@ -1,17 +1,17 @@
 // quibbits: the resident companion. A second start on the same display opens the first one's
 // settings, and its dial where there is no tray to click; "quibbits dial" opens the dial, for a key
-// of the desktop or a launcher; an address such as quibbits://celebrate is handed on.
+// of the desktop or a launcher; addresses such as quibbits://celebrate are handed on.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
 #include <random>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "app/Address.h"
 #include "app/AppDelegate.h"
 #include "desktop/LinuxComputer.h"
 #include "desktop/SingleInstance.h"
@@ -36,19 +36,19 @@ std::vector<std::filesystem::path> sheetFolders() {
     return {program.parent_path() / "../share/quibbits/sheets", QUIBBITS_SHEETS_DIR};
 }
 
-/// What a start asks for: one line of text for the one that runs.
-std::optional<std::string> wish(int count, char** arguments) {
-    if (count == 1) return openSettings;
-    const std::string_view word = count == 2 ? arguments[1] : "";
-    if (word == openDial || word.starts_with(AppDelegate::ownScheme)) {
-        return arguments[1];
-    }
-    return std::nullopt;
+/// What a start asks for, in turn: each a line of text for the one that runs. Nothing is a mistake.
+std::vector<std::string> wishes(int count, char** arguments) {
+    if (count == 1) return {openSettings};
+    std::vector<std::string> all(arguments + 1, arguments + count);
+    const bool areAddresses = std::ranges::all_of(
+        all, [](const std::string& each) { return each.starts_with(ownScheme); });
+    const bool isDial = all.size() == 1 && all.front() == openDial;
+    return areAddresses || isDial ? all : std::vector<std::string>{};
 }
 
 /// Does what this start or a later one asks for.
 void fulfil(const std::string& wish, AppDelegate& delegate, const StatusItem& icon) {
-    if (wish.starts_with(AppDelegate::ownScheme)) {
+    if (wish.starts_with(ownScheme)) {
         delegate.open({wish});
     } else if (wish == openSettings) {
         if (!icon.isShown() && icon.onClick) icon.onClick();
@@ -61,16 +61,20 @@ void fulfil(const std::string& wish, AppDelegate& delegate, const StatusItem& ic
 }  // namespace
 
 int main(int count, char** arguments) {
-    const auto asked = wish(count, arguments);
-    if (!asked) {
-        std::fputs("Usage: quibbits [dial | quibbits://WORD]\n", stderr);
+    const auto asked = wishes(count, arguments);
+    if (asked.empty()) {
+        std::fputs("Usage: quibbits [dial | quibbits://WORD...]\n", stderr);
         return 2;
     }
     const char* display = std::getenv("DISPLAY");
     using Outcome = SingleInstance::Outcome;
-    auto claim =
-        SingleInstance::claim(SingleInstance::usualFolder(), display ? display : "", *asked);
-    if (claim.outcome == Outcome::handedOver) return 0;
+    const auto folder = SingleInstance::usualFolder();
+    auto wish = asked.begin();
+    auto claim = SingleInstance::claim(folder, display ? display : "", *wish);
+    while (claim.outcome == Outcome::handedOver) {
+        if (++wish == asked.end()) return 0;
+        claim = SingleInstance::claim(folder, display ? display : "", *wish);
+    }
     if (claim.outcome == Outcome::unanswered) {
         std::fputs("Quibbits: it is running already and does not answer\n", stderr);
         return 1;
@@ -87,10 +91,12 @@ int main(int count, char** arguments) {
     AppDelegate delegate(computer, linux->panels(), linux->windows());
     delegate.onTerminate = [loop = &linux->loop()] { loop->quit(); };
     delegate.applicationDidFinishLaunching();
-    if (*asked != openSettings) fulfil(*asked, delegate, computer.statusItem);
+    for (; wish != asked.end(); ++wish) {
+        if (*wish != openSettings) fulfil(*wish, delegate, computer.statusItem);
+    }
     if (instance) {
-        instance->listen(linux->loop(), [&](const std::string& wish) {
-            fulfil(wish, delegate, computer.statusItem);
+        instance->listen(linux->loop(), [&](const std::string& later) {
+            fulfil(later, delegate, computer.statusItem);
         });
     }
     linux->run();
