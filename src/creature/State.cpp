@@ -53,15 +53,18 @@ void Companion::restore() {
     shimmerpoxUntil = saved.onlyDate(key("shimmerpox"));
     const auto savedGender = saved.onlyString(key("gender"));
     gender = savedGender ? *savedGender : random().below(1) < 0.5 ? "♀" : "♂";
-    energy = savedNumber("energy", initialEnergy);
-    hunger = savedNumber("hunger", initialHunger);
-    friendship = savedNumber("friendship", initialFriendship);
-    exp = savedNumber("exp", 0);
-    hungryMinutes = savedNumber("hungryMinutes", 0);
+    energy = std::clamp(savedNumber("energy", initialEnergy), 0.0, 1.0);
+    hunger = std::clamp(savedNumber("hunger", initialHunger), 0.0, 1.0);
+    friendship = std::clamp(savedNumber("friendship", initialFriendship), 0.0, mostFriendship);
+    exp = std::clamp(savedNumber("exp", 0), 0.0, expForLevel(growthRate(stage), maxLevel));
+    hungryMinutes = std::max(savedNumber("hungryMinutes", 0), 0.0);
     focusQuiet = saved.boolean("focus.on");
 }
 
 void Companion::awaken() {
+    // A stage of the other line is as good as none.
+    const auto own = quibbits::line(firstStage());
+    if (std::ranges::find(own, stage) == own.end()) stage = Stage::egg;
     pet_.hold(a().idle, 0);
     isOut = stage != Stage::egg;
     {

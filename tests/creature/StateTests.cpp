@@ -77,6 +77,39 @@ TEST(SavedState, OfTheWrongKindFallsBackFieldByField) {
     EXPECT_FALSE(creature.shimmerpoxUntil);
 }
 
+TEST(SavedState, OutOfRangeIsBroughtBackIntoIt) {
+    struct Row {
+        double saved, energy, hunger, friendship;
+    };
+    for (const auto& [saved, energy, hunger, friendship] :
+         {Row{1e308, 1, 1, 255}, Row{-1e300, 0, 0, 0}}) {
+        std::map<std::string, DefaultsValue> defaults{{"onboarded", true}};
+        for (const char* key : {"energy", "hunger", "friendship", "exp", "hungryMinutes"}) {
+            defaults[std::string("pet.") + key] = saved;
+        }
+        LivingCreature life({.defaults = std::move(defaults)});
+        const Companion& creature = life.creature();
+        EXPECT_NEAR(creature.energy, energy, 0.2) << saved;
+        EXPECT_NEAR(creature.hunger, hunger, 0.2) << saved;
+        EXPECT_NEAR(creature.friendship, friendship, 11) << saved << ", hunger costs some";
+        const PetStats stats = creature.stats();
+        EXPECT_EQ(stats.level, saved > 0 ? 100 : 1);
+        EXPECT_GE(stats.levelProgress, 0) << saved;
+        EXPECT_LE(stats.levelProgress, 1) << saved;
+        EXPECT_GE(creature.hungryMinutes, 0) << saved;
+    }
+}
+
+TEST(SavedState, OfTheOtherLinesStageIsAnEgg) {
+    for (const char* foreign : {"umbrool", "wispul"}) {
+        LivingCreature life({.stage = foreign});
+        EXPECT_EQ(life.app->party()[0]->stage, Stage::egg) << foreign;
+        EXPECT_FALSE(life.app->party()[0]->isOut) << foreign;
+    }
+    LivingCreature life({.defaults = {{"umbrool.stage", std::string("thrummet")}}});
+    EXPECT_EQ(life.app->party()[1]->stage, Stage::egg);
+}
+
 TEST(SavedState, SurvivesQuittingAndStartingAgain) {
     LivingCreature life({.stage = "thrummet",
                          .defaults = {{"pet.form", std::string("coralis")},

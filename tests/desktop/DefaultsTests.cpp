@@ -129,6 +129,23 @@ TEST_F(Defaults, AFileThatDoesNotParseIsSetAsideAndNeverOverwritten) {
     EXPECT_EQ(contents(file.native() + ".broken-3"), "[1]");
 }
 
+TEST_F(Defaults, ANumberBeyondAllBoundsCostsNothingButItself) {
+    write(file, R"({"pet.energy": 1e999, "text": "no \"number 1e999", "tiny": 1e-999,)"
+                R"( "list": ["-1e999"], "pet.exp": -1E+400, "pet.stage": "sparrel"})");
+    DefaultsFile defaults(file);
+    EXPECT_FALSE(defaults.stored("pet.energy"));
+    EXPECT_FALSE(defaults.stored("pet.exp"));
+    EXPECT_EQ(defaults.string("pet.stage"), "sparrel");
+    EXPECT_EQ(defaults.string("text"), "no \"number 1e999");
+    EXPECT_EQ(defaults.stored("list"), DefaultsValue(std::vector<std::string>{"-1e999"}));
+    EXPECT_EQ(defaults.real("tiny"), 0);
+    defaults.set("pet.energy", 0.5);
+    EXPECT_TRUE(defaults.flush());
+    EXPECT_FALSE(std::filesystem::exists(file.native() + ".broken-1"));
+    EXPECT_EQ(DefaultsFile(file).real("pet.energy"), 0.5);
+    EXPECT_EQ(DefaultsFile(file).string("pet.stage"), "sparrel");
+}
+
 TEST_F(Defaults, AMistakeInAnEditorWhileTheProgramRunsCostsNothingButTheEdit) {
     DefaultsFile defaults(file);
     defaults.set("level", std::int64_t{40});

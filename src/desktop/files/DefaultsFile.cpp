@@ -5,11 +5,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <thread>
 
 #include "desktop/files/FileDescriptor.h"
@@ -48,6 +51,35 @@ fs::path realFile(const fs::path& file) {
     std::error_code error;
     const auto real = fs::canonical(file, error);
     return error ? file : real;
+}
+
+/// Whether a number as it is written is beyond all that can be stored.
+bool isBoundless(std::string_view number) {
+    double value = 0;
+    const auto read = std::from_chars(number.data(), number.data() + number.size(), value);
+    const auto power = number.find_first_of("eE");
+    const bool isTiny = power != number.npos && number.substr(power + 1).starts_with('-');
+    return read.ec == std::errc::result_out_of_range && !isTiny;
+}
+
+/// The text with nothing in place of numbers without bound: one of them, typed by hand, must not
+/// cost all the other values.
+std::string withoutBoundlessNumbers(const std::string& text) {
+    constexpr std::string_view ofNumbers = "0123456789+-.eE";
+    std::string kept;
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t end = at + 1;
+        if (text[at] == '"') {
+            while (end < text.size() && text[end] != '"') end += text[end] == '\\' ? 2 : 1;
+            end = std::min(end + 1, text.size());
+        } else if (text[at] == '-' || (text[at] >= '0' && text[at] <= '9')) {
+            end = std::min(text.find_first_not_of(ofNumbers, at), text.size());
+        }
+        const std::string_view token = std::string_view(text).substr(at, end - at);
+        kept += isBoundless(token) ? "null" : token;
+        at = end;
+    }
+    return kept;
 }
 
 }  // namespace
@@ -198,6 +230,7 @@ void DefaultsFile::readAgain() const {
         return;
     }
     auto parsed = Json::parse(*text);
+    if (!parsed) parsed = Json::parse(withoutBoundlessNumbers(*text));
     const bool good = parsed && parsed.value->as<Json::Object>();
     state_ = good ? State::good : State::broken;
     if (good) contents_ = std::move(*parsed.value);
