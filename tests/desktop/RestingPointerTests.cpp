@@ -21,6 +21,7 @@ struct CreatureOnAPanel : XTest {
         panel->onMouseMoved = [this] { ++moves; };
         panel->onMouseDown = [this] { ++presses; };
         panel->orderFront();
+        EXPECT_TRUE(eventually([&] { return panel->stats().repaints > 0; }));
         turnFor(0.3);
     }
     void moveCreature(Point to) {
@@ -63,10 +64,12 @@ TEST_F(CreatureOnAPanel, APointerAtRestIsNotMovedByACreatureThatComesUnderItAndG
     EXPECT_GT(pointer->untouched(), before + 0.9);
 
     moveCreature({700, 230});
-    turnFor(0.4);
+    EXPECT_TRUE(
+        eventually([&] { return other->underPointer() == other->frameOf(panel->window()); }));
+    const Instant touch = loop.now();
     other->movePointer(704, down(230));
     EXPECT_TRUE(eventually([&] { return moves > 0; })) << "a hand that moves does pet";
-    EXPECT_LT(pointer->untouched(), 0.5);
+    EXPECT_LE(pointer->untouched(), loop.now() - touch);
     other->press();
     other->release();
     EXPECT_TRUE(eventually([&] { return presses == 1; }));
@@ -81,7 +84,8 @@ TEST_F(CreatureOnAPanel, APressOnALowCreatureLeavesThePanelUnderTheWindows) {
     ASSERT_TRUE(eventually([&] { return isUnder(window); }));
     for (int i = 1; i <= 3; ++i) {
         other->movePointer(330, down(210));
-        turnFor(0.2);
+        EXPECT_TRUE(
+            eventually([&] { return other->underPointer() == other->frameOf(panel->window()); }));
         other->press();
         other->release();
         EXPECT_TRUE(eventually([&] { return presses == i; }));
@@ -98,9 +102,9 @@ TEST_F(CreatureOnAPanel, ALowPanelThatAnotherProgramRaisesGoesBackUnderTheWindow
     for (int i = 0; i < 2; ++i) {
         const std::uint32_t above = XCB_STACK_MODE_ABOVE;
         xcb_configure_window(other->xcb(), panel->window(), XCB_CONFIG_WINDOW_STACK_MODE, &above);
-        xcb_flush(other->xcb());
+        other->sync();
         turnFor(0.3);
-        EXPECT_TRUE(isUnder(window));
+        EXPECT_TRUE(eventually([&] { return isUnder(window); }));
     }
 }
 

@@ -31,9 +31,8 @@ TEST_F(WindowsOfWorkspaces, AWorkspaceOfAnotherMonitorIsOnScreenThoughItIsNotThe
     // One that paints the windows itself keeps those of hidden workspaces.
     other->setNumbers(other->root(), "_NET_SUPPORTING_WM_CHECK", XCB_ATOM_WINDOW, {here});
     xcb_set_selection_owner(other->xcb(), here, other->atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
-    xcb_flush(other->xcb());
-    turnFor(0.1);
-    EXPECT_EQ(shown(), 1u);
+    other->sync();
+    EXPECT_TRUE(eventually([&] { return shown() == 1; }));
 }
 
 TEST_F(WindowsOfWorkspaces, AFilmThatIsKeptAboveIsAFullScreenWindowAllTheSame) {

@@ -30,6 +30,7 @@ struct XTest : testing::Test {
     }
 
     void connect() {
+        other->sync();
         connection = x11::Connection::open(loop, desktop->display());
         ASSERT_TRUE(connection);
         screens = std::make_unique<x11::XScreens>(*connection);
