@@ -57,7 +57,7 @@ struct LongDrop : XTest {
             return true;
         };
         panel->orderFront();
-        turnFor(0.2);
+        settle();
         target = static_cast<x11::XPanel&>(*panel).window();
         source = other->open({.x = 0, .y = 0, .width = 10, .height = 10});
     }

@@ -68,6 +68,12 @@ protected:
     void letPass(Seconds time) {
         for (const Instant end = loop.now() + time; loop.now() < end;) loop.turn(0.05);
     }
+    bool isTold(std::size_t times) {
+        for (const Instant end = loop.now() + 60; told.size() < times && loop.now() < end;) {
+            loop.turn(0.05);
+        }
+        return told.size() >= times;
+    }
 
     EventRunLoop loop;
     TemporaryFolder folder;
@@ -83,10 +89,10 @@ TEST_F(CameraUse, WhoeverHeldACameraBeforeDoesNotUseItWhateverOthersDo) {
     EXPECT_THAT(told, IsEmpty()) << "a quick look";
     {
         const OtherHolder user(camera(), "call");
-        letPass(1.3);
+        EXPECT_TRUE(isTold(1));
         EXPECT_THAT(told, ElementsAre(true));
     }
-    letPass(1.3);
+    EXPECT_TRUE(isTold(2));
     EXPECT_THAT(told, ElementsAre(true, false));
 }
 
@@ -100,10 +106,10 @@ TEST_F(CameraUse, AServiceThatKeepsEveryCameraOpenUsesItOnlyWhileItTakesPictures
     EXPECT_THAT(told, IsEmpty());
     {
         const OtherHolder user(camera(), "pipewire", OtherHolder::Memory::sharedWithTheDevice);
-        letPass(1.3);
+        EXPECT_TRUE(isTold(1));
         EXPECT_THAT(told, ElementsAre(true));
     }
-    letPass(1.3);
+    EXPECT_TRUE(isTold(2));
     EXPECT_THAT(told, ElementsAre(true, false));
 }
 

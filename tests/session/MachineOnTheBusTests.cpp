@@ -109,7 +109,8 @@ TEST_F(MachineOnTheBus, RoutesDecideAndTheManagerOnlyWhetherItsOwnConnectionLead
                      {{"Connectivity", word}, {"PrimaryConnection", connection}});
         service->change(managerPath, manager,
                         {{"Connectivity", word}, {"PrimaryConnection", connection}});
-        letPass(0.2);
+        settle(*bus);
+        settle(*bus);
         return network.back();
     };
     const std::string own = "/org/freedesktop/NetworkManager/ActiveConnection/1";

@@ -20,7 +20,8 @@ protected:
         bus.emplace(loop, place());
         players.emplace(*bus);
         players->onReport = [this](const std::string& state) { told.push_back(state); };
-        letPass(0.2);
+        settle(*bus);
+        settle(*bus);
     }
     /// A player tells of its state, and of what it plays where an album is given.
     void say(FakeService& player, const char* state, const char* album = nullptr) {
@@ -39,7 +40,7 @@ protected:
                         sd_bus_message_close_container(signal);
                         sd_bus_message_append(signal, "as", 0);
                     });
-        letPass(0.1);
+        settle(*bus);
     }
 
     std::optional<session::Bus> bus;
@@ -55,7 +56,7 @@ TEST_F(Music, AFilmInABrowserIsNoneAndASongThereIs) {
     auto films = serve("org.mpris.MediaPlayer2.vlc");
     auto phone = serve("org.mpris.MediaPlayer2.kdeconnect.mpris_000001");
     auto songs = serve("org.mpris.MediaPlayer2.rhythmbox");
-    letPass(0.1);
+    settle(*bus);
     say(*browser, "Playing");
     say(*browser, "Playing", "");
     say(*films, "Playing");
@@ -66,7 +67,7 @@ TEST_F(Music, AFilmInABrowserIsNoneAndASongThereIs) {
     say(*browser, nullptr, "");
     EXPECT_THAT(told, ElementsAre("Playing", "Stopped"));
     end(browser);
-    letPass(0.1);
+    settle(*bus);
     say(*films, "Playing", "A record");
     say(*songs, "Paused");
     EXPECT_THAT(told, ElementsAre("Playing", "Stopped", "Playing", "Paused"));
