@@ -230,7 +230,8 @@ TEST_F(XDesktop, ApplicationsComeGoAndTakeTheFront) {
     heard.clear();
     other->open({.windowClass = "Editor"});
     turnFor(0.3);
-    EXPECT_EQ(heard, "") << "a second window of the same application";
+    // A window manager may take the focus off both on its way from one to the other.
+    EXPECT_EQ(heard.find_first_of("lt"), heard.npos) << "a second window of the same application";
     other->open({.type = "_NET_WM_WINDOW_TYPE_DOCK", .windowClass = "Panel"});
     turnFor(0.3);
     EXPECT_EQ(workspace.running().size(), 1u);
