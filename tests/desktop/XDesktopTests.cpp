@@ -67,9 +67,9 @@ TEST_F(XDesktop, ReleasesAndKeysAreSeenEverywhere) {
     EXPECT_FALSE(pointer->buttons().any());
 
     constexpr int altKey = 64;
+    const Instant touched = loop.now();
     other->key(altKey, true);
     EXPECT_TRUE(eventually([&] { return pointer->modifiers() == Modifiers{.option = true}; }));
-    const Instant touched = loop.now();
     other->key(altKey, false);
     turnFor(1.2);
     EXPECT_FALSE(pointer->modifiers().option);
