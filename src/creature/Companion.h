@@ -290,13 +290,8 @@ protected:
     virtual bool startDemo(const std::string& word);
     /// Adds what only the species knows to what is weighed.
     virtual void fill(Mind& mind);
-    virtual void fly(Done next) { sit(3, std::move(next)); }
-    virtual void phase(Done next) { sit(3, std::move(next)); }
-    virtual void lick(Done next) { sit(3, std::move(next)); }
-    virtual void snatch(Done next) { sit(3, std::move(next)); }
-    virtual void clone(Done next) { sit(3, std::move(next)); }
-    virtual void shadowGag(Done next) { sit(3, std::move(next)); }
-    virtual void prank(Done next) { sit(3, std::move(next)); }
+    /// Begins a routine of the species' own; false for an intent that it knows nothing of.
+    virtual bool beginOwn(Intent intent, const Done& next);
 
     void nearlyReach(int aim);
 
@@ -447,6 +442,12 @@ private:
     void yawn(Done done);
     void hum(Done done);
     void bask(Done done);
+    void askForBerryHere(const Surroundings& seen, Done done);
+    void inspectNewFile(const Surroundings& seen, Done done);
+    void exploreFile(const Surroundings& seen, Done done);
+    void teleportToCursor(const Surroundings& seen, Done done);
+    void surf(const Surroundings& seen, Done done);
+    void levitateFreely(Done done) { levitate(Air::free, std::move(done)); }
     void teleport(Point to, Done done);
     void stroll(Point to, Done done);
     void trudge(Done done);

@@ -19,6 +19,7 @@ constexpr double patrolRadius = 260;
 constexpr double sniffRadius = 90;
 
 constexpr Seconds intentBubble = 2.2;
+constexpr Seconds nothingToDo = 3;  // sits, where an intent finds nothing to act on
 
 /// What is thought and felt when an intent begins.
 struct IntentBubble {
@@ -134,44 +135,65 @@ void Companion::act(Intent intent, const Surroundings& seen, Done next) {
     begin(intent, seen, std::move(next));
 }
 
+bool Companion::beginOwn(Intent, const Done&) {
+    return false;
+}
+
 void Companion::begin(Intent intent, const Surroundings& seen, Done next) {
-    constexpr Seconds nothingToDo = 3;
-    switch (intent) {
-        case Intent::nap: return nap(std::move(next));
-        case Intent::rest: return rest(std::move(next));
-        case Intent::sit: return sitQuietly(std::move(next));
-        case Intent::askForBerry: return askForBerry(seen.cursorSpot, std::move(next));
-        case Intent::inspect:
-            if (seen.newFile) return inspect(*seen.newFile, std::move(next));
-            return sit(nothingToDo, std::move(next));
-        case Intent::explore:
-            if (seen.file) return explore(*seen.file, std::move(next));
-            return sit(nothingToDo, std::move(next));
-        case Intent::patrol: return patrol(seen, std::move(next));
-        case Intent::visit:
-            if (seen.cursorSpot) return visit(seen, std::move(next));
-            return sit(nothingToDo, std::move(next));
-        case Intent::play: return play(std::move(next));
-        case Intent::dance: return dance(std::move(next));
-        case Intent::chargeUp: return chargeUp(std::move(next));
-        case Intent::surfLaps: return surfLaps(seen.spots, std::move(next));
-        case Intent::levitate: return levitate(Air::free, std::move(next));
-        case Intent::teleport:
-            if (seen.cursorSpot) return teleport(*seen.cursorSpot, std::move(next));
-            return sit(nothingToDo, std::move(next));
-        case Intent::daydream: return daydream(std::move(next));
-        case Intent::yawn: return yawn(std::move(next));
-        case Intent::sniff: return sniff(seen, std::move(next));
-        case Intent::hum: return hum(std::move(next));
-        case Intent::bask: return bask(std::move(next));
-        case Intent::fly: return fly(std::move(next));
-        case Intent::phase: return phase(std::move(next));
-        case Intent::lick: return lick(std::move(next));
-        case Intent::snatch: return snatch(std::move(next));
-        case Intent::clone: return clone(std::move(next));
-        case Intent::shadowGag: return shadowGag(std::move(next));
-        case Intent::prank: return prank(std::move(next));
-    }
+    struct Routine {
+        Intent intent;
+        void (Companion::*plain)(Done) = nullptr;
+        void (Companion::*seeing)(const Surroundings&, Done) = nullptr;
+    };
+    static constexpr std::array routines{
+        Routine{.intent = Intent::nap, .plain = &Companion::nap},
+        Routine{.intent = Intent::rest, .plain = &Companion::rest},
+        Routine{.intent = Intent::sit, .plain = &Companion::sitQuietly},
+        Routine{.intent = Intent::askForBerry, .seeing = &Companion::askForBerryHere},
+        Routine{.intent = Intent::inspect, .seeing = &Companion::inspectNewFile},
+        Routine{.intent = Intent::explore, .seeing = &Companion::exploreFile},
+        Routine{.intent = Intent::patrol, .seeing = &Companion::patrol},
+        Routine{.intent = Intent::visit, .seeing = &Companion::visit},
+        Routine{.intent = Intent::play, .plain = &Companion::play},
+        Routine{.intent = Intent::dance, .plain = &Companion::dance},
+        Routine{.intent = Intent::chargeUp, .plain = &Companion::chargeUp},
+        Routine{.intent = Intent::surfLaps, .seeing = &Companion::surf},
+        Routine{.intent = Intent::levitate, .plain = &Companion::levitateFreely},
+        Routine{.intent = Intent::teleport, .seeing = &Companion::teleportToCursor},
+        Routine{.intent = Intent::daydream, .plain = &Companion::daydream},
+        Routine{.intent = Intent::yawn, .plain = &Companion::yawn},
+        Routine{.intent = Intent::sniff, .seeing = &Companion::sniff},
+        Routine{.intent = Intent::hum, .plain = &Companion::hum},
+        Routine{.intent = Intent::bask, .plain = &Companion::bask},
+    };
+    if (beginOwn(intent, next)) return;
+    const auto routine = std::ranges::find(routines, intent, &Routine::intent);
+    if (routine == routines.end()) return sit(nothingToDo, std::move(next));
+    if (routine->plain) return (this->*routine->plain)(std::move(next));
+    (this->*routine->seeing)(seen, std::move(next));
+}
+
+void Companion::askForBerryHere(const Surroundings& seen, Done done) {
+    askForBerry(seen.cursorSpot, std::move(done));
+}
+
+void Companion::inspectNewFile(const Surroundings& seen, Done done) {
+    if (!seen.newFile) return sit(nothingToDo, std::move(done));
+    inspect(*seen.newFile, std::move(done));
+}
+
+void Companion::exploreFile(const Surroundings& seen, Done done) {
+    if (!seen.file) return sit(nothingToDo, std::move(done));
+    explore(*seen.file, std::move(done));
+}
+
+void Companion::teleportToCursor(const Surroundings& seen, Done done) {
+    if (!seen.cursorSpot) return sit(nothingToDo, std::move(done));
+    teleport(*seen.cursorSpot, std::move(done));
+}
+
+void Companion::surf(const Surroundings& seen, Done done) {
+    surfLaps(seen.spots, std::move(done));
 }
 
 void Companion::patrol(const Surroundings& seen, Done done) {
@@ -182,6 +204,7 @@ void Companion::patrol(const Surroundings& seen, Done done) {
 }
 
 void Companion::visit(const Surroundings& seen, Done done) {
+    if (!seen.cursorSpot) return sit(nothingToDo, std::move(done));
     run({going({.to = *seen.cursorSpot, .speed = 70}),
          doing([this] { pet_.faceTowards(cursor()); }), sitting(between(3, 5))},
         std::move(done));

@@ -1,5 +1,8 @@
 #include "species/Umbrool.h"
 
+#include <algorithm>
+#include <array>
+
 #include "species/SheetNames.h"
 
 namespace quibbits {
@@ -112,6 +115,23 @@ void Umbrool::fill(Mind& mind) {
     mind.canPrank = isOn("umbrool.pranks");
     mind.ghostHour = isOn("umbrool.nightOwl") && isGhostHour();
     nightGlow(mind.ghostHour);
+}
+
+bool Umbrool::beginOwn(Intent intent, const Done& next) {
+    struct Routine {
+        Intent intent;
+        void (Umbrool::*begin)(Done);
+    };
+    static constexpr std::array routines{
+        Routine{Intent::fly, &Umbrool::fly},     Routine{Intent::phase, &Umbrool::phase},
+        Routine{Intent::lick, &Umbrool::lick},   Routine{Intent::snatch, &Umbrool::snatch},
+        Routine{Intent::clone, &Umbrool::clone}, Routine{Intent::shadowGag, &Umbrool::shadowGag},
+        Routine{Intent::prank, &Umbrool::prank},
+    };
+    const auto routine = std::ranges::find(routines, intent, &Routine::intent);
+    if (routine == routines.end()) return false;
+    (this->*routine->begin)(next);
+    return true;
 }
 
 bool Umbrool::isGhostHour() const {

@@ -29,13 +29,7 @@ public:
 
 protected:
     void fill(Mind& mind) override;
-    void fly(Done done) override;
-    void phase(Done done) override;
-    void lick(Done done) override;
-    void snatch(Done done) override;
-    void clone(Done done) override;
-    void shadowGag(Done done) override;
-    void prank(Done done) override;
+    bool beginOwn(Intent intent, const Done& next) override;
     void giveBack() override;
     /// An orb is thrown from wherever it floats.
     void takeStand(Done then) override { then(); }
@@ -54,6 +48,15 @@ private:
     void nightGlow(bool on);
     /// One of the species' own animations seen from the front, else its usual side.
     Anim front(const char* name, const Anim& otherwise) const;
+
+    // What only ghosts decide to do.
+    void fly(Done done);
+    void phase(Done done);
+    void lick(Done done);
+    void snatch(Done done);
+    void clone(Done done);
+    void shadowGag(Done done);
+    void prank(Done done);
 
     // Flight.
     const Anim& glideAnim() const;
