@@ -64,5 +64,30 @@ TEST_F(Monitors, APanelGoesAlongToAMonitorOfTheSameSize) {
     }));
 }
 
+TEST_F(Monitors, ACreatureThatDoesNotStirIsShownOnWhicheverMonitorItGoesTo) {
+    constexpr std::uint32_t red = 0xff0000;
+    unplug("right");
+    other->addMonitor("right", {640, 100, 500, 600}, false);
+    desktop->startWindowManager();
+    desktop->startCompositor();
+    ASSERT_TRUE(eventually([&] { return screens->names().size() == 2; }));
+    auto panel = panels->makePanel({.frame = screens->main()->frame});
+    const auto moves = screens->changed.subscribe([&] { panel->setFrame(screens->main()->frame); });
+    auto creature = engine->makeLayer(
+        {.bounds = {0, 0, 60, 60}, .position = {100, 30}, .background = Color::rgb(red)});
+    panel->root().addSublayer(creature);
+    panel->orderFront();
+    EXPECT_TRUE(shows(100, 770, red));
+    for (int i = 0; i < 4; ++i) {
+        chosen = "right";
+        screens->lookAgain();
+        EXPECT_TRUE(shows(740, 670, red)) << i;
+        EXPECT_FALSE(other->pixel(100, 770) == red) << i;
+        chosen = "left";
+        screens->lookAgain();
+        EXPECT_TRUE(shows(100, 770, red)) << i;
+    }
+}
+
 }  // namespace
 }  // namespace quibbits

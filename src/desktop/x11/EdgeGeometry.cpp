@@ -22,10 +22,12 @@ PixelRect between(int left, int top, int right, int bottom) {
 }
 
 /// The first row that a panel at the bottom reserves. Struts count from the edge of the whole
-/// display; some panels count from their monitor's, and then its own place tells.
+/// display; some panels count from their monitor's or from another panel's, so that all of them
+/// lies above what they reserve, and then their own place tells.
 int firstRow(const PixelRect& monitor, const PixelRect& display, const EdgePanel& panel) {
     const int told = bottomOf(display) - panel.strut.bottom;
-    return monitor.y < told && told < bottomOf(monitor) ? told : panel.frame.y;
+    const bool isPossible = monitor.y < told && told < bottomOf(panel.frame);
+    return isPossible ? told : panel.frame.y;
 }
 
 /// The part of a rectangle within a strut's first and last pixel.

@@ -3,6 +3,7 @@
 #include <xcb/randr.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <utility>
@@ -122,7 +123,9 @@ Screen XScreens::read(PixelRect monitor, std::size_t monitors,
     }
     if (all_.empty()) {
         for (const auto& place : places) panels_.push_back(coordinates_.points(place));
-        std::ranges::sort(panels_, {}, [](const Rect& r) { return std::pair(r.x, r.y); });
+        std::ranges::sort(panels_, {}, [](const Rect& r) {
+            return std::array{r.x, r.y, r.width, r.height};
+        });
     }
     return {.frame = coordinates_.points(monitor),
             .visibleFrame = coordinates_.points(free),
