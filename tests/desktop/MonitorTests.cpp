@@ -89,5 +89,79 @@ TEST_F(Monitors, ACreatureThatDoesNotStirIsShownOnWhicheverMonitorItGoesTo) {
     }
 }
 
+/// A window manager that says much and does it late.
+struct SlowManager {
+    explicit SlowManager(OtherProgram& given) : program(given) {
+        const std::uint32_t mask =
+            XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+        xcb_change_window_attributes(program.xcb(), program.root(), XCB_CW_EVENT_MASK, &mask);
+        xcb_flush(program.xcb());
+    }
+    void turn(Instant now) {
+        while (auto* event = program.nextEvent()) {
+            const auto type = event->response_type & 0x7f;
+            if (type == XCB_MAP_REQUEST) {
+                xcb_map_window(program.xcb(),
+                               reinterpret_cast<xcb_map_request_event_t*>(event)->window);
+            } else if (type == XCB_CONFIGURE_REQUEST) {
+                asked(*reinterpret_cast<xcb_configure_request_event_t*>(event), now);
+            }
+            std::free(event);
+        }
+        if (wanted && now >= due) {
+            const std::uint32_t place[] = {static_cast<std::uint32_t>(wanted->x),
+                                           static_cast<std::uint32_t>(wanted->y)};
+            xcb_configure_window(program.xcb(), wanted->window,
+                                 XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place);
+            wanted.reset();
+        }
+        xcb_flush(program.xcb());
+    }
+    void asked(const xcb_configure_request_event_t& request, Instant now) {
+        const auto has = [&](int what) { return (request.value_mask & what) != 0; };
+        if (!has(XCB_CONFIG_WINDOW_X)) return;
+        for (const std::uint32_t width : {request.width - 1u, request.width + 0u}) {
+            const std::uint32_t size[] = {width, request.height};
+            xcb_configure_window(program.xcb(), request.window,
+                                 XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
+        }
+        wanted = request;
+        due = now + 0.08;
+    }
+
+    OtherProgram& program;
+    std::optional<xcb_configure_request_event_t> wanted;
+    Instant due = 0;
+};
+
+TEST_F(Monitors, APanelGetsThereUnderAWindowManagerThatTakesItsTime) {
+    SlowManager manager(*other);
+    auto made = panels->makePanel({.frame = screens->main()->frame});
+    auto& panel = static_cast<x11::XPanel&>(*made);
+    panel.orderFront();
+    const auto settle = [&] {
+        eventually(
+            [&] {
+                manager.turn(loop.now());
+                return false;
+            },
+            1.5);
+        auto* place = xcb_get_geometry_reply(
+            other->xcb(), xcb_get_geometry(other->xcb(), panel.window()), nullptr);
+        const int x = place ? place->x : -1;
+        std::free(place);
+        return x;
+    };
+    settle();
+    for (int i = 0; i < 3; ++i) {
+        chosen = "right";
+        screens->lookAgain();
+        EXPECT_EQ(settle(), 640);
+        chosen = "left";
+        screens->lookAgain();
+        EXPECT_EQ(settle(), 0);
+    }
+}
+
 }  // namespace
 }  // namespace quibbits

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::uint32_t everyDesktop = 0xffffffff;
 constexpr int mostCorrections = 5;  // of a size that a window manager keeps changing
+constexpr Seconds settled = 0.15;   // after the last news of a size or a place
 constexpr std::uint8_t depth = 32;
 
 xcb_visualid_t visualWithOpacity(const xcb_screen_t& screen) {
@@ -121,8 +122,15 @@ void PanelWindow::configure() {
 
 void PanelWindow::configured(int width, int height) {
     if (corrections_ == mostCorrections) return;
+    // While a window manager is still at it, the place is neither the former nor the new one.
+    settling_ =
+        connection_.loop().timer(settled, [this, width, height] { correct(width, height); });
+}
+
+void PanelWindow::correct(int width, int height) {
+    settling_.cancel();
     const bool hasSize = width == frame_.width && height == frame_.height;
-    if (hasSize && isInPlace()) return;
+    if (isInPlace() && hasSize) return;
     ++corrections_;
     configure();
 }

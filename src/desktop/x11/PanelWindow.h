@@ -71,6 +71,7 @@ private:
     bool isUnmanaged() const { return level_ == PanelLevel::menu || managed_ == Managed::no; }
     void settle(bool wasUnmanaged);
     void configure();
+    void correct(int width, int height);
     bool isInPlace();
     void stack();
     void sendInputRegion();
@@ -85,7 +86,8 @@ private:
     Managed managed_;
     bool shown_ = false;
     int corrections_ = 0;
-    int aside_ = 0;  // pixels to ask for beside the frame, to come to lie on it
+    Timer settling_;  // before the place is looked at
+    int aside_ = 0;   // pixels to ask for beside the frame, to come to lie on it
     int below_ = 0;
     std::vector<xcb_rectangle_t> inputRegion_;
     std::vector<xcb_window_t> leftUnder_;  // ordinary windows, when last looked
