@@ -163,5 +163,13 @@ TEST_F(EdgePanelTest, APanelAtTheLowerEdgeOfAnUpperMonitorIsOne) {
     }
 }
 
+TEST_F(EdgePanelTest, APanelThatNobodyListsIsFoundThoughItComesAfterUs) {
+    connect();
+    dock({0, 772, 1280, 28}, bottom(28));
+    xcb_flush(other->xcb());
+    EXPECT_TRUE(eventually([&] { return !screens->panels().empty(); }, 6));
+    EXPECT_EQ(screens->panels(), (std::vector{Rect{0, 0, 1280, 28}}));
+}
+
 }  // namespace
 }  // namespace quibbits

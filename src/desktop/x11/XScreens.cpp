@@ -17,6 +17,10 @@ namespace {
 // Several properties change together when a panel opens or a monitor is plugged in.
 constexpr Seconds settling = 0.1;
 
+// Nobody tells of a panel that a window manager leaves alone, and at the beginning of a session it
+// may come after this program.
+constexpr std::array<Seconds, 2> lateLooks{5, 20};
+
 constexpr double dotsPerInch = 96;
 constexpr double scaleStep = 0.25;
 constexpr double largestScale = 8;
@@ -63,6 +67,9 @@ XScreens::XScreens(Connection& connection)
         }
     }));
     update();
+    for (const Seconds later : lateLooks) {
+        late_.push_back(connection.loop().timer(later, [this] { updateSoon(); }));
+    }
 }
 
 void XScreens::updateSoon() {

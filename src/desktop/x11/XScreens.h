@@ -54,6 +54,7 @@ private:
     PixelRect display_;  // the whole of it
     EdgePanels edgePanels_;
     Timer pending_;
+    std::vector<Timer> late_;
     std::vector<Subscription> subscriptions_;
 };
 
