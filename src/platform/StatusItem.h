@@ -20,7 +20,8 @@ public:
     /// Opens a menu at the icon, or wherever the desktop puts an icon's menu.
     virtual void popUp(Menu menu) = 0;
     /// Where the icon is, in global coordinates: exactly where the desktop tells it, else about the
-    /// last click on it, else the corner of the screen where trays are. None without a screen.
+    /// last click on it, else the corner of the screen where trays are; the middle of the floor
+    /// while there is no tray. None without a screen.
     virtual std::optional<Rect> frame() const = 0;
     /// Whether some tray shows the icon now.
     virtual bool isShown() const = 0;

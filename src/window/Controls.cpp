@@ -138,7 +138,8 @@ private:
         return button;
     }
     void step(std::int64_t way) const {
-        act(std::clamp(stepper_.value + way * stepper_.step, stepper_.lowest, stepper_.highest));
+        const auto highest = std::max(stepper_.lowest, stepper_.highest);
+        act(std::clamp(stepper_.value + way * stepper_.step, stepper_.lowest, highest));
     }
 
     views::Stepper stepper_;

@@ -148,7 +148,6 @@ public:
         if (dialog_) return;
         const auto& alert = *view.as<views::Alert>();
         dialog_ = new QDialog(this);
-        dialog_->setWindowTitle(window()->windowTitle());
         auto* column = new QVBoxLayout(dialog_);
         column->setContentsMargins(22, 20, 22, 18);
         column->setSpacing(10);
@@ -173,7 +172,14 @@ public:
         connect(dialog_, &QDialog::finished, this,
                 [this](int result) { act(result == QDialog::Accepted); });
         new FocusRing(dialog_);
-        QMetaObject::invokeMethod(dialog_, "open", Qt::QueuedConnection);
+        // Later, when this stands in its window.
+        QMetaObject::invokeMethod(
+            dialog_,
+            [this] {
+                dialog_->setWindowTitle(window()->windowTitle());
+                dialog_->open();
+            },
+            Qt::QueuedConnection);
     }
 
 private:

@@ -18,7 +18,7 @@ EvenGrid::~EvenGrid() {
 }
 
 void EvenGrid::setCellWidth(double width) {
-    cellWidth_ = width;
+    cellWidth_ = std::max(width, 20.0);
     invalidate();
 }
 

@@ -21,6 +21,11 @@
 namespace quibbits::window {
 namespace {
 
+/// A length of something that fits a window, whatever was asked for.
+int toPixels(double length) {
+    return length > 0 ? static_cast<int>(std::min(length, 2000.0)) : 0;
+}
+
 /// A bar that is full up to its amount.
 class Bar final : public QWidget, public Spoken {
 public:
@@ -34,7 +39,7 @@ public:
         return static_cast<int>(std::lround(amount_ * 100));
     }
     void show(double amount, const Color& tint) {
-        amount_ = std::clamp(amount, 0.0, 1.0);
+        amount_ = amount > 0 ? std::min(amount, 1.0) : 0;  // what is no number is nothing
         tint_ = tint;
         update();
     }
@@ -145,7 +150,7 @@ public:
         setAccessibleName(text(view.spoken));
         round_ = one.round;
         opacity_ = view.opacity;
-        const int size = static_cast<int>(one.size);
+        const int size = toPixels(one.size);
         setFixedSize(size, size);
         update();
     }
@@ -279,7 +284,7 @@ public:
         preview_ = *view.as<views::Preview>();
         images_.clear();
         for (const Image& image : preview_.images) images_.push_back(toImage(image));
-        setFixedSize(static_cast<int>(preview_.size.width), static_cast<int>(preview_.size.height));
+        setFixedSize(toPixels(preview_.size.width), toPixels(preview_.size.height));
         at_ = 0;
         drawn_ = {};
         run();

@@ -24,13 +24,42 @@ View bare(const View& view) {
 }  // namespace
 
 bool ViewTree::show(View tree) {
-    if (root_.item && isSame(root_.view, tree)) {
+    const bool stays = root_.item && isSame(root_.view, tree);
+    if (stays) {
         update(root_, std::move(tree));
-        return false;
+    } else {
+        if (root_.item) discard(root_);
+        root_ = make(std::move(tree));
     }
-    if (root_.item) discard(root_);
-    root_ = make(std::move(tree));
-    return true;
+    return !stays;
+}
+
+void ViewTree::orderStops() const {
+    if (!root_.item) return;
+    QWidget* window = root_.item->window();
+    QList<QWidget*> stops{window};
+    inReadingOrder(root_, stops);
+    stops.removeIf([window](QWidget* stop) { return stop->window() != window; });
+    for (qsizetype i = 1; i < stops.size(); ++i) QWidget::setTabOrder(stops[i - 1], stops[i]);
+}
+
+/// What can have the keyboard: an item itself and its own widgets, then its children's.
+void ViewTree::inReadingOrder(const Node& node, QList<QWidget*>& stops) {
+    const auto isOwn = [&node](const QWidget* widget) {
+        for (const QWidget* at = widget->parentWidget(); at; at = at->parentWidget()) {
+            if (at == node.item) return true;
+            if (dynamic_cast<const Item*>(at)) return false;
+        }
+        return false;
+    };
+    const auto add = [&stops](QWidget* widget) {
+        if (widget->focusPolicy() != Qt::NoFocus && !widget->isWindow()) stops.push_back(widget);
+    };
+    add(node.item);
+    for (QWidget* widget : node.item->findChildren<QWidget*>()) {
+        if (!dynamic_cast<Item*>(widget) && isOwn(widget)) add(widget);
+    }
+    for (const Node& child : node.children) inReadingOrder(child, stops);
 }
 
 ViewTree::Node ViewTree::make(View view) const {

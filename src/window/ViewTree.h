@@ -16,6 +16,9 @@ public:
     /// new one, which then has no parent yet.
     bool show(views::View tree);
     Item* top() const { return root_.item; }
+    /// Lets Tab go through the widgets as a person reads them, not in the order in which they were
+    /// made. Called after each tree, when the top has its window.
+    void orderStops() const;
 
 private:
     struct Node {
@@ -27,6 +30,7 @@ private:
     void update(Node& node, views::View view) const;
     void updateChildren(Node& node, std::vector<views::View> views) const;
     static void discard(Node& node);
+    static void inReadingOrder(const Node& node, QList<QWidget*>& stops);
 
     Tell tell_;
     Node root_;

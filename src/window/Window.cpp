@@ -58,6 +58,7 @@ void Window::showTree(views::View tree) {
         box_->addWidget(tree_.top());
         tree_.top()->setVisible(true);
     }
+    tree_.orderStops();
     if (!isVisible()) bringToFront();
 }
 

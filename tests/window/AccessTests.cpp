@@ -116,6 +116,21 @@ TEST_F(TheWindow, TabReachesEveryControlOnceAndComesBack) {
     }
     // The chosen row, the tabs, the segments, the switch, two steps, the list, two buttons, the
     // link, the natures and the card.
+    // Whoever opens the window has the keyboard on the first of them.
+    std::rotate(stops.begin(), stops.end() - 1, stops.end());
+    // As a person reads: the sidebar, the tabs, the segments, then the page from its top.
+    const auto placeOf = [&](const auto& isIt) {
+        return std::ranges::find_if(stops, isIt) - stops.begin();
+    };
+    const auto named = [&](const char* name) {
+        return placeOf([&](QWidget* stop) { return stop->accessibleName() == name; });
+    };
+    const auto tabs = placeOf([](QWidget* stop) { return qobject_cast<QTabBar*>(stop); });
+    EXPECT_LT(named("Party"), tabs);
+    EXPECT_LT(tabs, named("Gets hungry"));
+    EXPECT_LT(named("Gets hungry"), named("Remove Firefox"));
+    EXPECT_LT(named("Remove Firefox"), named("Sparrel"));
+    EXPECT_EQ(static_cast<std::size_t>(named("Sparrel")), stops.size() - 1);
     EXPECT_GE(stops.size(), 11u);
     EXPECT_LE(stops.size(), 13u);
 }
@@ -248,6 +263,37 @@ TEST_F(TheWindow, StatesAndValuesAreToldAndPressesHeard) {
     EXPECT_EQ(toggle->text(QAccessible::Description), "Comes and asks.");
     toggle->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(actions_.back(), (Action{"toggle", false}));
+}
+
+// Bad input --------------------------------------------------------------------------------------
+
+TEST_F(TheWindow, OddContentsBreakNoPage) {
+    const std::string odd = "a\0b\x01\xff\xfe<b>&\n" + std::string(3000, 'W');
+    Preview broken{.size = {-5, 1e9}, .frames = {{7, {0, 0, 1, 1}}, {-1, {}}}, .frameTime = -1};
+    View page{.content = Form{}};
+    page.children = {
+        {.content = Section{odd, odd}, .id = odd, .children = {{.content = Text{odd}}}},
+        {.content = Fact{odd, odd, odd, odd}},
+        {.content = Picture{.symbol = odd, .size = -4}},
+        {.content = Meter{.title = odd, .amount = std::nan("")}},
+        {.content = Stepper{"s", 1'000'000, 15, 10, 0}, .id = "s"},
+        {.content = Picker{odd, {}, odd}, .id = "p"},
+        {.content = Picker{odd, {}, odd, true}, .id = "q"},
+        {.content = Chooser{odd, {{odd, odd, "../../etc/passwd"}, {"", "", "/dev/zero"}}},
+         .id = "c"},
+        {.content = Application{odd, "/nonexistent.png"}},
+        {.content = Link{odd, odd}, .id = "l"},
+        {.content = Dots{-3, 9}},
+        {.content = broken},
+        {.content = Grid{-1}, .children = {{.content = Text{"cell"}}}},
+        {.content = TabView{99}, .id = "t"}};
+    show(page);
+    for (auto* button : all<QAbstractButton>()) {
+        if (button->isVisible()) button->click();
+        QCoreApplication::processEvents();
+    }
+    EXPECT_TRUE(window_.isVisible());
+    EXPECT_GE(all<QWidget>().size(), 14);
 }
 
 // Sizes and colours ------------------------------------------------------------------------------
