@@ -68,7 +68,7 @@ TEST(AScenario, MayUseEveryEventThatItsHelpTellsOf) {
                 case FieldType::point: line.emplace_back(field.name, Json::Array{1.0, 2.0}); break;
                 case FieldType::rectangle: line.emplace_back(field.name, rectangle); break;
                 case FieldType::rectangles:
-                    line.emplace_back(field.name, Json::Array{rectangle});
+                    line.emplace_back(field.name, Json::Array(1, Json(rectangle)));
                     break;
                 case FieldType::texts: line.emplace_back(field.name, Json::Array{"a"}); break;
                 case FieldType::booleans: line.emplace_back(field.name, Json::Array{true}); break;
