@@ -14,12 +14,11 @@ constexpr Seconds handOver = 1.1;  // from one creature's ball to the next one's
 void PartyDoor::tap(Companion& creature, Point from) {
     if (creature.isGoingIn() && !wanted_) return;
     if (creature.isOut && !creature.isGoingIn()) {
-        // Somebody else was to follow once it can be called: it stays after all.
-        if (wanted_) return forget();
+        if (wanted_) return keep(creature);
         return creature.toggleBall(from);
     }
     const bool comesOut = creature.ballBusy && !creature.isOut;
-    if (comesOut) return forget();
+    if (comesOut) return keep(creature);
     forget();
     wanted_ = {&creature, from};
     defaults_.set("party.out", creature.store());
@@ -42,6 +41,13 @@ bool PartyDoor::clearTheWay() {
         isClear = isClear && !other->isOut && !other->ballBusy;
     }
     return isClear;
+}
+
+/// Somebody else was to follow once it can be called: it stays after all.
+void PartyDoor::keep(Companion& creature) {
+    if (!wanted_) return;
+    forget();
+    defaults_.set("party.out", creature.store());
 }
 
 void PartyDoor::forget() {

@@ -34,6 +34,7 @@ private:
     };
     /// Calls everybody else in. True when all of them are on their way, or in.
     bool clearTheWay();
+    void keep(Companion& creature);
     void forget();
     void send();
 

@@ -340,6 +340,8 @@ protected:
     /// Shows what goes through its head as it sets out for something. What it has said in the same
     /// turn of the loop is not replaced by that.
     void muse(Face face, const Bubble& bubble);
+    /// Whether words of this turn of the loop stand in its bubble; others had better wait.
+    bool hasJustSaid() const { return hasJustSaid_; }
     struct Speech {
         Moment moment = Moment::hello;
         Face face = Face::happy;
@@ -565,7 +567,9 @@ private:
 
     enum class Recall { none, called, drawnIn };
     Recall recall_ = Recall::none;
-    bool hasJustSpoken_ = false;  // in this turn of the loop
+    // In this turn of the loop: any bubble, and one with words.
+    bool hasJustShown_ = false;
+    bool hasJustSaid_ = false;
     bool wasCharging_ = false;
     std::optional<Mood> lastMood_;
     Brain brain_;

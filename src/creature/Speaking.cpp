@@ -23,8 +23,9 @@ void Companion::feel(Face face, const Bubble& bubble) {
                    .seconds = bubble.seconds,
                    .tall = a().idle.height});
     if (onUtterance) onUtterance(*this, {face, bubble.caption, bubble.speaker, bubble.seconds});
-    if (std::exchange(hasJustSpoken_, true)) return;
-    pet_.runLoop().post(pet_.lifetime().guard([this] { hasJustSpoken_ = false; }));
+    hasJustSaid_ = hasJustSaid_ || bubble.caption;
+    if (std::exchange(hasJustShown_, true)) return;
+    pet_.runLoop().post(pet_.lifetime().guard([this] { hasJustShown_ = hasJustSaid_ = false; }));
 }
 
 void Companion::feelIfShown(Face face, const Bubble& bubble) {
@@ -32,7 +33,7 @@ void Companion::feelIfShown(Face face, const Bubble& bubble) {
 }
 
 void Companion::muse(Face face, const Bubble& bubble) {
-    if (!hasJustSpoken_) feelIfShown(face, bubble);
+    if (!hasJustShown_) feelIfShown(face, bubble);
 }
 
 void Companion::speak(const Speech& speech) {

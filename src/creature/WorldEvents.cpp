@@ -66,12 +66,13 @@ void Companion::userReturned() {
     if (!dozing || focusQuiet) return;
     dozing = false;
     if (held) return;  // it wakes when it is put down
-    pet_.interrupt();
-    wakeUp([this] {
-        speak({.moment = Moment::userBack, .face = Face::joyous});
-        pet_.hearts();
-        befriend(1);
-        sit(2, [this] { think(); });
+    stop([this] {
+        wakeUp([this] {
+            speak({.moment = Moment::userBack, .face = Face::joyous});
+            pet_.hearts();
+            befriend(1);
+            sit(2, [this] { think(); });
+        });
     });
 }
 
@@ -284,15 +285,16 @@ void Companion::celebrateHook() {
 }
 
 void Companion::cameraChanged(bool on) {
-    if (!isOn(Setting::hideOnCamera) || held || ballBusy) return;
-    if (on && isOut) {
+    if (!isOn(Setting::hideOnCamera)) return;
+    if (on) {
+        if (!isOut || held || ballBusy) return;
         hiddenForCall = true;
         dozing = false;
-        toggleBall(ballStart());
-    } else if (!on && hiddenForCall && !isOut) {
-        hiddenForCall = false;
-        if (mayComeOut()) toggleBall(ballStart());
+        return toggleBall(ballStart());
     }
+    if (!hiddenForCall || isGoingIn()) return;  // who is going in asks again when it is in
+    hiddenForCall = false;
+    if (!isOut && !ballBusy && mayComeOut()) toggleBall(ballStart());
 }
 
 std::optional<Menu> Companion::menu() {

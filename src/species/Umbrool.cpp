@@ -141,14 +141,15 @@ bool Umbrool::isGhostHour() const {
 }
 
 void Umbrool::nightGlow(bool on) {
-    if (std::exchange(glowing_, on) == on) return;
-    {
+    if (std::exchange(glowing_, on) != on) {
+        greetsNight_ = on;
         const Transaction slowly(pet_.node().engine(), {.duration = 1.5});
         pet_.sprite().change([&](LayerProperties& l) {
             l.shadow = {.color = glow, .radius = 2.5 * pet_.scale(), .opacity = on ? 0.95 : 0};
         });
     }
-    if (!on) return;
+    if (!greetsNight_ || hasJustSaid()) return;
+    greetsNight_ = false;
     const auto greeted = computer().defaults.onlyDate(key("ghostHourGreeted"));
     if (date() - greeted.value_or(Date::distantPast()) <= nightsApart) return;
     computer().defaults.set(key("ghostHourGreeted"), date());

@@ -72,7 +72,9 @@ private:
         double height = 0;  // points that it rises out of the edge
     };
     double along(const Rect& window) const;
-    Rect inSight(Rect window) const;
+    /// The highest that its feet may be at a window's upper edge, so that a share of its body is
+    /// still on the screen above them.
+    double lookout(const Rect& window, double share) const;
     Step appearing(const Rect& window);
     Step sinkIn();
     void peek(Point at, Done done);
@@ -128,6 +130,7 @@ private:
     static constexpr int gloamerLevel = 25;
 
     bool glowing_ = false;
+    bool greetsNight_ = false;  // as soon as nothing else was just said
     std::vector<LayerRef> shades_;
     Begun shading_;
     Begun haunting_;  // inside a window

@@ -28,36 +28,34 @@ double Umbrool::along(const Rect& window) const {
 }
 
 void Umbrool::phase(Done done) {
-    auto window = pet_.frontWindow();
+    const auto window = pet_.frontWindow();
     if (!isOn("umbrool.phaseThroughWindows") || !window) return fly(std::move(done));
-    *window = inSight(*window);
+    const double top = lookout(*window, 1);
     muse(Face::happy, {.thought = Pixels::exclaim(), .seconds = 1.6});
     energy -= hauntingEnergy;
     gainEXP(hauntingShare);
 
-    std::vector<Step> steps{going({.to = {along(*window), window->maxY()}, .speed = 160}),
-                            sinkIn()};
+    std::vector<Step> steps{going({.to = {along(*window), top}, .speed = 160}), sinkIn()};
     for (std::size_t rounds = 1 + random().index(2); rounds > 0; --rounds) {
         steps.push_back(waiting(between(1.5, 4)));
         steps.push_back(appearing(*window));
     }
     steps.push_back(waiting(between(1, 2.5)));
-    steps.push_back([this, window = *window](Done next) {
-        climbOut({along(window), window.maxY()}, std::move(next));
+    steps.push_back([this, window = *window, top](Done next) {
+        climbOut({along(window), top}, std::move(next));
     });
     steps.push_back(sitting(1.0));
     run(std::move(steps), std::move(done));
 }
 
-/// The part of a window over whose upper edge a body can be seen.
-Rect Umbrool::inSight(Rect window) const {
-    const double highest = pet_.skyline - (a().idle.height + 2) * pet_.scale();
-    window.height = std::clamp(window.height, 0.0, std::max(highest - window.minY(), 0.0));
-    return window;
+double Umbrool::lookout(const Rect& window, double share) const {
+    const double body = share * (a().idle.height + 2) * pet_.scale();
+    return std::max(std::min(window.maxY(), pet_.skyline - body), window.minY());
 }
 
 Step Umbrool::appearing(const Rect& window) {
-    const double edge = random().coin() ? window.minY() + bottomEdge : window.maxY();
+    const double edge =
+        random().coin() ? window.minY() + bottomEdge : lookout(window, 1 - peekShare);
     return [this, window, edge](Done next) {
         const Point pointer = cursor();
         const bool inside = window.inset(booMargin * pet_.scale()).contains(pointer);

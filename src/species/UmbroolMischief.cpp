@@ -301,7 +301,7 @@ void Umbrool::prank(Done done) {
     }
     if (const auto window = pet_.frontWindow()) {
         choices.push_back(
-            [this, window = inSight(*window)](Done next) { tugWindow(window, std::move(next)); });
+            [this, window = *window](Done next) { tugWindow(window, std::move(next)); });
     }
     energy -= trickEnergy;
     gainEXP(trickShare);
@@ -326,7 +326,7 @@ void Umbrool::tugWindow(const Rect& window, Done done) {
     const double px = pet_.scale();
     const bool right = random().coin();
     const Point corner{right ? window.maxX() - 6 * px : window.minX() + 6 * px,
-                       window.maxY() - 2 * px};
+                       std::min(window.maxY() - 2 * px, lookout(window, 1))};
     const auto tug = [this, right] {
         pet_.face(right);
         feel(Face::determined, {.caption = "Nngh… come… here…!", .seconds = 3});

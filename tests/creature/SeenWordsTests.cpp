@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "support/CompanionProbe.h"
 #include "support/LivingCreature.h"
 
 namespace quibbits {
@@ -91,6 +92,37 @@ TEST(WhatItSays, IsSeenThoughADecisionFollowsAtOnce) {
             begin(life);
             EXPECT_TRUE(life.shows(words, 1, within)) << words.front() << ", seed " << seed;
         }
+    }
+}
+
+TEST(WhatItSays, ComesOneAfterTheOtherWhereTwoGreetingsMeet) {
+    for (std::uint64_t seed = 1; seed <= 6; ++seed) {
+        Speaker ghost({.store = "umbrool",
+                       .stage = "gloamer",
+                       .defaults = {{"umbrool.greeted", Date{0}}},
+                       .seed = seed,
+                       .begin = {.year = 2026, .month = 3, .day = 2, .hour = 20}});
+        EXPECT_TRUE(ghost.shows({"Good evening!"}, 1, 5)) << seed;
+        EXPECT_TRUE(ghost.shows({"The night is mine…"}, 1, 200)) << seed;
+    }
+}
+
+TEST(WhatItSays, AtPlayIsSaidEvenWhereAFaceWasJustShown) {
+    struct Row {
+        Intent intent;
+        bool shows;
+    };
+    for (const auto& [intent, shows] : {Row{Intent::play, true}, Row{Intent::dance, false}}) {
+        Speaker life({.stage = "mizzle"});
+        life.advance(60);
+        life.advance(5);
+        life.utterances.clear();
+        // Of no use to it: a face without words.
+        life.computer.dropOnStage({.location = life.body(), .item = "tetherLoop"});
+        CompanionProbe::begin(life.creature(), intent, [] {});
+        ASSERT_FALSE(life.utterances.empty());
+        EXPECT_EQ(life.utterances.back().caption.has_value(), shows) << rawValue(intent);
+        EXPECT_EQ(life.utterances.size(), shows ? 2u : 1u) << "no thought takes a face's place";
     }
 }
 

@@ -131,6 +131,36 @@ TEST(TheParty, KeepsWhoeverWasSentOutDuringACallWhenTheCallEnds) {
     }
 }
 
+TEST(TheParty, ForgetsACallOnceItIsOver) {
+    for (const Seconds sentOut : {1.0, 10.0}) {  // still on its way at the end of the call, or not
+        Party party(bothGrown);
+        party.computer.setCameras({true});
+        party.watch(5);
+        party.tap(0);
+        party.watch(sentOut);
+        party.computer.setCameras({false});
+        party.watch(10);
+        party.expectOut(0);
+        party.tap(0);
+        party.watch(20);
+        party.expectOut(-1);
+    }
+}
+
+TEST(TheParty, RemembersWhoStayedWhenTheUserChangedTheirMind) {
+    Party party(bothGrown);
+    party.sparrel().evolve({.to = Stage::thrummet});
+    party.watch(1);
+    party.tap(1);
+    party.watch(1);
+    party.tap(0);
+    party.watch(20);
+    party.quit();
+    party.launch();
+    party.watch(1);
+    party.expectOut(0);
+}
+
 TEST(TheParty, BringsBackWhoeverHidFromACallThatWasOverBeforeItWasIn) {
     Party party(bothGrown);
     for (int calls = 0; calls < 3; ++calls) {
