@@ -126,8 +126,7 @@ std::vector<xcb_window_t> EdgePanels::candidates() const {
     all.insert(all.end(), watched_.begin(), watched_.end());
     std::erase_if(all, [this](xcb_window_t window) { return isOwn(window); });
     std::ranges::sort(all);
-    const auto twice = std::ranges::unique(all);
-    all.erase(twice.begin(), twice.end());
+    all.erase(std::unique(all.begin(), all.end()), all.end());
     return all;
 }
 

@@ -147,11 +147,13 @@ std::vector<PixelRect> XScreens::monitors() {
     const std::string chosen = chosen_ ? chosen_() : "";
     std::vector<Monitor> connected = connectedMonitors();
     // The primary one leads the list, and a chosen one goes before it.
-    std::ranges::stable_partition(connected, [](const Monitor& each) { return each.isPrimary; });
+    std::stable_partition(connected.begin(), connected.end(),
+                          [](const Monitor& each) { return each.isPrimary; });
     names_.clear();
     for (const Monitor& each : connected) names_.push_back(each.name);
-    std::ranges::stable_partition(
-        connected, [&](const Monitor& each) { return !chosen.empty() && each.name == chosen; });
+    std::stable_partition(connected.begin(), connected.end(), [&](const Monitor& each) {
+        return !chosen.empty() && each.name == chosen;
+    });
 
     std::vector<PixelRect> found;
     for (const Monitor& each : connected) found.push_back(each.area);
