@@ -28,13 +28,11 @@ bool readInto(std::vector<std::string>& field, const Json& object, std::string_v
 
 std::optional<Credit> readCredit(const Json& object) {
     Credit credit;
-    const bool whole = readInto(credit.artist, object, "artist") &&
-                       readInto(credit.contact, object, "contact") &&
-                       readInto(credit.set, object, "set") &&
-                       readInto(credit.kind, object, "kind") &&
-                       readInto(credit.license, object, "license") &&
-                       readInto(credit.source, object, "source") &&
-                       readInto(credit.parts, object, "parts");
+    const bool whole =
+        readInto(credit.artist, object, "artist") && readInto(credit.contact, object, "contact") &&
+        readInto(credit.set, object, "set") && readInto(credit.kind, object, "kind") &&
+        readInto(credit.license, object, "license") && readInto(credit.source, object, "source") &&
+        readInto(credit.parts, object, "parts");
     if (!whole) return std::nullopt;
     return credit;
 }

@@ -16,10 +16,10 @@ struct ItemRow {
 
 constexpr std::array itemRows{
     ItemRow{Item::azurine, "azurine", "Azurine", true, std::nullopt},
-    ItemRow{Item::blushum, "blushum", "Blushum", true, Nature::Stat::speed},      // sweet
-    ItemRow{Item::cinnet, "cinnet", "Cinnet", true, Nature::Stat::attack},       // spicy
-    ItemRow{Item::hazzel, "hazzel", "Hazzel", true, Nature::Stat::spAttack},     // dry
-    ItemRow{Item::myrrow, "myrrow", "Myrrow", true, Nature::Stat::spDefense},    // bitter
+    ItemRow{Item::blushum, "blushum", "Blushum", true, Nature::Stat::speed},       // sweet
+    ItemRow{Item::cinnet, "cinnet", "Cinnet", true, Nature::Stat::attack},         // spicy
+    ItemRow{Item::hazzel, "hazzel", "Hazzel", true, Nature::Stat::spAttack},       // dry
+    ItemRow{Item::myrrow, "myrrow", "Myrrow", true, Nature::Stat::spDefense},      // bitter
     ItemRow{Item::sourling, "sourling", "Sourling", true, Nature::Stat::defense},  // sour
     ItemRow{Item::stormPebble, "stormPebble", "Storm Pebble", false, std::nullopt},
     ItemRow{Item::tetherLoop, "tetherLoop", "Tether Loop", false, std::nullopt},
