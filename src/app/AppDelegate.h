@@ -46,6 +46,9 @@ public:
     /// Opens the settings window, or brings it to the front.
     void showSettings();
 
+    /// The first creature that is free for something; none while all are in their balls or busy.
+    Companion* firstFree() const;
+
     // Empty before the launch, the stage until its end.
     StageWindow* stage() const { return stage_.get(); }
     const std::vector<std::unique_ptr<Companion>>& party() const { return party_; }
@@ -75,7 +78,6 @@ private:
     void answered(const NotificationResponse& response);
     void tellOfAccessibility();
     void zapOffered(const std::vector<std::string>& paths);
-    Companion* firstFree() const;
     /// The first free creature, else the first of all; none in an empty party.
     Companion* chosenForFiles() const;
 

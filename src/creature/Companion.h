@@ -246,6 +246,8 @@ public:
     /// Destroys files with a show, if it may and can; else they go to the Trash at once. Files
     /// that come while others are being destroyed are destroyed after them.
     void strike(const std::vector<std::string>& paths, const FilePoints& points);
+    /// Whether it may and can destroy files with a show.
+    bool canAttack() const;
     /// Destroys files that the user gave it, if it may and can; else they stay.
     void zap(const std::vector<std::string>& paths);
     /// Moves what it was still to destroy to the Trash at once: the user has had their say.
@@ -480,7 +482,6 @@ private:
     void withdrawOffer();
 
     // Deleting files.
-    bool canAttack() const;
     void attack(const std::vector<std::string>& paths, const FilePoints& points);
     void strikeNext();
     void trashAtOnce(const std::vector<std::string>& paths);

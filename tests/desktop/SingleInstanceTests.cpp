@@ -23,19 +23,33 @@ struct SingleInstanceTest : testing::Test {
         auto claim = SingleInstance::claim(folder.path(), display, "open");
         ASSERT_EQ(claim.outcome, Outcome::first);
         instance = std::move(claim.instance);
-        instance->listen(loop, [this](const std::string& word) { words.push_back(word); });
+        instance->listen(loop, [this](const std::string& word) {
+            words.push_back(word);
+            return reply;
+        });
     }
-    /// A second start; it waits for its answer on another thread while the first one lives.
-    Outcome startAgain(const std::string& word, const std::string& display = ":7") {
-        std::optional<Outcome> outcome;
-        std::thread second([&, path = folder.path()] {
-            const auto result = SingleInstance::claim(path, display, word).outcome;
-            loop.post([&, result] { outcome = result; });
+    /// What another program does, on a thread of its own while the first one lives.
+    template <typename Work>
+    auto elsewhere(Work work) {
+        std::optional<decltype(work())> result;
+        std::thread second([&] {
+            auto made = work();
+            loop.post([&, made] { result = made; });
         });
         const Instant end = loop.now() + 60;
-        while (!outcome && loop.now() < end) loop.turn(0.05);
+        while (!result && loop.now() < end) loop.turn(0.05);
         second.join();
-        return outcome.value_or(Outcome::unknown);
+        return result.value_or(decltype(work()){});
+    }
+    Outcome startAgain(const std::string& word, const std::string& display = ":7") {
+        return elsewhere([&] {
+                   return std::optional(
+                       SingleInstance::claim(folder.path(), display, word).outcome);
+               })
+            .value_or(Outcome::unknown);
+    }
+    SingleInstance::Told tell(const std::string& line, const std::string& display = ":7") {
+        return elsewhere([&] { return SingleInstance::tell(folder.path(), display, line); });
     }
     std::filesystem::path socketPlace() const { return folder / "quibbits_7.socket"; }
     FileDescriptor connect() const {
@@ -58,6 +72,7 @@ struct SingleInstanceTest : testing::Test {
     EventRunLoop loop;
     std::unique_ptr<SingleInstance> instance;
     std::vector<std::string> words;
+    std::string reply;
 };
 
 TEST_F(SingleInstanceTest, TheSecondHandsItsWordToTheFirst) {
@@ -96,7 +111,7 @@ TEST_F(SingleInstanceTest, BadVisitorsHarmNothing) {
     std::vector<FileDescriptor> visitors;
     for (const std::string& text :
          {std::string("\n"), std::string("tab\t\n"), std::string("\x01\x02\xff\n"),
-          std::string(5000, 'x'), std::string("no end"), std::string(300, 'y') + "\nopen\n"}) {
+          std::string("no end"), std::string("tab\t\nopen\n")}) {
         visitors.push_back(connect());
         say(visitors.back(), text);
         turnFor(0.05);

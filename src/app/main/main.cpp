@@ -1,27 +1,27 @@
-// quibbits: the resident companion. A second start on the same display opens the first one's
-// settings, and its dial where there is no tray to click; "quibbits dial" opens the dial, for a key
-// of the desktop or a launcher; addresses such as quibbits://celebrate are handed on.
+// quibbits: the resident companion, and the words by which a command line speaks to it. A start
+// while one runs on the same display hands over to it: without words it opens the settings, and the
+// dial where there is no tray to click.
 
-#include <algorithm>
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "app/Address.h"
 #include "app/AppDelegate.h"
+#include "commands/Answers.h"
+#include "commands/CommandLine.h"
 #include "desktop/LinuxComputer.h"
 #include "desktop/SingleInstance.h"
 
 namespace {
 
 using namespace quibbits;
-
-constexpr const char* openSettings = "open";
-constexpr const char* openDial = "dial";
 
 /// The chance of this run: never the same twice.
 std::uint64_t freshSeed() {
@@ -36,70 +36,96 @@ std::vector<std::filesystem::path> sheetFolders() {
     return {program.parent_path() / "../share/quibbits/sheets", QUIBBITS_SHEETS_DIR};
 }
 
-/// What a start asks for, in turn: each a line of text for the one that runs. Nothing is a mistake.
-std::vector<std::string> wishes(int count, char** arguments) {
-    if (count == 1) return {openSettings};
-    std::vector<std::string> all(arguments + 1, arguments + count);
-    const bool areAddresses = std::ranges::all_of(
-        all, [](const std::string& each) { return each.starts_with(ownScheme); });
-    const bool isDial = all.size() == 1 && all.front() == openDial;
-    return areAddresses || isDial ? all : std::vector<std::string>{};
+std::string display() {
+    const char* name = std::getenv("DISPLAY");
+    return name ? name : "";
 }
 
-/// Does what this start or a later one asks for.
-void fulfil(const std::string& wish, AppDelegate& delegate, const StatusItem& icon) {
-    if (wish.starts_with(ownScheme)) {
-        delegate.open({wish});
-    } else if (wish == openSettings) {
-        if (!icon.isShown() && icon.onClick) icon.onClick();
-        delegate.showSettings();
-    } else if (wish == openDial && icon.onClick) {
-        icon.onClick();
-    }
+int complain(const std::string& reason, int status) {
+    std::fprintf(stderr, "quibbits: %s\n", reason.c_str());
+    return status;
 }
 
-}  // namespace
+int print(const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    return std::fflush(stdout) == 0 ? commands::done : commands::failed;
+}
 
-int main(int count, char** arguments) {
-    const auto asked = wishes(count, arguments);
-    if (asked.empty()) {
-        std::fputs("Usage: quibbits [dial | quibbits://WORD...]\n", stderr);
-        return 2;
+/// Says the line to the one that runs, and shows what it answers.
+int tell(const commands::Asked& asked) {
+    const std::string& line = asked.lines.front();
+    if (line.size() > SingleInstance::longestLine) {
+        return complain("these are too many words at once", commands::failed);
     }
-    const char* display = std::getenv("DISPLAY");
-    using Outcome = SingleInstance::Outcome;
-    const auto folder = SingleInstance::usualFolder();
-    auto wish = asked.begin();
-    auto claim = SingleInstance::claim(folder, display ? display : "", *wish);
-    while (claim.outcome == Outcome::handedOver) {
-        if (++wish == asked.end()) return 0;
-        claim = SingleInstance::claim(folder, display ? display : "", *wish);
+    const auto told = SingleInstance::tell(SingleInstance::usualFolder(), display(), line);
+    switch (told.outcome) {
+        case SingleInstance::Outcome::nobody:
+            print(asked.text);
+            return complain("it does not run", commands::notRunning);
+        case SingleInstance::Outcome::unknown:
+            return complain("several are running; tell which with DISPLAY", commands::failed);
+        case SingleInstance::Outcome::unanswered:
+            return complain("it is running and does not answer", commands::failed);
+        default: break;
     }
-    if (claim.outcome == Outcome::unanswered) {
-        std::fputs("Quibbits: it is running already and does not answer\n", stderr);
-        return 1;
-    }
+    const auto reply = commands::unpack(told.answer.value_or(""));
+    if (reply.status == commands::done) return print(reply.text);
+    std::fprintf(stderr, "quibbits: %s", reply.text.c_str());
+    return reply.status;
+}
 
+/// Lives on the desktop, from the lines that nobody else has taken to the end.
+int live(std::unique_ptr<SingleInstance> instance, const std::vector<std::string>& lines) {
     auto [linux, failure] = LinuxComputer::start({.sheets = sheetFolders()});
-    if (!linux) {
-        std::fprintf(stderr, "Quibbits: %s\n", failure.c_str());
-        return 1;
-    }
-    const auto instance = std::move(claim.instance);  // gone before the loop
+    if (!linux) return complain(failure, commands::failed);
+    const auto mine = std::move(instance);  // gone before the loop
     Random random(freshSeed());
     const Computer computer = linux->computer(random);
     AppDelegate delegate(computer, linux->panels(), linux->windows());
     delegate.onTerminate = [loop = &linux->loop()] { loop->quit(); };
     delegate.applicationDidFinishLaunching();
-    for (; wish != asked.end(); ++wish) {
-        if (*wish != openSettings) fulfil(*wish, delegate, computer.statusItem);
+    commands::Answers answers(
+        delegate, computer,
+        {.version = QUIBBITS_VERSION, .process = getpid(), .display = display()});
+    for (const auto& line : lines) {
+        if (line != commands::openLine) answers.answer(line);
     }
-    if (instance) {
-        instance->listen(linux->loop(), [&](const std::string& later) {
-            fulfil(later, delegate, computer.statusItem);
-        });
+    if (mine) {
+        mine->listen(linux->loop(),
+                     [&](const std::string& line) { return commands::pack(answers.answer(line)); });
     }
     linux->run();
     delegate.applicationWillTerminate();
-    return 0;
+    return commands::done;
+}
+
+/// Hands the lines to the one that runs, in turn, or becomes it with those that are left.
+int start(const std::vector<std::string>& lines) {
+    using Outcome = SingleInstance::Outcome;
+    const auto folder = SingleInstance::usualFolder();
+    for (auto line = lines.begin(); line != lines.end(); ++line) {
+        auto claim = SingleInstance::claim(folder, display(), *line);
+        if (claim.outcome == Outcome::handedOver) continue;
+        if (claim.outcome == Outcome::unanswered) {
+            return complain("it is running already and does not answer", commands::failed);
+        }
+        return live(std::move(claim.instance), {line, lines.end()});
+    }
+    return commands::done;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    std::error_code error;
+    const auto asked =
+        commands::read({arguments + 1, arguments + count}, std::filesystem::current_path(error));
+    switch (asked.kind) {
+        case commands::Asked::Kind::start: return start(asked.lines);
+        case commands::Asked::Kind::tell: return tell(asked);
+        case commands::Asked::Kind::print: return print(asked.text);
+        case commands::Asked::Kind::refused: return complain(asked.text, commands::failed);
+        case commands::Asked::Kind::mistake: break;
+    }
+    return complain(asked.text + "; see quibbits --help", commands::misused);
 }
