@@ -26,6 +26,7 @@ class Files {
 public:
     virtual ~Files() = default;
     virtual bool exists(const std::string& path) const = 0;
+    virtual bool isFolder(const std::string& path) const = 0;
     /// What tells a file from another that takes its name later, and from itself after a change.
     /// Empty for whatever is no regular file.
     virtual std::string fingerprint(const std::string& path) const = 0;

@@ -184,6 +184,7 @@ public:
         bool operator==(const Details&) const = default;
     };
     bool exists(const std::string& path) const override { return files.contains(path); }
+    bool isFolder(const std::string& path) const override;
     std::string fingerprint(const std::string& path) const override;
     std::string desktopFolder() const override { return "/home/user/Desktop"; }
     std::string downloadsFolder() const override { return "/home/user/Downloads"; }

@@ -1,6 +1,6 @@
 // How a ghost deletes a file: with an orb that it throws, and eats with what the orb has swallowed.
 
-#include "body/Pixels.h"
+#include "body/FileIcons.h"
 #include "species/Umbrool.h"
 
 namespace quibbits {
@@ -41,7 +41,7 @@ void Umbrool::gloomOrb(Point target, const std::string& path, Done done) {
     };
     fx->gloomOrb({.start = besideBody(mouthPlace),
                   .target = target,
-                  .icon = Pixels::file(),
+                  .icon = iconForFile(computer().files, path),
                   .mouth = guarded([this] { return besideBody(mouthPlace); }),
                   .throwing = unlessCutOff([this] {
                       const Anim* throws = a().role("throw");

@@ -5,9 +5,11 @@
 #include <cmath>
 #include <set>
 
+#include "body/FileIcons.h"
 #include "body/HandmadeSet.h"
 #include "body/Pixels.h"
 #include "body/Sheets.h"
+#include "sim/SimulatedComputer.h"
 
 namespace quibbits {
 namespace {
@@ -301,6 +303,24 @@ TEST(APictureOfLetters, HasItsFirstRowOnTopAndHolesForUnknownLetters) {
                                      0,          0,          0xffc0c0c8, 0xffc0c0c8};
     for (int i = 0; i < 9; ++i) EXPECT_EQ(image.at(i % 3, i / 3), expected[i]) << i;
     EXPECT_FALSE(Pixels::image({}));
+}
+
+TEST(AFilesIcon, ShowsWhatItIsByTheEndOfItsName) {
+    SimulatedFiles files;
+    files.files = {"/d/album/one.jpg"};
+    const auto icon = [&](const std::string& path) { return &iconForFile(files, path); };
+    const Image* plain = icon("/d/notes");
+    EXPECT_EQ(icon("/d/x.unheard"), plain);
+    EXPECT_EQ(icon("/d.zip/x"), plain) << "the folder's name is not the file's";
+    EXPECT_EQ(icon("/d/x."), plain);
+    EXPECT_EQ(icon("/d/A.JPG"), icon("/d/b.png"));
+    EXPECT_EQ(icon("/d/a.tar.gz"), icon("/d/b.zip"));
+    std::set<const Image*> kinds{plain, icon("/d/album")};
+    for (const char* name : {"a.txt", "a.png", "a.mp3", "a.mkv", "a.zip", "a.deb"}) {
+        const Image* each = icon(std::string("/d/") + name);
+        EXPECT_TRUE(kinds.insert(each).second) << name;
+        EXPECT_NE(*each, *plain);
+    }
 }
 
 void expectStacked(const Image& whole, const Image& top, const Image& bottom, int seam) {

@@ -149,6 +149,11 @@ bool DiskFiles::exists(const std::string& path) const {
     return linkInfo(path).has_value();
 }
 
+bool DiskFiles::isFolder(const std::string& path) const {
+    const auto info = linkInfo(path);
+    return info && S_ISDIR(info->st_mode);
+}
+
 std::string DiskFiles::fingerprint(const std::string& path) const {
     const auto info = linkInfo(path);
     if (!info || !S_ISREG(info->st_mode)) return {};

@@ -25,6 +25,7 @@ public:
     /// With every link on the way to it followed.
     std::string downloadsFolder() const override { return downloads_; }
     bool exists(const std::string& path) const override;
+    bool isFolder(const std::string& path) const override;
     std::string fingerprint(const std::string& path) const override;
     /// Refuses relative paths. A symbolic link is moved itself.
     bool moveToTrash(const std::string& path) override;
