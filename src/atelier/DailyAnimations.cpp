@@ -196,18 +196,22 @@ Animation nod() {
         .eyes = {open, open, closed, open}};
 }
 
+// In within the first quarter, as long as its words to breathe in stand; then out, and a rest.
 Animation deepBreath() {
-    return {.name = "DeepBreath",
-            .ticks = {12, 12, 16, 6, 14, 8},
-            .tracks = {{squash, {1.02, 1.06, 1.09, 1.0, 0.93, 0.98}},
-                       {bodyPitch, {-6, -6, -6, 0, 8, 0}},
-                       {headPitch, {-8, -8, -8, 0, 4, 0}},
-                       {spreads, {30, 30, 34, 14}},
-                       {tailPuff, {1, 1.04, 1.08, 1, 0.96, 1}},
-                       {ear, {0, -4, -6, 0, 20, 0}}},
-            .eyes = {open, open, closed, open, closed, open},
-            .mouths = {Mouth::flat, Mouth::flat, Mouth::flat, Mouth::round, Mouth::round,
-                       Mouth::smile}};
+    return {
+        .name = "DeepBreath",
+        .ticks = {8, 8, 8, 8, 14, 12, 12, 12, 12, 16, 18, 16},
+        .tracks = {{squash, {1.02, 1.05, 1.07, 1.09, 1.09, 1.05, 1.0, 0.96, 0.93, 0.95, 0.98, 1.0}},
+                   {bodyPitch, {-2, -4, -5, -6, -6, -2, 2, 6, 8, 5, 2, 0}},
+                   {headPitch, {-3, -5, -7, -8, -8, -4, 0, 3, 4, 3, 1, 0}},
+                   {spreads, {20, 26, 30, 34, 34, 28, 20, 14, 14, 14, 14, 14}},
+                   {tailPuff, {1.02, 1.04, 1.06, 1.08, 1.08, 1.04, 1, 0.97, 0.96, 0.98, 1, 1}},
+                   {ear, {-1, -3, -5, -6, -6, 0, 8, 16, 20, 12, 5, 0}}},
+        .eyes = {open, half, closed, closed, closed, closed, closed, closed, closed, half, open,
+                 open},
+        .mouths = {Mouth::flat, Mouth::flat, Mouth::flat, Mouth::flat, Mouth::flat, Mouth::round,
+                   Mouth::round, Mouth::round, Mouth::round, Mouth::flat, Mouth::smile,
+                   Mouth::smile}};
 }
 
 }  // namespace
