@@ -155,6 +155,16 @@ void AppDelegate::zapOffered(const std::vector<std::string>& paths) {
     std::ranges::copy_if(paths, std::back_inserter(there), [this](const std::string& path) {
         return downloads_ ? downloads_->isAsOffered(path) : computer_.files.exists(path);
     });
+    const bool someChanged = std::ranges::any_of(paths, [&](const std::string& path) {
+        return computer_.files.exists(path) && std::ranges::find(there, path) == there.end();
+    });
+    if (someChanged) {
+        computer_.notifications.send(
+            {.identifier = "downloads.changed",
+             .title = "Left alone",
+             .body = "What has changed since you were asked was not deleted."},
+            [](const NotificationOutcome&) {});
+    }
     if (there.empty()) return;
     Companion* creature = chosenForFiles();
     const auto rest = there.begin() + static_cast<std::ptrdiff_t>(std::min(shown, there.size()));

@@ -21,7 +21,7 @@ Senses::Senses(Machine& machine, const Pointer& pointer, RunLoop& loop,
       pointer_(pointer),
       loop_(loop),
       defaults_(defaults),
-      activeSince_(loop.date()) {
+      activeSince_(loop.now()) {
     checkIdle();
     heat_ = machine_.thermalStateChanged.subscribe([this] {
         if (onHeat) onHeat();
@@ -45,7 +45,7 @@ void Senses::checkPresence(Seconds idle) {
         if (onAway) onAway();
     } else if (away_ && idle < backWithin) {
         away_ = false;
-        activeSince_ = loop_.date();
+        activeSince_ = loop_.now();
         if (onBack) onBack();
     }
 }
@@ -53,7 +53,7 @@ void Senses::checkPresence(Seconds idle) {
 void Senses::checkBreak() {
     if (!defaults_.boolean("breakReminder")) return;
     const auto minutes = std::max(defaults_.integer("breakMinutes"), shortestStretch);
-    const Date now = loop_.date();
+    const Instant now = loop_.now();
     if (now - activeSince_ <= static_cast<double>(minutes) * 60) return;
     activeSince_ = now;
     if (onBreakTime) onBreakTime();

@@ -47,7 +47,7 @@ private:
     bool away_ = false;
     bool musicPlaying_ = false;
     bool cameraOn_ = false;
-    Date activeSince_;
+    Instant activeSince_;
     std::optional<bool> online_;
     Timer idleTimer_;
     Subscription heat_;

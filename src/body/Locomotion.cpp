@@ -79,19 +79,22 @@ void Pet::jump(Point to, const Anim& hop, const Anim& leap, Done done) {
 }
 
 void Pet::move(Point to, Motion motion, Done done) {
-    glideSpeech(keepSpeechInSight(to));
+    glideSpeech(keepSpeechInSight(to), motion.duration);
     KeyframeMotion frames{.values = {position(), to}, .path = std::move(motion.path)};
     const Transaction still(engine_, Transaction::withoutActions());
     node_->setPosition(to);
-    node_->add({.keyPath = KeyPath::position,
-                .motion = std::move(frames),
-                .curve = motion.timing,
-                .timing = {.duration = motion.duration}},
-               "move",
-               lifetime_.guard([this, started = token_, done = std::move(done)](bool finished) {
-                   if (!finished || token_ != started || !onMoved()) return;
-                   if (done) done();
-               }));
+    node_->add(
+        {.keyPath = KeyPath::position,
+         .motion = std::move(frames),
+         .curve = motion.timing,
+         .timing = {.duration = motion.duration}},
+        "move", lifetime_.guard([this, started = token_, done = std::move(done)](bool finished) {
+            if (!finished || token_ != started) return;
+            constexpr Seconds toTheOtherSide = 0.3;  // of the head, where it has got too high
+            glideSpeech(keepSpeechInSight(position()), toTheOtherSide);
+            if (!onMoved()) return;
+            if (done) done();
+        }));
 }
 
 double Pet::fall(Falling how, Done done) {

@@ -98,6 +98,9 @@ public:
     void hold(const Anim& anim, std::size_t frame);
     /// Runs the block after a delay, unless the body is interrupted first.
     void after(Seconds delay, std::function<void()> block);
+    /// The node is about to be so many times its size, and its bubbles with it: they are placed so
+    /// that they are on the screen then.
+    void makeRoomFor(double size);
     /// Cancels everything that is pending or moving and undoes all that was begun. The body stays
     /// where it was seen.
     void interrupt();
@@ -225,8 +228,8 @@ private:
     Vector shiftIntoSight(Rect bubble, Point from, Point to) const;
     /// Moves the bubble so that it is on the screen while the body goes there, and tells how far.
     Vector keepSpeechInSight(Point to);
-    /// Shows a bubble that has been moved gliding to its place.
-    void glideSpeech(Vector moved);
+    /// Shows a bubble that has been moved gliding to its place; up and down with the body's motion.
+    void glideSpeech(Vector moved, Seconds motion);
     void typeOut(const StyledText& whole, std::size_t prefix, Seconds step, int turn);
     void showThought(const Image& image, Point at);
     void buildLayers();
@@ -246,7 +249,8 @@ private:
     LayerRef caption_;
     LayerRef thought_;
     int bubbleTurn_ = 0;
-    Speech speech_;  // without bounds while nothing is shown
+    Speech speech_;           // without bounds while nothing is shown
+    double enlargement_ = 1;  // of the node, as bubbles are placed for
 
     int token_ = 0;
     Beginnings begun_;

@@ -160,7 +160,10 @@ Vector Pet::shiftIntoSight(Rect bubble, Point from, Point to) const {
 
 Vector Pet::keepSpeechInSight(Point to) {
     if (speech_.bounds.isEmpty()) return {};
-    const Vector shift = shiftIntoSight(speech_.bounds, position(), to);
+    const Rect b = speech_.bounds;
+    const double e = enlargement_;
+    const Vector shift =
+        shiftIntoSight({b.x * e, b.y * e, b.width * e, b.height * e}, position(), to) * (1 / e);
     const Vector by = shift - speech_.shift;
     if (by == Vector{}) return {};
     speech_.shift = shift;
@@ -174,16 +177,25 @@ Vector Pet::keepSpeechInSight(Point to) {
     return by;
 }
 
-void Pet::glideSpeech(Vector moved) {
-    if (std::abs(moved.dx) < 1) return;
-    for (const auto& layer : {bubble_, dialog_, thought_}) {
-        layer->add({.keyPath = KeyPath::positionX,
-                    .motion = BasicMotion{.from = -moved.dx, .to = 0.0},
-                    .curve = TimingFunction::easeInEaseOut(),
-                    .timing = {.duration = 0.3},
-                    .additive = true},
-                   "shift");
-    }
+void Pet::makeRoomFor(double size) {
+    enlargement_ = size;
+    keepSpeechInSight(node_->model().position);
+}
+
+void Pet::glideSpeech(Vector moved, Seconds motion) {
+    const auto glide = [this](KeyPath along, double by, Seconds duration, const char* key) {
+        if (std::abs(by) < 1) return;
+        for (const auto& layer : {bubble_, dialog_, thought_}) {
+            layer->add({.keyPath = along,
+                        .motion = BasicMotion{.from = -by, .to = 0.0},
+                        .curve = TimingFunction::easeInEaseOut(),
+                        .timing = {.duration = duration},
+                        .additive = true},
+                       key);
+        }
+    };
+    glide(KeyPath::positionX, moved.dx, 0.3, "shift");
+    glide(KeyPath::positionY, moved.dy, motion, "lift");
 }
 
 void Pet::typeOut(const StyledText& whole, std::size_t prefix, Seconds step, int turn) {

@@ -72,6 +72,7 @@ void Companion::goIn() {
 }
 
 void Companion::comeOut(Point from) {
+    hiddenForCall = false;  // whoever let it out
     pet_.interrupt();
     const Point spot = summonSpot();
     const bool right = pet_.walkArea.lo + lookAlongThrow * pet_.scale() < spot.x;

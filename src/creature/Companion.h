@@ -427,6 +427,7 @@ private:
     void act(Intent intent, const Surroundings& seen, Done next);
     void begin(Intent intent, const Surroundings& seen, Done next);
     void showIntent(Intent intent, const Surroundings& seen);
+    void comeDownAndThink();
     double hoursSincePetted() const;
 
     // Needs.

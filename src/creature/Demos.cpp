@@ -56,7 +56,11 @@ void Companion::filesDemo() {
     constexpr Seconds iconsReadWithin = 3;
     pet_.openSpots();  // has the desktop's icons read
     if (pet_.iconsKnown) return visitFiles();
-    pet_.after(iconsReadWithin, [this] { visitFiles(); });
+    demoRunning = true;  // while it waits, too
+    pet_.after(iconsReadWithin, [this] {
+        demoRunning = false;
+        visitFiles();
+    });
 }
 
 void Companion::visitFiles() {

@@ -199,7 +199,10 @@ void Companion::askForBerry(std::optional<Point> target, Done done) {
                 .suffix = "hungry"});
     }
     std::vector<Step> steps;
-    if (target) steps.push_back(going({.to = *target, .speed = 70}));
+    if (target)
+        steps.push_back(going({.to = *target, .speed = 70}));
+    else if (hasJustSaid())
+        steps.push_back(waiting(3));  // until those words have been read
     steps.push_back(doing([this] {
         pet_.faceTowards(cursor());
         speak({.moment = Moment::askBerry,

@@ -51,13 +51,7 @@ void Companion::think() {
     greetTheDay();
     chargeSparks_.end();
     if (!pet_.surfaceIndex(pet_.position())) standUp();  // the ground changed while it was busy
-    if (pet_.isAirborne()) {
-        pet_.fall(falling(), [this] {
-            bobbing_.end();
-            think();
-        });
-        return save();
-    }
+    if (pet_.isAirborne()) return comeDownAndThink();
     const Mood present = mood();
     if (present == Mood::fainted) {
         faint();  // again, where a reaction got it up
@@ -67,6 +61,7 @@ void Companion::think() {
     if (present == Mood::charging) energy = std::min(energy + chargedByThinking, 1.0);
 
     const std::vector<Ground> spots = pet_.openSpots();
+    if (pet_.isAirborne()) return comeDownAndThink();  // what it stood on is no longer there
     std::vector<Ground> tiles;
     std::ranges::copy_if(spots, std::back_inserter(tiles), [](auto& g) { return !g.solid; });
     Surroundings seen{.spots = spots, .newFile = noticeNewFiles(tiles)};
@@ -84,6 +79,14 @@ void Companion::think() {
     if (isActive(intent)) boredom = std::max(boredom - boredomBurnt, 0.0);
     if (onDecision) onDecision(*this, mind);
     act(intent, seen, [this] { think(); });
+    save();
+}
+
+void Companion::comeDownAndThink() {
+    pet_.fall(falling(), [this] {
+        bobbing_.end();
+        think();
+    });
     save();
 }
 

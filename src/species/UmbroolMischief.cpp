@@ -81,10 +81,14 @@ void Umbrool::lick(Done done) {
     gainEXP(trickShare);
 
     const Step licks = [this, tongue = *tongue](Done next) {
+        zoomed_ = pet_.begin([this] {
+            pet_.node().removeAnimation("zoom");
+            pet_.makeRoomFor(1);
+        });
+        pet_.makeRoomFor(bigTongue);
         feel(Face::joyous, {.caption = "*lick*", .seconds = 2});
         pet_.play(tongue);
         zoom(bigTongue, zooming);
-        zoomed_ = pet_.begin([this] { pet_.node().removeAnimation("zoom"); });
         const auto mouth = [this, tongue] {
             return pet_.position() + Vector{0, tongue.height * 0.2 * pet_.scale() * bigTongue};
         };

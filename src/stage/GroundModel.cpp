@@ -118,8 +118,9 @@ double StageWindow::estimatedDockWidth(const DockPreferences& preferences) const
 }
 
 void StageWindow::refreshIcons() {
-    const Date now = computer_.runLoop.date();
-    if (!iconsAllowed_ || now - iconsRead_ <= iconsGoStale) return;
+    const Instant now = computer_.runLoop.now();
+    const bool fresh = iconsRead_ && now - *iconsRead_ <= iconsGoStale;
+    if (!iconsAllowed_ || fresh) return;
     iconsRead_ = now;
     takeIcons();
 }

@@ -89,7 +89,7 @@ private:
     std::vector<Ground> ground_;  // base rows
     Range room_;                  // between panels along the sides
     std::vector<Ground> icons_;
-    Date iconsRead_ = Date::distantPast();
+    std::optional<Instant> iconsRead_;
     bool iconsAllowed_ = true;
 
     bool raised_ = false;

@@ -130,6 +130,29 @@ TEST_F(PetSpeech, ABubbleFollowsOntoTheScreenWhileItsCreatureIsCarried) {
     EXPECT_EQ(dialog().frame(), panel) << "so that nothing is under the floor after a fall";
 }
 
+TEST_F(PetSpeech, ABubbleChangesSidesOfTheHeadWithoutAJump) {
+    pet->skyline = 600;
+    pet->drag({500, 560});
+    pet->showFace({.image = portrait(), .caption = "Whee", .seconds = 100});
+    const auto seen = [&] {
+        return pet->position().y + part(1).presentation().position.y;  // on the screen
+    };
+    double before = seen();
+    const auto glides = [&](int frames) {
+        for (int frame = 0; frame < frames; ++frame) {
+            advance(1.0 / 60);
+            EXPECT_LT(std::abs(seen() - before), 60) << frame;
+            before = seen();
+        }
+    };
+    pet->fall(Pet::Falling::floating, {});
+    glides(180);
+    EXPECT_GT(before, 20) << "over the head, on the floor";
+    pet->move({500, 560}, {.duration = 2}, {});
+    glides(180);
+    EXPECT_LT(before, 560) << "under the feet, at the top";
+}
+
 TEST_F(PetSpeech, ABubbleIsOnTheScreenAllTheWayOfAWalk) {
     pet->skyline = 600;
     pet->drag({100, 0});

@@ -279,6 +279,24 @@ TEST(ACamera, SendsInWhoIsOutAndOnlyThemOutAgain) {
     EXPECT_FALSE(life.creature().isOut);  // the user had put it away
 }
 
+TEST(ACall, ThatTheUserCutShortForACreatureIsForgotten) {
+    Life life({});
+    life.advance(5);
+    life.computer.setCameras({true});
+    life.advance(5);
+    life.computer.defaults.set("hideOnCamera", false);
+    life.computer.setCameras({false});
+    life.advance(5);
+    EXPECT_FALSE(life.creature().isOut) << "nothing is done while that is off";
+    life.toggle();
+    life.advance(5);
+    ASSERT_TRUE(life.creature().isOut);
+    life.computer.defaults.set("hideOnCamera", true);
+    life.toggle();
+    life.advance(20);
+    EXPECT_FALSE(life.creature().isOut) << "it was put away by hand";
+}
+
 TEST(FilesOnOffer, GoToTheTrashOnlyWhenTheUserSaysSo) {
     Life life({});
     life.advance(5);

@@ -76,6 +76,25 @@ TEST_P(UnderASetClock, ItMissesNobodyWhoIsThere) {
     EXPECT_GE(life.creature().energy, 0);
 }
 
+TEST_P(UnderASetClock, ItSeesNewFilesOnTheDesktopAndRestsItsPersonInTime) {
+    LivingCreature life({.defaults = {{"breakReminder", true}, {"breakMinutes", 15}}});
+    int breaks = 0;
+    life.computer.notifications.onSend = [&](const NotificationRequest& each) {
+        breaks += each.identifier == "break";
+    };
+    life.computer.fileBrowser.icons = std::vector<DesktopIcon>{};
+    life.pet().openSpots();
+    setClock(life);
+    life.computer.fileBrowser.icons = {{"new", {700, 10, 50, 50}}};
+    life.advance(25);
+    life.pet().openSpots();
+    EXPECT_EQ(life.pet().ground.size(), 2u);
+    life.advance(840);
+    EXPECT_EQ(breaks, 0);
+    life.advance(80);
+    EXPECT_EQ(breaks, 1);
+}
+
 INSTANTIATE_TEST_SUITE_P(ByHours, UnderASetClock,
                          ::testing::Values(-3600.0, 3600.0, -40000.0, 40000.0, -4e6));
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/CompanionProbe.h"
 #include "support/LivingCreature.h"
 
 namespace quibbits {
@@ -334,6 +335,28 @@ TEST(AStolenPointer, IsShownAgainWhenTheProgramEnds) {
     ASSERT_TRUE(ghost.carriesThePointer());
     ghost.app->applicationWillTerminate();
     EXPECT_FALSE(ghost.carriesThePointer());
+}
+
+TEST(ALick, IsSeenWithItsWordsNearTheTopOfTheScreen) {
+    for (const double pointer : {300.0, 560.0, 650.0, 700.0, 810.0}) {
+        Ghost ghost({.defaults = {{"umbrool.exp", 90000.0}}}, DrawnSheets::ofTrickster());
+        ghost.computer.movePointer({700, pointer});
+        ghost.advance(5);
+        ghost.creature().stop([] {});
+        ghost.utterances.clear();
+        CompanionProbe::begin(ghost.creature(), Intent::lick, [] {});
+        for (int i = 0; i < 200 && !ghost.node().animation("zoom"); ++i) ghost.advance(0.1);
+        ASSERT_TRUE(ghost.node().animation("zoom")) << pointer;
+        ghost.advance(1);  // as big as it gets
+        const double size = ghost.node().presentation().transform.scaleY;
+        EXPECT_GT(size, 1.7);
+        for (const LayerRef& part : ghost.node().sublayers()) {
+            if (part->model().opacity == 0 || part->model().borderWidth == 0) continue;
+            const double foot = ghost.pet().position().y;
+            EXPECT_LE(foot + size * part->frame().maxY(), 900) << pointer;
+            EXPECT_GE(foot + size * part->frame().minY(), 0) << pointer;
+        }
+    }
 }
 
 TEST(ATrick, LeavesTheBodyAsItWasAndNothingBehind) {

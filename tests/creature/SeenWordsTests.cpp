@@ -107,6 +107,16 @@ TEST(WhatItSays, ComesOneAfterTheOtherWhereTwoGreetingsMeet) {
     }
 }
 
+TEST(WhatItSays, OfItsHungerWaitsForTheWordsBeforeIt) {
+    Speaker life({.defaults = {{"pet.greeted", Date{0}}, {"pet.hunger", 0.95}}});
+    life.computer.movePointer({life.pet().position().x, 890});  // nowhere to walk to
+    CompanionProbe::begin(life.creature(), Intent::askForBerry, [] {});
+    EXPECT_TRUE(life.shows({"Good morning!"}, 1, 3));
+    ASSERT_NE(life.utterances.back().face, Face::worried);
+    life.advance(3);
+    EXPECT_EQ(life.utterances.back().face, Face::worried) << "and then it asks";
+}
+
 TEST(WhatItSays, AtPlayIsSaidEvenWhereAFaceWasJustShown) {
     struct Row {
         Intent intent;

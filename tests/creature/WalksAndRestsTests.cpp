@@ -224,6 +224,24 @@ TEST(TheGround, GivingWayUnderAStandingCreatureBringsItDownAndItGoesOn) {
     EXPECT_GT(life.decisions.size(), before);
 }
 
+TEST(AFile, ThatVanishesUnderACreatureHasItDecideOnceItIsDown) {
+    for (std::uint64_t seed = 1; seed <= 8; ++seed) {
+        LivingCreature life({.seed = seed});
+        life.computer.fileBrowser.icons = {{"high", {700, 300, 60, 60}}};
+        life.advance(30);
+        life.creature().stop([] {});
+        life.pet().drag(life.pet().ground.back().middle());
+        life.creature().sit(22, [&] { life.creature().think(); });
+        life.computer.fileBrowser.icons = std::vector<DesktopIcon>{};
+        life.decisions.clear();
+        life.times.clear();
+        while (life.times.empty()) life.advance(0.05);
+        EXPECT_FALSE(life.pet().isAirborne());
+        life.advance(0.6);
+        EXPECT_EQ(life.decisions.size(), 1u) << seed;
+    }
+}
+
 TEST(TheGround, GoingAwayUnderAWalkIsNoticedWhenTheLegEnds) {
     for (const double start : {500.0, 200.0}) {  // on the dock, and on the way to it
         LivingCreature life({});

@@ -103,6 +103,15 @@ TEST_F(Offers, ThatNobodyShowedAreMadeWhenSomebodyDoes) {
     EXPECT_THAT(all("notification", "identifier"), ElementsAre(copyOffer));
 }
 
+TEST_F(Offers, OfFilesThatHaveChangedSinceLeaveThemAndSaySo) {
+    play(
+        R"({"at": 15, "event": "file", "paths": ["/home/user/Downloads/a 2.txt"], "size": 7, "contents": "another"}
+{"at": 20, "event": "answer", "identifier": "pet.zap-/home/user/Downloads/a 2.txt", "action": "zap"}
+{"at": 60, "event": "end"})");
+    EXPECT_THAT(all("trash", "path"), IsEmpty());
+    EXPECT_THAT(all("notification", "identifier"), ElementsAre(copyOffer, "downloads.changed"));
+}
+
 TEST_F(Offers, OfFilesThatAreGoneByThenAreNotMadeAgainAndDeletingNothingIsNoFeast) {
     play(
         R"({"at": 20, "event": "answer", "identifier": "pet.zap-/home/user/Downloads/a 2.txt", "action": "zap"}
