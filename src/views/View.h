@@ -91,8 +91,9 @@ struct Text {
     std::string text;
     TextStyle style = TextStyle::body;
     bool selectable = false;
-    std::string strong = {};     // the part of the text that stands out
-    std::int64_t mostLines = 0;  // 0 for as many as it takes
+    std::string strong = {};      // the part of the text that stands out
+    std::int64_t mostLines = 0;   // 0 for as many as it takes
+    std::int64_t leastLines = 0;  // it has the room of so many, at its top
     bool operator==(const Text&) const = default;
 };
 /// A symbol, a title over a detail, and a value at the end; what is empty is left out.

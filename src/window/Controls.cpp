@@ -82,7 +82,6 @@ public:
         setEnabled(view.enabled);
     }
     void alignWithSymbols(bool indented) override {
-        constexpr int besideSymbols = 32;
         line_->setContentsMargins(indented ? besideSymbols : 0, 0, 0, 0);
     }
 
@@ -263,7 +262,8 @@ public:
     void show(const views::View& view) override {
         keepIdentity(view);
         const auto& button = *view.as<views::Button>();
-        button_->setText(button.title.empty() ? glyph(button.symbol) : text(button.title));
+        button_->setText(text(button.title));
+        button_->setIcon(symbolIcon(button.symbol));
         button_->setAccessibleName(text(view.spoken.empty() ? button.title : view.spoken));
         if (button.title.empty()) button_->setToolTip(text(view.spoken));
         button_->setFlat(button.role == views::ButtonRole::borderless);

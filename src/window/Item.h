@@ -13,6 +13,9 @@ namespace quibbits::window {
 
 using Tell = std::function<void(const views::Action&)>;
 
+/// Where words begin beside a symbol.
+constexpr int besideSymbols = 30;
+
 class Item : public QWidget {
 public:
     /// The item for a view's kind, still empty.

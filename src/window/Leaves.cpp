@@ -78,6 +78,9 @@ public:
         label_->say(one.text, one.strong);
         const int lines = static_cast<int>(std::clamp<std::int64_t>(one.mostLines, 0, 1000));
         if (lines > 0) label_->setMaximumHeight(lines * label_->fontMetrics().lineSpacing() + 2);
+        const int least = static_cast<int>(std::clamp<std::int64_t>(one.leastLines, 0, 100));
+        label_->setMinimumHeight(least * label_->fontMetrics().lineSpacing());
+        if (least > 0) label_->setAlignment(Qt::AlignTop);
         if (one.selectable) {
             label_->setTextInteractionFlags(Qt::TextSelectableByMouse |
                                             Qt::TextSelectableByKeyboard);
@@ -95,16 +98,11 @@ public:
     explicit FactItem(Tell tell) : Item(std::move(tell)) {
         auto* line = new QHBoxLayout(this);
         line->setContentsMargins(0, 0, 0, 0);
-        line->setSpacing(10);
-        symbol_ = new QLabel(this);
-        symbol_->setFixedWidth(22);
-        symbol_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-        QFont large = font();
-        large.setPointSizeF(large.pointSizeF() * 1.2);
-        symbol_->setFont(large);
-        symbol_->setForegroundRole(QPalette::Link);
+        line->setSpacing(symbolGap);
+        symbol_ = new SymbolMark(symbolSide, QPalette::Link, this);
         title_ = new Words(views::TextStyle::body, this);
         detail_ = new Words(views::TextStyle::secondary, this);
+        valueSymbol_ = new SymbolMark(valueSymbolSide, QPalette::Link, this);
         value_ = new QLabel(this);
         value_->setTextFormat(Qt::PlainText);
         value_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -114,28 +112,31 @@ public:
         column->addWidget(detail_);
         line->addWidget(symbol_, 0, Qt::AlignTop);
         line->addLayout(column, 1);
+        line->addWidget(valueSymbol_, 0, Qt::AlignVCenter);
         line->addWidget(value_, 0, Qt::AlignVCenter);
     }
     void show(const views::View& view) override {
         const auto& fact = *view.as<views::Fact>();
-        symbol_->setText(glyph(fact.symbol));
+        symbol_->show(fact.symbol);
         hasSymbol_ = !fact.symbol.empty();
-        symbol_->setVisible(hasSymbol_);
         title_->setStyle(fact.strong ? views::TextStyle::headline : views::TextStyle::body);
         title_->say(fact.title);
         detail_->say(fact.detail);
-        value_->setText(fact.valueSymbol.empty()
-                            ? text(fact.value)
-                            : glyph(fact.valueSymbol) + "  " + text(fact.value));
+        valueSymbol_->show(fact.valueSymbol);
+        value_->setText(text(fact.value));
         value_->setVisible(!fact.value.empty());
     }
     bool hasSymbol() const override { return hasSymbol_; }
 
 private:
+    static constexpr int symbolSide = 20;
+    static constexpr int symbolGap = besideSymbols - symbolSide;
+    static constexpr int valueSymbolSide = 14;
     bool hasSymbol_ = false;
-    QLabel* symbol_;
+    SymbolMark* symbol_;
     Words* title_;
     Words* detail_;
+    SymbolMark* valueSymbol_;
     QLabel* value_;
 };
 
@@ -146,7 +147,7 @@ public:
         const auto& one = *view.as<views::Picture>();
         image_ = toImage(one.image);
         if (one.drained) image_ = drained(std::move(image_));
-        symbol_ = glyph(one.symbol);
+        symbol_ = one.symbol;
         setAccessibleName(text(view.spoken));
         round_ = one.round;
         opacity_ = view.opacity;
@@ -169,11 +170,10 @@ protected:
             painter.setClipPath(circle);
         }
         if (image_.isNull()) {
-            QFont large = font();
-            large.setPixelSize(std::max(height() * 6 / 10, 8));
-            painter.setFont(large);
-            painter.setPen(round_ ? inkOf(palette(), 0.5) : palette().color(QPalette::Link));
-            painter.drawText(rect(), Qt::AlignCenter, symbol_);
+            const QColor ink = round_ ? inkOf(palette(), 0.5) : palette().color(QPalette::Link);
+            const double inset = round_ ? width() * 0.26 : 1;
+            drawSymbol(painter, QRectF(rect()).adjusted(inset, inset, -inset, -inset), symbol_,
+                       ink);
             return;
         }
         painter.drawImage(rect(), resized(image_, (QSizeF(size()) * devicePixelRatioF()).toSize()));
@@ -181,7 +181,7 @@ protected:
 
 private:
     QImage image_;
-    QString symbol_;
+    std::string symbol_;
     bool round_ = false;
     double opacity_ = 1;
 };
@@ -363,7 +363,7 @@ Item* makeLeaf(const views::View& view, Tell tell) {
 }
 
 Item* Item::make(const views::View& view, Tell tell) {
-    for (const auto make : {makeBox, makePages, makeControl, makeDialog, makeLeaf}) {
+    for (const auto make : {makeBox, makeFrame, makePages, makeControl, makeDialog, makeLeaf}) {
         if (Item* item = make(view, tell)) return item;
     }
     return nullptr;

@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QGraphicsOpacityEffect>
+#include <QWidget>
 #include <algorithm>
 
 namespace quibbits::window {
@@ -33,7 +35,6 @@ QToolButton#segment[end="first"] { border-top-left-radius: 7px; border-bottom-le
 QToolButton#segment[end="last"] { border-top-right-radius: 7px; border-bottom-right-radius: 7px; }
 QToolButton#segment:checked { background: palette(highlight); color: palette(highlighted-text);
     border-color: palette(highlight); }
-QToolButton#disclosure { border: none; background: transparent; padding: 2px 4px; }
 QComboBox { padding-right: 30px; }
 QComboBox::drop-down { border: none; width: 26px; }
 QComboBox::down-arrow { image: none; }
@@ -163,6 +164,15 @@ QImage resized(const QImage& art, QSize size) {
     return sharp.size() == size
                ? sharp
                : sharp.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+void fade(QWidget& widget, double opacity) {
+    QGraphicsOpacityEffect* effect = nullptr;
+    if (opacity < 1) {
+        effect = new QGraphicsOpacityEffect(&widget);
+        effect->setOpacity(opacity);
+    }
+    widget.setGraphicsEffect(effect);  // the former one goes
 }
 
 QImage drained(QImage image) {

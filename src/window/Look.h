@@ -32,6 +32,9 @@ QIcon iconNamed(const std::string& name);
 QImage toImage(const Image& image);
 /// Without its colours.
 QImage drained(QImage image);
+
+/// Lets what lies behind a widget shine through it.
+void fade(QWidget& widget, double opacity);
 /// Pixel art in another size, in device pixels: enlarged to sharp squares, then averaged where the
 /// factor is not whole, so that no column is wider than its neighbour.
 QImage resized(const QImage& art, QSize size);

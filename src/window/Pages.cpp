@@ -30,10 +30,10 @@ public:
     void show(const views::View& view) override {
         const auto& tab = *view.as<views::Tab>();
         title = QString::fromStdString(tab.title);
-        symbol = glyph(tab.symbol);
+        symbol = tab.symbol;
     }
     QString title;
-    QString symbol;
+    std::string symbol;
 };
 
 class TabViewItem final : public Item {
@@ -76,12 +76,9 @@ private:
         following_ = true;
         while (bar_->count() > tabs_.size()) bar_->removeTab(bar_->count() - 1);
         for (int i = 0; i < tabs_.size(); ++i) {
-            const QString label = tabs_[i]->symbol + "  " + tabs_[i]->title;
-            if (i < bar_->count()) {
-                bar_->setTabText(i, label);
-            } else {
-                bar_->addTab(label);
-            }
+            if (i >= bar_->count()) bar_->addTab(QString());
+            bar_->setTabText(i, tabs_[i]->title);
+            bar_->setTabIcon(i, symbolIcon(tabs_[i]->symbol));
             tabs_[i]->setVisible(i == chosen_);
         }
         bar_->setCurrentIndex(chosen_);
@@ -114,7 +111,7 @@ public:
         const auto& row = *view.as<views::SidebarRow>();
         id = view.id;
         title_ = QString::fromStdString(row.title);
-        symbol_ = glyph(row.symbol);
+        symbol_ = row.symbol;
         picture_ = toImage(row.picture);
         startsGroup = row.startsGroup;
         setAccessibleName(title_);
@@ -152,7 +149,7 @@ protected:
         painter.setPen(palette().color(chosen_ ? QPalette::HighlightedText : QPalette::WindowText));
         const QRect icon(8, 5, 24, 24);
         if (picture_.isNull()) {
-            painter.drawText(icon, Qt::AlignCenter, symbol_);
+            drawSymbol(painter, icon.adjusted(4, 4, -4, -4), symbol_, painter.pen().color());
         } else {
             QPainterPath square;
             square.addRoundedRect(QRectF(icon), 5, 5);
@@ -170,7 +167,7 @@ private:
     }
 
     QString title_;
-    QString symbol_;
+    std::string symbol_;
     QImage picture_;
     bool chosen_ = false;
 };

@@ -71,6 +71,7 @@ void fields(T& v, Visit&& visit) {
     visit("selectable", v.selectable);
     visit("strong", v.strong);
     visit("mostLines", v.mostLines);
+    visit("leastLines", v.leastLines);
 }
 template <Like<Fact> T, typename Visit>
 void fields(T& v, Visit&& visit) {

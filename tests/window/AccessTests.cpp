@@ -379,6 +379,24 @@ TEST_F(TheWindow, FollowsWhenTheDesktopTurnsDark) {
     wear(false);
 }
 
+TEST_F(TheWindow, ShowsNoHeadingOverNothing) {
+    const auto form = [](Views rows) {
+        return View{.content = Form{},
+                    .children = {{.content = Section{"Options"}, .id = "s", .children = rows}}};
+    };
+    const auto headingIsSeen = [this] {
+        return std::ranges::any_of(all<QLabel>(), [](const QLabel* label) {
+            return label->isVisible() && label->text() == "Options";
+        });
+    };
+    show(form({}));
+    EXPECT_FALSE(headingIsSeen());
+    show(form({{.content = Text{"One"}}}));
+    EXPECT_TRUE(headingIsSeen());
+    show(form({}));
+    EXPECT_FALSE(headingIsSeen());
+}
+
 TEST(PixelArt, KeepsAllColumnsEquallyWideInAnySize) {
     for (const int side : {24, 48, 80, 96, 160}) {
         for (int striped = 0; striped < 40; striped += 13) {

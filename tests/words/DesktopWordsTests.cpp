@@ -11,6 +11,7 @@
 
 #include "desktop/words/DesktopWords.h"
 #include "support/LivingCreature.h"
+#include "window/Symbols.h"
 
 namespace quibbits {
 namespace {
@@ -134,6 +135,29 @@ TEST(OnThisDesktop, NoScreenNamesTheThingsOfAnother) {
                 EXPECT_FALSE(namesAnotherDesktop(text)) << text;
             }
         }
+    }
+}
+
+void collectSymbols(const views::View& view, Texts& symbols) {
+    if (const auto* fact = view.as<views::Fact>()) {
+        symbols.insert({fact->symbol, fact->valueSymbol});
+    }
+    if (const auto* picture = view.as<views::Picture>()) symbols.insert(picture->symbol);
+    if (const auto* tab = view.as<views::Tab>()) symbols.insert(tab->symbol);
+    if (const auto* row = view.as<views::SidebarRow>()) symbols.insert(row->symbol);
+    if (const auto* button = view.as<views::Button>()) symbols.insert(button->symbol);
+    for (const views::View& child : view.children) collectSymbols(child, symbols);
+}
+
+TEST(EveryScreen, ShowsOnlySymbolsThatAreDrawn) {
+    Texts symbols;
+    for (const Form& form : forms) {
+        for (const views::View& screen : Walk(form).screens()) collectSymbols(screen, symbols);
+    }
+    symbols.erase("");
+    EXPECT_GE(symbols.size(), 30u) << "they were collected";
+    for (const std::string& symbol : symbols) {
+        EXPECT_TRUE(window::isKnownSymbol(symbol)) << symbol;
     }
 }
 

@@ -80,6 +80,18 @@ Image portrait(const Resources& resources, Stage stage, bool coralis) {
                            "-face-happy");
 }
 
+View fact(std::string symbol, std::string title, std::string detail, std::string value) {
+    return {.content = Fact{.symbol = std::move(symbol),
+                            .title = std::move(title),
+                            .detail = std::move(detail),
+                            .value = std::move(value),
+                            .strong = true}};
+}
+
+std::string level(int number) {
+    return "Lv " + std::to_string(number);
+}
+
 std::string formName(Stage stage, bool coralis) {
     return coralis ? "Coralian " + displayName(stage) : displayName(stage);
 }

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdio>
 
-#include "rules/Region.h"
 #include "settings/screens/Screens.h"
 
 namespace quibbits::screens {
@@ -13,181 +12,13 @@ using namespace views;
 
 namespace {
 
-constexpr double chipWidth = 60;
-constexpr double arrowWidth = 58;
-constexpr double fondFriendship = 220;
-constexpr int pebbleLevel = 20;
-constexpr int gloamerLevel = 25;
 constexpr double shinyOdds = 4096;
 constexpr double levelPace = 1'000'000;  // the total that counts as the ordinary pace
 
 constexpr std::array guidePages{"Evolution", "Growth", "Traits", "Moves"};
 
-View fact(std::string symbol, std::string title, std::string detail, std::string value = {}) {
-    return {.content = Fact{.symbol = std::move(symbol),
-                            .title = std::move(title),
-                            .detail = std::move(detail),
-                            .value = std::move(value),
-                            .strong = true}};
-}
-
 View labelled(std::string label, std::string value) {
     return {.content = Fact{.title = std::move(label), .value = std::move(value)}};
-}
-
-std::string level(int number) {
-    return "Lv " + std::to_string(number);
-}
-
-// Evolution --------------------------------------------------------------------------------------
-
-struct Chip {
-    Stage stage = Stage::egg;
-    Stage current = Stage::egg;
-    bool coralis = false;
-    std::optional<bool> reached;  // by the line unless told
-};
-
-std::size_t placeIn(std::span<const Stage> stages, Stage stage) {
-    return static_cast<std::size_t>(std::ranges::find(stages, stage) - stages.begin());
-}
-
-View stageChip(const Resources& resources, const Chip& chip, std::span<const Stage> stages) {
-    const bool reached =
-        chip.reached.value_or(placeIn(stages, chip.stage) <= placeIn(stages, chip.current));
-    return {.content = Column{chipWidth},
-            .id = "chip " + formName(chip.stage, chip.coralis),
-            .children = {{.content = Picture{.image = portrait(resources, chip.stage, chip.coralis),
-                                             .round = true,
-                                             .drained = !reached}},
-                         {.content = Text{formName(chip.stage, chip.coralis), TextStyle::caption}}},
-            .opacity = reached ? 1 : 0.5};
-}
-
-View arrow(const std::string& text) {
-    return {.content = Column{arrowWidth},
-            .children = {{.content = Text{text, TextStyle::caption}},
-                         {.content = Text{"→", TextStyle::secondary}}}};
-}
-
-View electricChain(const Resources& resources, const PetStats& s) {
-    const auto stages = line(Stage::sparrel);
-    const auto chip = [&](Stage stage) {
-        return stageChip(resources, {.stage = stage, .current = s.stage}, stages);
-    };
-    View last{
-        .content = Column{chipWidth},
-        .children = {
-            stageChip(resources,
-                      {.stage = Stage::thrummet, .current = s.coralis ? Stage::sparrel : s.stage},
-                      stages),
-            stageChip(resources, {.stage = Stage::thrummet, .coralis = true, .reached = s.coralis},
-                      stages)}};
-    return {.content = Line{},
-            .id = "chain",
-            .children = {{.content = Spacer{}},
-                         chip(Stage::egg),
-                         arrow("Hatch"),
-                         chip(Stage::mizzle),
-                         arrow("Friendship " + whole(fondFriendship)),
-                         chip(Stage::sparrel),
-                         arrow("Storm Pebble"),
-                         std::move(last),
-                         {.content = Spacer{}}}};
-}
-
-View ghostChain(const Resources& resources, const PetStats& s) {
-    const auto stages = line(Stage::umbrool);
-    const auto chip = [&](Stage stage) {
-        return stageChip(resources, {.stage = stage, .current = s.stage}, stages);
-    };
-    return {.content = Line{},
-            .id = "chain",
-            .children = {{.content = Spacer{}},
-                         chip(Stage::egg),
-                         arrow("Hatch"),
-                         chip(Stage::wispul),
-                         arrow(level(gloamerLevel)),
-                         chip(Stage::gloamer),
-                         arrow("Tether Loop"),
-                         chip(Stage::umbrool),
-                         {.content = Spacer{}}}};
-}
-
-Views electricFacts(const UserDefaults& defaults, const PetStats& s) {
-    std::string toThrummet;
-    if (s.stage == Stage::sparrel) {
-        toThrummet = s.canEvolve ? "Ready!" : level(s.level) + " / " + std::to_string(pebbleLevel);
-    }
-    return {
-        fact("oval.portrait", "Egg → Mizzle", "Click the Egg in the menu bar dial."),
-        fact("heart", "Mizzle → Sparrel",
-             "Levels up with friendship 220 or more, as in the games. It asks you first: Evolve "
-             "or Not Now.",
-             s.stage == Stage::mizzle ? whole(s.friendship) + " / " + whole(fondFriendship) : ""),
-        fact("bolt", "Sparrel → Thrummet",
-             "Drag a Storm Pebble onto it, then choose Evolve. The stone appears in the dial's "
-             "tray from " +
-                 level(pebbleLevel) + ".",
-             std::move(toThrummet)),
-        fact("globe.asia.australia", "Region",
-             "Fernvale gives Thrummet, Coralis gives Coralian Thrummet. Set it under Quibbit › "
-             "Region.",
-             displayName(currentRegion(defaults))),
-    };
-}
-
-Views ghostFacts(const PetStats& s) {
-    return {
-        fact("oval.portrait", "Egg → Wispul", "Click the Egg in the menu bar dial."),
-        fact("arrow.up.circle", "Wispul → Gloamer",
-             "Reaching " + level(gloamerLevel) +
-                 ", as in the games. It asks you first: Evolve or Not Now.",
-             s.stage == Stage::wispul ? level(s.level) + " / " + std::to_string(gloamerLevel) : ""),
-        fact("link", "Gloamer → Umbrool",
-             "In the games Gloamer evolves when traded. Here: drag the Tether Loop from the "
-             "dial's tray onto it (it appears there once it's a Gloamer).",
-             s.stage == Stage::gloamer ? "Ready!" : ""),
-    };
-}
-
-View startOver(const PetStats& s, bool asks) {
-    View section{.content = Section{},
-                 .id = "start over section",
-                 .children = {{.content = Button{.title = "Start over with a new Egg…",
-                                                 .role = ButtonRole::destructive},
-                               .id = std::string(startsOver)}}};
-    if (asks) {
-        section.children.push_back(
-            {.content = Alert{.title = "Start over with a new Egg?",
-                              .message = s.name + " (" + level(s.level) +
-                                         ") goes away for good, and a new Egg appears in the dial.",
-                              .button = "Start Over",
-                              .destructive = true},
-             .id = std::string(confirmsStartOver)});
-    }
-    return section;
-}
-
-Views evolutionPage(const Computer& computer, const PetStats& s, bool ghost, bool asks) {
-    View how{.content = Section{.heading = "How it evolves"}, .id = "how"};
-    how.children.push_back(ghost ? ghostChain(computer.resources, s)
-                                 : electricChain(computer.resources, s));
-    for (View& one : ghost ? ghostFacts(s) : electricFacts(computer.defaults, s)) {
-        how.children.push_back(std::move(one));
-    }
-    Views page{std::move(how)};
-    if (s.stage != Stage::egg) {
-        const Fieldbook book = Growth::fieldbook(s.stage, s.coralis);
-        page.push_back(
-            {.content = Section{.heading = "Fieldbook · " + s.name},
-             .id = "fieldbook",
-             .children = {fact(
-                 "book.closed", "The " + std::string(book.genus) + " · " + std::string(book.type),
-                 book.entries.empty() ? "" : std::string(book.entries.back().text))}});
-    }
-    page.push_back(startOver(s, asks));
-    return page;
 }
 
 // Growth -----------------------------------------------------------------------------------------
@@ -416,9 +247,7 @@ View guide(const Computer& computer, const PetControls& controls, const QuibbitS
 
     View form{.content = Form{}, .id = "guide " + pages.chosen};
     switch (state.guide) {
-        case GuidePage::evolution:
-            form.children = evolutionPage(computer, s, ghost, state.confirmsRestart);
-            break;
+        case GuidePage::evolution: form.children = evolutionPage(computer, controls, state); break;
         case GuidePage::growth: form.children = growthPage(s); break;
         case GuidePage::traits: form.children = traitsPage(s); break;
         case GuidePage::moves: form.children = movesPage(s, ghost, state.form); break;

@@ -97,13 +97,6 @@ View keyToggle(const UserDefaults& defaults, std::string_view key, std::string t
             .id = std::string(storesPrefix) + std::string(key)};
 }
 
-View fact(std::string symbol, std::string title, std::string detail) {
-    return {.content = Fact{.symbol = std::move(symbol),
-                            .title = std::move(title),
-                            .detail = std::move(detail),
-                            .strong = true}};
-}
-
 View sparrelTricks(const UserDefaults& defaults) {
     return {.content = Section{.heading = "Sparrel's own tricks"},
             .id = "tricks",
@@ -200,7 +193,10 @@ View gallery(const Computer& computer, const PetControls& controls, Previews& pr
         }
         View cell{.content = Card{}, .id = "cell " + each.name};
         cell.children = {{.content = Column{},
-                          .children = {{.content = known->second},
+                          .children = {{.content = Line{},
+                                        .children = {{.content = Spacer{}},
+                                                     {.content = known->second},
+                                                     {.content = Spacer{}}}},
                                        {.content = Text{each.name, TextStyle::caption}},
                                        {.content = Button{.title = "Play"},
                                         .id = std::string(playsPrefix) + each.name,

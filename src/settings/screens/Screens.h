@@ -85,6 +85,8 @@ View quibbit(const Computer& computer, const PetControls& controls, const Quibbi
 View general(const Computer& computer, const Installed& installed);
 View credits(const Resources& resources);
 View guide(const Computer& computer, const PetControls& controls, const QuibbitState& state);
+Views evolutionPage(const Computer& computer, const PetControls& controls,
+                    const QuibbitState& state);
 View why(const PetControls& controls, Date now);
 
 /// Every direction of an animation in turn.
@@ -116,6 +118,9 @@ bool changeSession(const Computer& computer, const views::Action& action);
 /// The portrait of a form for lists, by its sheets' name.
 Image portrait(const Resources& resources, Stage stage, bool coralis);
 /// "Sparrel", or "Coralian Thrummet".
+/// A symbol, a bold title over a detail, and maybe a value.
+View fact(std::string symbol, std::string title, std::string detail, std::string value = {});
+std::string level(int number);
 std::string formName(Stage stage, bool coralis);
 std::string growthRateName(GrowthRate rate);
 /// 1250000 as "1,250,000".

@@ -16,13 +16,6 @@ struct Point {
     const char* text;
 };
 
-View point(std::string icon, std::string title, std::string text) {
-    return {.content = Fact{.symbol = std::move(icon),
-                            .title = std::move(title),
-                            .detail = std::move(text),
-                            .strong = true}};
-}
-
 View heading(std::string symbol, std::string title) {
     return {.content = Line{},
             .children = {{.content = Picture{.symbol = std::move(symbol), .size = 28}},
@@ -69,7 +62,7 @@ Views welcomePage(const Resources& resources) {
     Views page{company(resources), text("Welcome to Quibbits", TextStyle::title),
                text("Quibbit that live on your desktop: they roam, play, nap, get hungry, grow "
                     "and evolve, and help tidy your files.")};
-    for (const Point& each : points) page.push_back(point(each.icon, each.title, each.text));
+    for (const Point& each : points) page.push_back(fact(each.icon, each.title, each.text));
     return page;
 }
 
@@ -196,9 +189,9 @@ Views partyPage(const Computer& computer) {
         std::string icon = "lock";
         if (slot.id == "pet") icon = "bolt.fill";
         if (slot.id == "umbrool") icon = "moon.stars.fill";
-        page.push_back(point(std::move(icon),
-                             std::string(slot.name) + " · " + std::string(slot.type),
-                             std::string(slot.blurb)));
+        page.push_back(fact(std::move(icon),
+                            std::string(slot.name) + " · " + std::string(slot.type),
+                            std::string(slot.blurb)));
     }
     page.push_back(
         text("You'll find each one's guide, stats and its own switches in Settings, "
