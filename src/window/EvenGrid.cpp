@@ -26,8 +26,9 @@ QLayoutItem* EvenGrid::takeAt(int i) {
     return i >= 0 && i < items_.size() ? items_.takeAt(i) : nullptr;
 }
 
+/// The height follows from the width; that of a single column would scroll pages that fit.
 QSize EvenGrid::minimumSize() const {
-    return {static_cast<int>(cellWidth_), heightForWidth(static_cast<int>(cellWidth_))};
+    return {static_cast<int>(cellWidth_), 0};
 }
 
 void EvenGrid::setGeometry(const QRect& rect) {

@@ -31,7 +31,8 @@ QPushButton#primary { background: palette(highlight); color: palette(highlighted
 QPushButton#destructive { color: %1; }
 QToolButton#segment { padding: 5px 14px; border: 1px solid palette(mid); margin-left: -1px;
     background: palette(button); color: palette(button-text); }
-QToolButton#segment[end="first"] { border-top-left-radius: 7px; border-bottom-left-radius: 7px; }
+QToolButton#segment[end="first"] { margin-left: 0;
+    border-top-left-radius: 7px; border-bottom-left-radius: 7px; }
 QToolButton#segment[end="last"] { border-top-right-radius: 7px; border-bottom-right-radius: 7px; }
 QToolButton#segment:checked { background: palette(highlight); color: palette(highlighted-text);
     border-color: palette(highlight); }
@@ -95,9 +96,11 @@ QString lookSheet(bool dark) {
     return QString(sheet).arg(warningInk(dark).name());
 }
 
-void wear(bool dark) {
+/// The sheet names the palette's colours, so it goes on anew. It is the window's rather than the
+/// program's, which would have every item dressed again each time it gets another parent.
+void wear(QWidget& window, bool dark) {
     QApplication::setPalette(palette(dark));
-    qApp->setStyleSheet(lookSheet(dark));  // names the palette's colours, so it goes on anew
+    window.setStyleSheet(lookSheet(dark));
 }
 
 QFont fontFor(views::TextStyle style, const QFont& base) {

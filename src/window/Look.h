@@ -18,8 +18,8 @@ QPalette palette(bool dark);
 QColor warningInk(bool dark);
 /// The style sheet of all windows.
 QString lookSheet(bool dark);
-/// Gives the whole program that look; what is open follows.
-void wear(bool dark);
+/// Gives a window that look, and all that belongs to it.
+void wear(QWidget& window, bool dark);
 
 QFont fontFor(views::TextStyle style, const QFont& base);
 /// How strongly a text of the style stands out, 0 to 1.

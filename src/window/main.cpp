@@ -76,7 +76,7 @@ private:
         }
         if (const Json* dark = json.value->find("dark")) {
             const auto* isDark = dark->as<bool>();
-            wear(isDark && *isDark);
+            wear(window_, isDark && *isDark);
         }
         if (const Json* tree = json.value->find("tree")) showTree(*tree);
         if (json.value->find("front")) window_.bringToFront();

@@ -145,6 +145,27 @@ TEST(TheGallery, PlaysAndSwitchesMoves) {
     EXPECT_EQ(life.pet().token(), inside) << "not from its ball";
 }
 
+int shownPreviews(const views::View& view) {
+    const auto* preview = view.as<views::Preview>();
+    int count = preview && !preview->frames.empty() ? 1 : 0;
+    for (const views::View& child : view.children) count += shownPreviews(child);
+    return count;
+}
+
+TEST(TheGallery, ReadsWhatIsSeenFirstAndTheRestALittleLater) {
+    SettingsOf life({.defaults = {{"QuibSettings", std::string("pet")}}});
+    life.advance(5);
+    const auto all = static_cast<int>(life.creature().a().all.size());
+    ASSERT_GT(all, 9);
+    life.act("tab", std::int64_t{1});
+    EXPECT_EQ(shownPreviews(life.window()->tree), 9);
+    life.advance(1);
+    EXPECT_EQ(shownPreviews(life.window()->tree), all);
+    const int told = life.window()->updates;
+    life.advance(1);
+    EXPECT_LE(life.window()->updates - told, 2) << "then it is quiet";
+}
+
 TEST(StartingOver, IsAskedFirst) {
     SettingsOf life(
         {.defaults = {{"QuibSettings", std::string("pet")}, {"QuibSettingsTab", std::int64_t{2}}}});

@@ -1,7 +1,9 @@
 // Windows in a process of their own.
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -10,6 +12,8 @@
 
 #include "desktop/windows/ProcessWindows.h"
 #include "desktop/windows/Spawn.h"
+#include "wire/Channel.h"
+#include "wire/ViewCodec.h"
 
 namespace quibbits {
 namespace {
@@ -169,6 +173,39 @@ TEST_F(ProcessWindowTest, OneThatDoesNotAnswerIsGivenUpWhenItIsWantedAgain) {
     EXPECT_EQ(closed_, 0);
     window->bringToFront();
     EXPECT_TRUE(closesWithin(50));
+}
+
+/// What a start of the real program says to whoever greets it with that, until it ends.
+std::string answerTo(const Json& greeting) {
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return "no sockets";
+    const FileDescriptor ours(ends[0]);
+    {
+        const FileDescriptor theirs(ends[1]);
+        const std::string program = std::string(QUIBBITS_BIN_DIR) + "/quibbits-settings";
+        if (!spawnDetached({program}, theirs.get())) return "no program";
+    }
+    const std::string bytes = views::packed(greeting.dump());
+    if (send(ours.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0) return "no hearing";
+    const timeval patience{.tv_sec = 60, .tv_usec = 0};
+    setsockopt(ours.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    std::string answer;
+    std::array<char, 1024> part;
+    ssize_t count = 0;
+    while ((count = recv(ours.get(), part.data(), part.size(), 0)) > 0) {
+        answer.append(part.data(), static_cast<std::size_t>(count));
+    }
+    return count == 0 ? answer : "it goes on";
+}
+
+TEST(TheWindowProgram, ShowsNothingForACompanionOfAnotherVersion) {
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    Json older;
+    older.set("window", views::write(views::WindowSpec{.title = "Test", .size = {300, 200}}));
+    Json newer = older;
+    newer.set("protocol", views::protocolVersion + 1);
+    EXPECT_EQ(answerTo(older), "");
+    EXPECT_EQ(answerTo(newer), "");
 }
 
 TEST(AStartedProgram, InheritsOneDescriptorAndNobodyWaitsForIt) {

@@ -366,17 +366,17 @@ TEST(TheColours, StandOutByDayAndByNight) {
 }
 
 TEST_F(TheWindow, FollowsWhenTheDesktopTurnsDark) {
-    wear(false);
+    wear(window_, false);
     show({.content = Text{"Hello", TextStyle::caption}});
     auto* label = all<QLabel>().front();
     const auto before = label->palette().color(QPalette::WindowText);
-    wear(true);
+    wear(window_, true);
     QCoreApplication::processEvents();
     EXPECT_NE(label->palette().color(QPalette::WindowText), before);
     EXPECT_GT(
         contrast(label->palette().color(QPalette::WindowText), palette(true).color(QPalette::Base)),
         4);
-    wear(false);
+    wear(window_, false);
 }
 
 TEST_F(TheWindow, ShowsNoHeadingOverNothing) {

@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "window/ViewTree.h"
+#include "window/Words.h"
 
 namespace quibbits::window {
 namespace {
@@ -138,6 +139,33 @@ TEST_F(Windows, TabsAndRowsTurnThePage) {
         EXPECT_TRUE(!ofAPage || label->isVisible() == (label->text() == "Two"));
     }
     EXPECT_EQ(actions_.size(), 1u);
+}
+
+TEST(AText, HasTheRoomThatItsLinesTake) {
+    QWidget page;
+    for (const char* words : {"Once",
+                              "Comes right up to the glass, licks it with its tongue (Lick) "
+                              "and leaves a wet smear that drips and fades.",
+                              "One line\nand another"}) {
+        for (const TextStyle style : {TextStyle::title, TextStyle::caption}) {
+            Words text(style, &page);
+            QLabel usual(&page);
+            usual.setWordWrap(true);
+            usual.setTextFormat(Qt::PlainText);
+            usual.setFont(text.font());
+            const auto isAsUsual = [&](const char* what) {
+                text.say(what);
+                usual.setText(what);
+                for (int width = 60; width < 900; ++width) {
+                    if (text.heightForWidth(width) != usual.heightForWidth(width)) return false;
+                }
+                return true;
+            };
+            EXPECT_TRUE(isAsUsual(words)) << words;
+            EXPECT_TRUE(isAsUsual("Something else altogether that is somewhat longer"));
+            EXPECT_LE(text.minimumSizeHint().width(), text.sizeHint().width());
+        }
+    }
 }
 
 TEST_F(Windows, TextsAreShownAsTheyAre) {

@@ -21,6 +21,7 @@ constexpr Color yellow = Color::rgb(0xf2c230);
 constexpr Size previewSize{120, 110};
 constexpr double mostEnlarged = 2;
 constexpr Point previewFoot{60, 22};
+constexpr int previewsAtOnce = 9;       // as many as are seen first
 constexpr Seconds eachDirection = 1.2;  // at least this long, as far as whole runs allow
 constexpr Seconds shortestRun = 0.05;
 
@@ -185,17 +186,23 @@ View overview(const Computer& computer, const PetControls& controls) {
 
 View gallery(const Computer& computer, const PetControls& controls, Previews& previews) {
     const auto playful = controls.playful();
+    int fresh = 0;
     View cells{.content = Grid{.cellWidth = 150}, .id = "cells"};
     for (const NamedAnim& each : controls.animations()) {
-        auto known = previews.find(each.name);
-        if (known == previews.end()) {
-            known = previews.emplace(each.name, preview(controls.directions(each.name))).first;
+        auto known = previews.known.find(each.name);
+        const bool isSeen = known != previews.known.end();
+        previews.isWhole = previews.isWhole && (isSeen || fresh < previewsAtOnce);
+        if (!isSeen && fresh++ < previewsAtOnce) {
+            known =
+                previews.known.emplace(each.name, preview(controls.directions(each.name))).first;
         }
         View cell{.content = Card{}, .id = "cell " + each.name};
         cell.children = {{.content = Column{},
                           .children = {{.content = Line{},
                                         .children = {{.content = Spacer{}},
-                                                     {.content = known->second},
+                                                     {.content = known == previews.known.end()
+                                                                     ? Preview{.size = previewSize}
+                                                                     : known->second},
                                                      {.content = Spacer{}}}},
                                        {.content = Text{each.name, TextStyle::caption}},
                                        {.content = Button{.title = "Play"},

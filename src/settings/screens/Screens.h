@@ -67,7 +67,10 @@ struct QuibbitState {
 };
 
 /// Moving pictures of animations, made once: cutting them out is slow.
-using Previews = std::map<std::string, views::Preview>;
+struct Previews {
+    std::map<std::string, views::Preview> known;
+    bool isWhole = true;  // none was left for a later tree
+};
 
 // The settings window ---------------------------------------------------------------------------
 

@@ -122,12 +122,14 @@ void SettingsWindow::show(std::vector<PetControls> party) {
     window_ = windows_.open({.title = "Quibbits", .size = windowSize, .resizable = true}, tree());
     window_->onAction = lifetime_.guard([this](const views::Action& action) { act(action); });
     following_ = std::make_unique<Following>(computer_, [this] { refresh(); });
+    finishPreviews();
     window_->onClose = lifetime_.guard([this] {
         following_.reset();
+        rest_.cancel();
         window_.reset();
         state_ = {};
         party_.clear();
-        previews_.clear();
+        previews_ = {};
         previewed_.reset();
     });
 }
@@ -150,14 +152,24 @@ const PetControls* SettingsWindow::controls() const {
 views::View SettingsWindow::tree() {
     if (const PetControls* shown = controls()) {
         const auto form = std::pair(shown->id, shown->stats().stage);
-        if (previewed_ != form) previews_.clear();
+        if (previewed_ != form) previews_ = {};
         previewed_ = form;
     }
+    previews_.isWhole = true;
     return settings(computer_, party_, state_, previews_);
 }
 
 void SettingsWindow::refresh() {
-    if (window_) window_->update(tree());
+    if (!window_) return;
+    window_->update(tree());
+    finishPreviews();
+}
+
+/// Reading all of them would hold up the page, so they come in a few parts.
+void SettingsWindow::finishPreviews() {
+    constexpr Seconds untilSeen = 0.03;
+    if (previews_.isWhole || !controls()) return;
+    rest_ = computer_.runLoop.timer(untilSeen, [this] { refresh(); });
 }
 
 void SettingsWindow::act(const views::Action& action) {

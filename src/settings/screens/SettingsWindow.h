@@ -33,6 +33,7 @@ public:
 private:
     views::View tree();
     void refresh();
+    void finishPreviews();
     void act(const views::Action& action);
     void actOnPage(const views::Action& action);
     void turnTo(screens::Page page);
@@ -44,6 +45,7 @@ private:
     screens::SettingsState state_;
     screens::Previews previews_;  // of the creature on show
     std::optional<std::pair<std::string, Stage>> previewed_;
+    Timer rest_;  // of the previews
     std::unique_ptr<views::ViewWindow> window_;
     std::unique_ptr<screens::Following> following_;
     Lifetime lifetime_;
