@@ -1,4 +1,6 @@
 # Installs Debian packages of packages.txt, builds and tests. Sourced by the scripts at the root.
+# shellcheck source=progress.sh
+. "$root/tools/progress.sh"
 
 # install_packages PURPOSE...: what is missing of those purposes, after saying so.
 install_packages() {
@@ -24,7 +26,8 @@ install_packages() {
     echo "Installing: ${missing[*]}"
     "${as_root[@]}" apt-get update -qq &&
         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-            apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+            apt-get install -y -q --no-install-recommends "${missing[@]}" | follow_packages
+    [ "${PIPESTATUS[0]}" -eq 0 ]
 }
 
 # build_preset PRESET OPTIONS [TARGET...]: configures with the options and builds, quietly unless it
@@ -34,8 +37,10 @@ build_preset() {
     shift 2
     log=$(mktemp)
     # shellcheck disable=SC2086
-    if ! { cmake --preset "$preset" -S "$root" $options &&
-           cmake --build "$root/build/$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then
+    cmake --preset "$preset" -S "$root" $options >"$log" 2>&1 &&
+        cmake --build "$root/build/$preset" ${1:+--target "$@"} 2>&1 | tee -a "$log" |
+            follow_build "$root/build/$preset"
+    if [ "${PIPESTATUS[0]}" -ne 0 ]; then
         grep -E 'error|FAILED|CMake Error' -A 12 "$log" | head -80 >&2
         rm -f "$log"
         return 1

@@ -18,11 +18,15 @@ namespace fs = std::filesystem;
 using Job = std::function<bool()>;
 
 /// Runs jobs on all cores. Each writes files of its own, so their order leaves no trace.
-bool runAll(const std::vector<Job>& jobs) {
+bool runAll(const std::vector<Job>& jobs, const Progress& progress) {
     std::atomic<std::size_t> next = 0;
     std::atomic<bool> good = true;
+    const auto asked = std::this_thread::get_id();
     const auto work = [&] {
         for (std::size_t i = next++; i < jobs.size(); i = next++) {
+            if (progress && std::this_thread::get_id() == asked) {
+                progress(static_cast<double>(i) / static_cast<double>(jobs.size()));
+            }
             if (!jobs[i]()) good = false;
         }
     };
@@ -125,7 +129,7 @@ bool writeBytes(const fs::path& path, std::span<const std::byte> bytes) {
     return !bytes.empty() && file.flush().good();
 }
 
-bool writeSet(const fs::path& folder, std::span<const Form> chosen) {
+bool writeSet(const fs::path& folder, std::span<const Form> chosen, const Progress& progress) {
     std::error_code error;
     fs::create_directories(folder, error);
     std::vector<Commission> commissions;
@@ -149,7 +153,7 @@ bool writeSet(const fs::path& folder, std::span<const Form> chosen) {
             drawing.emplace_back([&folder, &work] { return drawEatHold(folder, work); });
         }
     }
-    return runAll(standing) && runAll(drawing) &&
+    return runAll(standing, {}) && runAll(drawing, progress) &&
            std::ranges::all_of(commissions, [&](const Commission& work) {
                return writeDescriptions(folder, work);
            });

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <span>
 
 #include "atelier/Form.h"
@@ -10,9 +11,13 @@
 
 namespace quibbits::atelier {
 
+/// Is told, on the thread that asked for the work, what share of it is done.
+using Progress = std::function<void(double share)>;
+
 /// Writes the set of the given forms, drawing on as many threads as the machine has. False when a
 /// file cannot be written.
-bool writeSet(const std::filesystem::path& folder, std::span<const Form> chosen);
+bool writeSet(const std::filesystem::path& folder, std::span<const Form> chosen,
+              const Progress& progress = {});
 
 bool writePng(const std::filesystem::path& path, const Image& image);
 /// Writes a whole file; an empty one counts as a failure.

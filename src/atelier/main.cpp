@@ -9,10 +9,13 @@
 
 #include "atelier/Animations.h"
 #include "atelier/Atelier.h"
+#include "atelier/Check.h"
 #include "atelier/Contact.h"
 #include "atelier/Icon.h"
 #include "atelier/LineUp.h"
 #include "atelier/Play.h"
+#include "desktop/files/DiskResources.h"
+#include "terminal/ProgressBar.h"
 
 namespace {
 
@@ -25,6 +28,9 @@ constexpr std::string_view usage =
     "\n"
     "  quibbits-atelier --out DIR [FORM ...]         writes the sheets of these forms, or of all,\n"
     "                                                plain and shiny\n"
+    "  quibbits-atelier --check DIR                  judges the sheets in a folder in words: what "
+    "is\n"
+    "                                                missing, and what does not fit\n"
     "  quibbits-atelier --contact DIR [FORM ...]     writes one enlarged overview a form\n"
     "  quibbits-atelier --strip FORM ANIMATION --out FILE\n"
     "                                                writes one animation's side view, enlarged\n"
@@ -73,7 +79,10 @@ int drawForms(std::span<const std::string> words) {
     if (chosen.empty()) chosen.assign(forms().begin(), forms().end());
 
     const std::filesystem::path folder = words[1];
-    if (words[0] == "--out") return report(writeSet(folder, chosen), words[1]);
+    if (words[0] == "--out") {
+        quibbits::ProgressBar bar("Drawing");
+        return report(writeSet(folder, chosen, [&](double share) { bar.show(share); }), words[1]);
+    }
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     for (const auto& form : chosen) {
@@ -96,6 +105,20 @@ int showAnimation(std::span<const std::string> words) {
     const bool written = words[0] == "--play" ? writeBytes(words[4], play(*form, *found))
                                               : writePng(words[4], strip(*form, *found));
     return report(written, words[4]);
+}
+
+/// `--check DIR`.
+int checkSet(std::span<const std::string> words) {
+    if (words.size() != 2) return refuse("--check needs a folder");
+    const auto judgement = judge(words[1], quibbits::DiskResources::ownSheets());
+    for (const auto& note : judgement.notes) print(stdout, "note: " + note + "\n");
+    for (const auto& fault : judgement.faults) print(stdout, "fault: " + fault + "\n");
+    const auto count = [](std::size_t number, const std::string& thing) {
+        return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
+    };
+    print(stdout, count(judgement.animations, "animation") + ", " +
+                      count(judgement.faults.size(), "fault") + "\n");
+    return judgement.faults.empty() ? 0 : 1;
 }
 
 /// `--icons DIR`.
@@ -122,6 +145,7 @@ int main(int argc, char** argv) {
     }
     if (words[0] == "--out" || words[0] == "--contact") return drawForms(words);
     if (words[0] == "--strip" || words[0] == "--play") return showAnimation(words);
+    if (words[0] == "--check") return checkSet(words);
     if (words[0] == "--icons") return drawIcons(words);
     if (words[0] == "--line-up") return drawLineUp(words);
     return refuse("'" + words[0] + "' is not understood");

@@ -16,6 +16,7 @@
 #include "raster/Painter.h"
 #include "simulator/Film.h"
 #include "simulator/Player.h"
+#include "terminal/ProgressBar.h"
 
 namespace {
 
@@ -162,14 +163,21 @@ int play(const Arguments& arguments, const Scenario& scenario) {
         film.emplace(arguments.film, arguments.framesPerSecond, arguments.area);
     }
     std::vector<std::filesystem::path> folders{DiskResources::userSheets()};
-    folders.emplace_back(arguments.sheets.empty() ? QUIBBITS_SHEETS_DIR : arguments.sheets);
+    folders.push_back(arguments.sheets.empty() ? DiskResources::ownSheets()
+                                               : std::filesystem::path(arguments.sheets));
     DiskResources resources(std::move(folders));
     TextRuler text;
+    ProgressBar bar("Filming");
 
     Player::Options options{.trace = trace, .lasting = arguments.lasting};
     if (film) {
         options.frameEvery = 1.0 / arguments.framesPerSecond;
-        options.onFrame = [&](SimulatedComputer& computer) { film->shoot(computer); };
+        const double end =
+            std::max((scenario.empty() ? 0 : scenario.back().at) + arguments.lasting, 1.0);
+        options.onFrame = [&, end](SimulatedComputer& computer) {
+            bar.show(computer.runLoop.now() / end);
+            film->shoot(computer);
+        };
     }
     std::vector<std::string> disappointments;
     {

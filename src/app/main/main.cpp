@@ -18,6 +18,7 @@
 #include "commands/CommandLine.h"
 #include "desktop/LinuxComputer.h"
 #include "desktop/SingleInstance.h"
+#include "desktop/files/DiskResources.h"
 
 namespace {
 
@@ -27,13 +28,6 @@ using namespace quibbits;
 std::uint64_t freshSeed() {
     std::random_device device;
     return (std::uint64_t{device()} << 32) | device();
-}
-
-/// An installed program's pictures lie beside it; one that was only built uses those of its build.
-std::vector<std::filesystem::path> sheetFolders() {
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return {program.parent_path() / "../share/quibbits/sheets", QUIBBITS_SHEETS_DIR};
 }
 
 std::string display() {
@@ -76,7 +70,7 @@ int tell(const commands::Asked& asked) {
 
 /// Lives on the desktop, from the lines that nobody else has taken to the end.
 int live(std::unique_ptr<SingleInstance> instance, const std::vector<std::string>& lines) {
-    auto [linux, failure] = LinuxComputer::start({.sheets = sheetFolders()});
+    auto [linux, failure] = LinuxComputer::start({.sheets = {DiskResources::ownSheets()}});
     if (!linux) return complain(failure, commands::failed);
     const auto mine = std::move(instance);  // gone before the loop
     Random random(freshSeed());

@@ -48,6 +48,12 @@ fs::path DiskResources::userSheets() {
     return dataFolder() / "quibbits/sheets";
 }
 
+fs::path DiskResources::ownSheets() {
+    std::error_code error;
+    const auto program = fs::read_symlink("/proc/self/exe", error);
+    return program.parent_path().parent_path() / "share/quibbits/sheets";
+}
+
 std::vector<fs::path> DiskResources::candidates(std::string_view name,
                                                 std::string_view suffix) const {
     std::vector<fs::path> paths;

@@ -15,6 +15,8 @@ public:
     explicit DiskResources(std::vector<std::filesystem::path> folders);
     /// quibbits/sheets in $XDG_DATA_HOME, or in ~/.local/share.
     static std::filesystem::path userSheets();
+    /// Those that came with the program, found from where it lies.
+    static std::filesystem::path ownSheets();
 
     std::optional<PixelSize> imageSize(std::string_view name) const override;
     Image imageRows(std::string_view name, int first, int count) const override;

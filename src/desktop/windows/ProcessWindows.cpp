@@ -215,9 +215,12 @@ private:
 std::filesystem::path ProcessWindows::usualProgram() {
     constexpr const char* name = "quibbits-settings";
     std::error_code error;
-    const auto own = std::filesystem::read_symlink("/proc/self/exe", error);
-    const auto beside = own.parent_path() / name;
-    return !error && std::filesystem::exists(beside, error) ? beside : name;
+    const auto own = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+    if (error) return name;
+    for (const auto& place : {own / name, own.parent_path() / "libexec/quibbits" / name}) {
+        if (std::filesystem::exists(place, error)) return place;
+    }
+    return name;
 }
 
 std::unique_ptr<ViewWindow> ProcessWindows::open(const WindowSpec& spec, View tree) {

@@ -19,7 +19,7 @@ public:
     ProcessWindows(EventRunLoop& loop, std::filesystem::path program, DesktopLook& look)
         : loop_(loop), program_(std::move(program)), look_(look) {}
 
-    /// The program that lies beside this one, else the one in $PATH.
+    /// The program that lies beside this one or was installed with it, else the one in $PATH.
     static std::filesystem::path usualProgram();
 
     std::unique_ptr<views::ViewWindow> open(const views::WindowSpec& spec,
