@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 
 #include <QApplication>
+#include <QFile>
 #include <QSocketNotifier>
 #include <QStyleFactory>
 #include <array>
@@ -95,6 +96,15 @@ private:
     std::map<std::uint64_t, Image> pictures_;
 };
 
+/// Where the session has no bus the toolkit would start one that nobody ends, and note it down in
+/// the user's home.
+void startNoBus() {
+    const QString usual = qEnvironmentVariable("XDG_RUNTIME_DIR") + "/bus";
+    if (!qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") && !QFile::exists(usual)) {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+    }
+}
+
 }  // namespace
 }  // namespace quibbits::window
 
@@ -106,6 +116,7 @@ int main(int count, char** arguments) {
         std::fputs("quibbits-settings is started by quibbits\n", stderr);
         return 2;
     }
+    window::startNoBus();
     QApplication::setStyle(QStyleFactory::create("Fusion"));
     QApplication application(count, arguments);
     QApplication::setApplicationName("quibbits");

@@ -5,13 +5,13 @@
 
 #include <csignal>
 #include <string_view>
-#include <vector>
 
 extern char** environ;
 
 namespace quibbits {
 
-RunningProgram::RunningProgram(const std::string& display, const std::filesystem::path& folder) {
+RunningProgram::RunningProgram(const std::string& display, const std::filesystem::path& folder,
+                               std::vector<std::string> under) {
     const auto run = folder / "run";
     std::filesystem::create_directories(run);
     std::filesystem::permissions(run, std::filesystem::perms::owner_all);
@@ -31,15 +31,18 @@ RunningProgram::RunningProgram(const std::string& display, const std::filesystem
     for (auto& value : values) environment.push_back(value.data());
     environment.push_back(nullptr);
 
-    std::string path = std::string(QUIBBITS_BIN_DIR) + "/quibbits";
-    char* words[] = {path.data(), nullptr};
+    under.push_back(QUIBBITS_BIN_DIR "/quibbits");
+    std::vector<char*> words;
+    for (auto& word : under) words.push_back(word.data());
+    words.push_back(nullptr);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t none;
     sigemptyset(&none);
     posix_spawnattr_setsigmask(&attributes, &none);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
-    if (posix_spawn(&process_, path.c_str(), nullptr, &attributes, words, environment.data())) {
+    if (posix_spawnp(&process_, words.front(), nullptr, &attributes, words.data(),
+                     environment.data())) {
         process_ = 0;
     }
     posix_spawnattr_destroy(&attributes);

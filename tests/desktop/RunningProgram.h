@@ -6,13 +6,16 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace quibbits {
 
 class RunningProgram {
 public:
-    /// Its configuration, data and runtime folders are made below the given one.
-    RunningProgram(const std::string& display, const std::filesystem::path& folder);
+    /// Its configuration, data and runtime folders are made below the given one. It may run under
+    /// another program, such as one that traces it.
+    RunningProgram(const std::string& display, const std::filesystem::path& folder,
+                   std::vector<std::string> under = {});
     ~RunningProgram();
     RunningProgram(const RunningProgram&) = delete;
     RunningProgram& operator=(const RunningProgram&) = delete;

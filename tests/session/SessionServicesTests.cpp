@@ -71,6 +71,9 @@ TEST_F(SessionTest, StartsTheProgramByAFileThatTheDesktopUnderstands) {
     EXPECT_EQ(offered.startsProgram(), true);
     EXPECT_NE(file().find("\nExec=\"/opt/some \\\\\"place\\\\\"/quibbits\"\n"), std::string::npos)
         << file();
+    EXPECT_NE(file().find("\nTryExec=/opt/some \"place\"/quibbits\n"), std::string::npos)
+        << "once the program is gone, a login passes it over\n"
+        << file();
     offered.setStartsProgram(false);
     EXPECT_EQ(offered.startsProgram(), false);
     EXPECT_NE(file().find("\nHidden=true\n"), std::string::npos) << "and nothing is deleted";

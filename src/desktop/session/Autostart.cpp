@@ -21,6 +21,13 @@ std::string quoted(const std::string& path) {
     return text + '"';
 }
 
+/// As a plain text in a desktop file.
+std::string escaped(const std::string& path) {
+    std::string text;
+    for (const char c : path) text += c == '\\' ? std::string("\\\\") : std::string(1, c);
+    return text;
+}
+
 bool says(const std::string& text, const std::string& line) {
     return text.starts_with(line + "\n") || text.find("\n" + line + "\n") != std::string::npos;
 }
@@ -44,6 +51,8 @@ bool Autostart::set(bool on) const {
                           "[Desktop Entry]\nType=Application\nName=Quibbits\n"
                           "Comment=Small creatures that live on your desktop\nExec=" +
                               quoted(program_.native()) +
+                              // Passed over without a word once the program is gone.
+                              "\nTryExec=" + escaped(program_.native()) +
                               "\nIcon=quibbits\nHidden=" + (on ? "false" : "true") + "\n");
 }
 
