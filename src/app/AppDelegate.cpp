@@ -44,13 +44,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     joinEffects(*screen);
     buildDial();
     for (const auto& creature : party_) {
-        creature->cursor = [this] { return toStage(computer_.pointer.location()); };
-        creature->ballStart = [this] { return ballStart(); };
-        // Not from within what the creature is just doing.
-        creature->onPlaceChanged = [this] {
-            computer_.runLoop.post(lifetime_.guard([this] { door_.placesChanged(); }));
-        };
-        creature->mayComeOut = [this, who = creature.get()] { return door_.isOpenFor(*who); };
+        creature->settle(habitatOf(*creature));
         if (onCreature) onCreature(*creature);
     }
     makeThunderboltKey();
@@ -89,9 +83,9 @@ void AppDelegate::buildParty() {
 
 void AppDelegate::chooseWhoIsOut() {
     const auto saved = computer_.defaults.string("party.out");
-    const auto isOut = [](const auto& creature) { return creature->isOut; };
+    const auto isOut = [](const auto& creature) { return creature->presence().isOut(); };
     auto chosen = std::ranges::find_if(party_, [&](const auto& creature) {
-        return creature->isOut && creature->store() == saved;
+        return isOut(creature) && creature->store() == saved;
     });
     if (chosen == party_.end()) chosen = std::ranges::find_if(party_, isOut);
     for (auto it = party_.begin(); it != party_.end(); ++it) {
@@ -126,7 +120,6 @@ void AppDelegate::joinSenses() {
 void AppDelegate::joinEffects(const Screen& screen) {
     const double artPixel = party_.front()->pet().scale();
     ballFX_ = std::make_unique<BallFX>(panels_, computer_.random, screen.frame, artPixel);
-    for (const auto& creature : party_) creature->fx = ballFX_.get();
     stageOrigin_ = {screen.frame.x, screen.frame.y};
     subscriptions_.push_back(computer_.screens.changed.subscribe([this] {
         const auto now = computer_.screens.main();
@@ -134,6 +127,17 @@ void AppDelegate::joinEffects(const Screen& screen) {
         ballFX_->setFrame(now->frame);
         stageOrigin_ = {now->frame.x, now->frame.y};
     }));
+}
+
+Habitat AppDelegate::habitatOf(const Companion& creature) {
+    return {
+        .pointer = [this] { return toStage(computer_.pointer.location()); },
+        .ballStart = [this] { return ballStart(); },
+        .fx = ballFX_.get(),
+        .mayComeOut = [this, &creature] { return door_.isOpenFor(creature); },
+        // Not from within what the creature is just doing.
+        .onPlaceChanged =
+            [this] { computer_.runLoop.post(lifetime_.guard([this] { door_.placesChanged(); })); }};
 }
 
 void AppDelegate::answered(const NotificationResponse& response) {
@@ -173,8 +177,8 @@ void AppDelegate::zapOffered(const std::vector<std::string>& paths) {
 }
 
 Companion* AppDelegate::firstFree() const {
-    const auto found =
-        std::ranges::find_if(party_, [](const auto& creature) { return creature->isFree(); });
+    const auto found = std::ranges::find_if(
+        party_, [](const auto& creature) { return creature->presence().isFree(); });
     return found == party_.end() ? nullptr : found->get();
 }
 

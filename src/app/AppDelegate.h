@@ -71,6 +71,7 @@ private:
     void buildParty();
     void chooseWhoIsOut();
     void joinSenses();
+    Habitat habitatOf(const Companion& creature);
     void joinEffects(const Screen& screen);
     void makeThunderboltKey();
     void makeGuard();

@@ -9,7 +9,7 @@ namespace {
 
 /// What the dial's slot shows.
 Anim slotPortrait(const Companion& creature) {
-    if (creature.stage == Stage::egg) return Anim::fromStrip(Pixels::eggInSlot(), {1});
+    if (creature.stage() == Stage::egg) return Anim::fromStrip(Pixels::eggInSlot(), {1});
     return creature.portrait();
 }
 
@@ -33,7 +33,7 @@ PartyMember AppDelegate::partyMember(Companion& creature) {
     Companion* who = &creature;
     return {.stats = alive.guard([who] { return who->stats(); }),
             .portrait = alive.guard([who] { return slotPortrait(*who); }),
-            .isOut = alive.guard([who] { return who->isOut; }),
+            .isOut = alive.guard([who] { return who->presence().isOut(); }),
             .toggle = alive.guard(
                 lifetime_.guard([this, who](Point at) { door_.tap(*who, toStage(at)); }))};
 }

@@ -12,13 +12,13 @@ constexpr Seconds handOver = 1.1;  // from one creature's ball to the next one's
 }  // namespace
 
 void PartyDoor::tap(Companion& creature, Point from) {
-    if (creature.isGoingIn() && !wanted_) return;
-    if (creature.isOut && !creature.isGoingIn()) {
+    const Presence& there = creature.presence();
+    if (there.isGoingIn() && !wanted_) return;
+    if (there.isOut() && !there.isGoingIn()) {
         if (wanted_) return keep(creature);
         return creature.toggleBall(from);
     }
-    const bool comesOut = creature.ballBusy && !creature.isOut;
-    if (comesOut) return keep(creature);
+    if (there.isComingOut()) return keep(creature);
     forget();
     wanted_ = {&creature, from};
     defaults_.set("party.out", creature.store());
@@ -26,9 +26,9 @@ void PartyDoor::tap(Companion& creature, Point from) {
 }
 
 void PartyDoor::placesChanged() {
-    if (!wanted_ || wanted_->creature->ballBusy) return;
+    if (!wanted_ || wanted_->creature->presence().isBusy()) return;
     if (!clearTheWay()) return;
-    const auto leaves = [](const auto& each) { return each->isGoingIn(); };
+    const auto leaves = [](const auto& each) { return each->presence().isGoingIn(); };
     if (std::ranges::none_of(party_, leaves)) return send();
     if (!handOver_) handOver_ = loop_.timer(handOver, [this] { send(); });
 }
@@ -36,9 +36,10 @@ void PartyDoor::placesChanged() {
 bool PartyDoor::clearTheWay() {
     bool isClear = true;
     for (const auto& other : party_) {
-        if (other.get() == wanted_->creature || other->isDrawnIn()) continue;
-        if (other->isOut && !other->ballBusy && !other->held) other->toggleBall(other->ballStart());
-        isClear = isClear && !other->isOut && !other->ballBusy;
+        const Presence& there = other->presence();
+        if (other.get() == wanted_->creature || there.isDrawnIn()) continue;
+        if (there.isAtHand()) other->toggleBall();
+        isClear = isClear && !there.isOut() && !there.isBusy();
     }
     return isClear;
 }
@@ -60,14 +61,15 @@ void PartyDoor::send() {
     if (!wanted_) return;
     const Wanted next = *std::exchange(wanted_, std::nullopt);
     for (const auto& other : party_) {
-        if (other.get() != next.creature) other->hiddenForCall = false;
+        if (other.get() != next.creature) other->forgetCall();
     }
     next.creature->toggleBall(next.from);
 }
 
 bool PartyDoor::isOpenFor(const Companion& creature) const {
     return !wanted_ && std::ranges::none_of(party_, [&](const auto& other) {
-        return other.get() != &creature && (other->isOut || other->ballBusy);
+        return other.get() != &creature &&
+               (other->presence().isOut() || other->presence().isBusy());
     });
 }
 

@@ -22,7 +22,7 @@ void AppDelegate::showSettings() {
 void AppDelegate::joinKeyboard() {
     dial_->onGive = [this](Item item) {
         for (const auto& creature : party_) {
-            if (!creature->isOut || creature->stage == Stage::egg) continue;
+            if (!creature->presence().isOut() || creature->stage() == Stage::egg) continue;
             if (const auto take = creature->pet().onItem) return take(item);
         }
     };

@@ -35,32 +35,32 @@ Reply said(const Json& json) {
 
 /// What it does now, in words for a sentence.
 std::string doing(const Companion& creature) {
-    if (creature.stage == Stage::egg) return creature.ballBusy ? "hatching" : "an egg";
-    if (creature.ballBusy) return "on its way";
-    if (!creature.isOut) return "in its ball";
-    if (creature.held) return "held";
-    if (creature.isFainted) return "fainted";
-    if (creature.dozing) return "asleep";
+    if (creature.stage() == Stage::egg) return creature.presence().isBusy() ? "hatching" : "an egg";
+    if (creature.presence().isBusy()) return "on its way";
+    if (!creature.presence().isOut()) return "in its ball";
+    if (creature.presence().isHeld()) return "held";
+    if (creature.presence().isFainted()) return "fainted";
+    if (creature.presence().isDozing()) return "asleep";
     const auto choice = creature.why().choice;
     return choice ? std::string(row(*choice).label) : "out";
 }
 
 std::string titled(const Companion& creature) {
-    const auto& gender = creature.stage == Stage::egg ? "" : creature.gender;
+    const auto& gender = creature.stage() == Stage::egg ? "" : creature.identity().gender;
     return creature.name() + (gender.empty() ? "" : " " + gender);
 }
 
 Json asJson(const Companion& creature) {
     return Json::Object{{"pet", creature.store()},
                         {"name", creature.name()},
-                        {"stage", std::string(rawValue(creature.stage))},
-                        {"gender", creature.gender},
+                        {"stage", std::string(rawValue(creature.stage()))},
+                        {"gender", creature.identity().gender},
                         {"level", creature.level()},
-                        {"experience", brief(creature.exp)},
-                        {"friendship", brief(creature.friendship)},
-                        {"energy", brief(creature.energy)},
-                        {"hunger", brief(creature.hunger)},
-                        {"out", creature.isOut},
+                        {"experience", brief(creature.identity().exp)},
+                        {"friendship", brief(creature.needs().friendship)},
+                        {"energy", brief(creature.needs().energy)},
+                        {"hunger", brief(creature.needs().hunger)},
+                        {"out", creature.presence().isOut()},
                         {"doing", doing(creature)}};
 }
 
@@ -141,7 +141,7 @@ Reply Answers::hook(const std::string& word) {
         silence = "focus mode is on: they sleep\n";
     else if (!out)
         silence = "nobody is out to hear it\n";
-    else if (out->held || out->ballBusy)
+    else if (!out->presence().isAtHand())
         silence = out->name() + " is busy and did not hear it\n";
     delegate_.open({std::string(ownScheme) + "//" + word});
     if (isFocus || silence.empty()) return {};
@@ -182,9 +182,11 @@ Reply Answers::party(bool json) const {
     std::string text;
     for (const auto& creature : delegate_.party()) {
         text += padded(titled(*creature), 16);
-        if (creature->stage != Stage::egg) {
-            text += padded("level " + std::to_string(creature->level()), 12) +
-                    padded("friendship " + std::to_string(std::llround(creature->friendship)), 18);
+        if (creature->stage() != Stage::egg) {
+            text +=
+                padded("level " + std::to_string(creature->level()), 12) +
+                padded("friendship " + std::to_string(std::llround(creature->needs().friendship)),
+                       18);
         }
         text += doing(*creature) + "\n";
     }
@@ -232,14 +234,14 @@ Reply Answers::status(bool json) const {
 }
 
 const Companion* Answers::whoIsOut() const {
-    const auto out = std::ranges::find_if(delegate_.party(),
-                                          [](const auto& creature) { return creature->isOut; });
+    const auto out = std::ranges::find_if(
+        delegate_.party(), [](const auto& creature) { return creature->presence().isOut(); });
     return out == delegate_.party().end() ? nullptr : out->get();
 }
 
 bool Answers::isFocused() const {
     return std::ranges::any_of(delegate_.party(),
-                               [](const auto& creature) { return creature->focusQuiet; });
+                               [](const auto& creature) { return creature->isQuiet(); });
 }
 
 }  // namespace quibbits::commands

@@ -20,10 +20,6 @@ constexpr double ballAside = 22;  // from where the ball lands to the creature
 constexpr double hopControl = 56;
 constexpr Seconds hopTime = 0.6;
 
-constexpr double hatchedFriendship = 120;
-constexpr double hatchedEnergy = 0.8;
-constexpr double hatchedHunger = 0.3;
-constexpr double shinyOdds = 4096;
 constexpr Seconds introduction = 3.5;  // of each bubble
 constexpr Seconds introductionPause = 3.7;
 
@@ -41,38 +37,36 @@ double distanceTo(const Range& span, double x) {
 }  // namespace
 
 void Companion::toggleBall(Point from) {
-    if (held || ballBusy || !fx) return;
-    if (stage == Stage::egg) return hatch(from);
-    ballBusy = true;
-    demoRunning = false;
-    dozing = false;
+    if (presence_.isHeld() || presence_.isBusy() || !habitat_.fx) return;
+    if (stage() == Stage::egg) return hatch(from);
+    demoRunning_ = false;
+    presence_.wake();
     pet_.interactive = false;
-    if (isOut)
+    if (presence_.isOut())
         goIn();
     else
         comeOut(from);
 }
 
 void Companion::goIn() {
-    recall_ = Recall::called;
+    presence_.call();
     stop([this] {
         pet_.hold(a().idle, 0);
-        fx->recall(pet_, pet_.lifetime().guard([this] {
-            isOut = false;
-            ballBusy = false;
-            recall_ = Recall::none;
+        presence_.drawIn();
+        habitat_.fx->recall(pet_, pet_.lifetime().guard([this] {
+            presence_.goneIn();
             save();
             // The call may have ended before it was in.
-            if (hiddenForCall && !senses().cameraOn()) cameraChanged(false);
-            onPlaceChanged();
+            if (hiddenForCall_ && !senses().cameraOn()) cameraChanged(false);
+            habitat_.onPlaceChanged();
         }));
-        recall_ = Recall::drawnIn;
-        onPlaceChanged();
+        habitat_.onPlaceChanged();
     });
 }
 
 void Companion::comeOut(Point from) {
-    hiddenForCall = false;  // whoever let it out
+    presence_.comeOut();
+    hiddenForCall_ = false;  // whoever let it out
     pet_.interrupt();
     const Point spot = summonSpot();
     const bool right = pet_.walkArea.lo + lookAlongThrow * pet_.scale() < spot.x;
@@ -80,19 +74,19 @@ void Companion::comeOut(Point from) {
     pet_.hold(a().idle, 0);
     const double aside = ballAside * pet_.scale();
     const Point ground{spot.x + (right ? -aside : aside), spot.y};
-    fx->release(pet_, {.from = from, .ground = ground, .spot = spot}, pet_.lifetime().guard([this] {
-        becomeFree();
-        isFainted = false;
-        comeOutRoutine([this] { think(); });
-    }));
+    habitat_.fx->release(pet_, {.from = from, .ground = ground, .spot = spot},
+                         pet_.lifetime().guard([this] {
+                             becomeFree();
+                             presence_.comeRound();
+                             comeOutRoutine([this] { think(); });
+                         }));
 }
 
 void Companion::becomeFree() {
-    isOut = true;
-    ballBusy = false;
+    presence_.arrive();
     pet_.interactive = true;
     lastMood_ = mood();
-    onPlaceChanged();
+    habitat_.onPlaceChanged();
 }
 
 void Companion::comeOutRoutine(Done done) {
@@ -127,7 +121,7 @@ Point Companion::summonSpot() const {
 // Out of the egg --------------------------------------------------------------------------------
 
 void Companion::hatch(Point from) {
-    ballBusy = true;
+    presence_.comeOut();
     pet_.interactive = false;
     rollAnew();
     save();
@@ -135,7 +129,7 @@ void Companion::hatch(Point from) {
     pet_.face(true);
     pet_.hold(a().idle, 0);
     const double x = pet_.walkArea.middle();
-    fx->hatch(pet_, from, {x, pet_.floorY(x)}, pet_.lifetime().guard([this] {
+    habitat_.fx->hatch(pet_, from, {x, pet_.floorY(x)}, pet_.lifetime().guard([this] {
         becomeFree();
         lastThought_ = mark();
         lastPetted_ = mark();
@@ -144,60 +138,48 @@ void Companion::hatch(Point from) {
 }
 
 void Companion::rollAnew() {
-    stage = firstStage();
-    exp = 0;
-    friendship = hatchedFriendship;
-    energy = hatchedEnergy;
-    hunger = hatchedHunger;
-    gender = random().below(1) < 0.5 ? "♀" : "♂";
-    nature = random().pick(Nature::all());
-    shiny = std::floor(random().below(shinyOdds)) == 0 || computer().defaults.boolean("QuibShiny");
-    form.reset();
-    shimmerpoxUntil.reset();
+    identity_ = Identity::hatched(firstStage(), random(), computer().defaults.boolean("QuibShiny"));
+    needs_.beginAnew();
     sheets_.reset();
 }
 
 void Companion::introduceItself() {
     pet_.hearts();
-    if (shiny) pet_.stars();
-    const std::string who = name() + " " + gender;
+    if (identity_.shiny) pet_.stars();
+    const std::string who = name() + " " + identity_.gender;
     const auto say = [this](Face face, std::string caption) {
         return doing([this, face, caption = std::move(caption)] {
             feel(face, {.caption = caption, .seconds = introduction});
         });
     };
     run({say(Face::joyous,
-             shiny ? "A shiny " + who + " hatched! ✨" : who + " hatched from the Egg!"),
+             identity_.shiny ? "A shiny " + who + " hatched! ✨" : who + " hatched from the Egg!"),
          waiting(introductionPause), say(Face::inspired, "Its ability is " + ability().name + "!"),
          doing([this] { pet_.sparks(14, 0.5); }), waiting(introductionPause),
-         say(Face::happy, "It has a " + std::string(nature.name) + " nature."),
+         say(Face::happy, "It has a " + std::string(identity_.nature.name) + " nature."),
          waiting(introductionPause)},
         [this] { think(); });
 }
 
 void Companion::restart() {
-    if (ballBusy || held) return;
+    if (presence_.isBusy() || presence_.isHeld()) return;
     breakOff();
-    dozing = false;
-    hiddenForCall = false;
-    pendingEvolution.reset();
-    stage = Stage::egg;
-    form.reset();
-    shiny = false;
-    shimmerpoxUntil.reset();
+    presence_.wake();
+    hiddenForCall_ = false;
+    pendingEvolution_.reset();
+    identity_ = identity_.asEgg();
+    needs_.meetAnew();
     sheets_.reset();
-    exp = 0;
-    friendship = hatchedFriendship;
     save();
     stayIn();
-    onPlaceChanged();
+    habitat_.onPlaceChanged();
 }
 
 // From one form into the next -------------------------------------------------------------------
 
 void Companion::offerEvolution(const Evolution& evolution, bool askNow) {
-    if (pendingEvolution && !askNow) return;
-    pendingEvolution = evolution;
+    if (pendingEvolution_ && !askNow) return;
+    pendingEvolution_ = evolution;
     if (askNow) {
         if (pet_.showMenu) pet_.showMenu();
         return;
@@ -212,29 +194,29 @@ void Companion::offerEvolution(const Evolution& evolution, bool askNow) {
 }
 
 void Companion::withdrawOffer() {
-    pendingEvolution.reset();
+    pendingEvolution_.reset();
     computer().notifications.removeDelivered(key("evolve"));
 }
 
 void Companion::answerEvolution(bool yes) {
-    if (!pendingEvolution) return;
-    const Evolution offer = *pendingEvolution;
+    if (!pendingEvolution_) return;
+    const Evolution offer = *pendingEvolution_;
     withdrawOffer();
     if (yes) return evolve(offer);
     feel(Face::happy, {.caption = name() + " stays as it is, for now.", .seconds = 3});
 }
 
 void Companion::evolve(const Evolution& evolution) {
-    if (!isFree() || isFainted) {
-        pendingEvolution = evolution;
+    if (!presence_.isReady()) {
+        pendingEvolution_ = evolution;
         return;
     }
-    ballBusy = true;
+    presence_.beginToEvolve();
     pet_.interactive = false;
     stop([this, evolution, oldName = name(), knewBefore = known()] {
         const Sheets before = a();
-        const Sheets after(computer().resources, sheetName(evolution.to, evolution.form, shiny),
-                           animRoles());
+        const Sheets after(computer().resources,
+                           sheetName(evolution.to, evolution.form, identity_.shiny), animRoles());
         const Step announce = [this, oldName](Done next) {
             feel(Face::joyous, {.caption = oldName + " evolved into " + name() + "!",
                                 .seconds = evolutionBubble});
@@ -252,10 +234,10 @@ void Companion::evolve(const Evolution& evolution) {
                  }
              })},
             [this] {
-                ballBusy = false;
+                presence_.haveEvolved();
                 pet_.interactive = true;
                 think();
-                onPlaceChanged();
+                habitat_.onPlaceChanged();
             });
     });
 }
@@ -279,8 +261,8 @@ Step Companion::flicker(const Sheets& before, const Sheets& after) {
 
 void Companion::transform(const Evolution& evolution, const Sheets& sheets) {
     if (light_) light_->removeFromSuperlayer();
-    stage = evolution.to;
-    form = evolution.form;
+    identity_.stage = evolution.to;
+    identity_.form = evolution.form;
     sheets_ = sheets;
     save();
     refreshMoves();

@@ -9,7 +9,6 @@
 // the body, which drops it when the creature is interrupted.
 
 #include <algorithm>
-#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -24,20 +23,20 @@
 #include "body/Sheets.h"
 #include "body/Steps.h"
 #include "brain/Brain.h"
-#include "creature/Life.h"
+#include "creature/Attention.h"
+#include "creature/FileMemory.h"
+#include "creature/Habitat.h"
+#include "creature/Identity.h"
+#include "creature/Needs.h"
+#include "creature/Presence.h"
+#include "creature/Reactions.h"
 #include "creature/Voice.h"
-#include "effects/BallFX.h"
 #include "party/PetStats.h"
 #include "platform/Computer.h"
-#include "rules/Growth.h"
 #include "rules/Item.h"
-#include "rules/Nature.h"
 #include "settings/model/Setting.h"
 
 namespace quibbits {
-
-/// Where the eyes point.
-enum class Gaze { ahead, up, down };
 
 /// An evolution that was offered and waits for an answer.
 struct Evolution {
@@ -94,7 +93,11 @@ public:
     const Sheets& a() const;
     /// How the creature is shown in lists.
     const Anim& portrait() const { return a().idle; }
-    int level() const { return levelFor(growthRate(stage), exp); }
+    const Identity& identity() const { return identity_; }
+    Stage stage() const { return identity_.stage; }
+    int level() const { return identity_.level(); }
+    const Needs::Values& needs() const { return needs_.values(); }
+    const Presence& presence() const { return presence_; }
     bool hasShimmerpox() const;
     bool knows(std::string_view move) const { return known().contains(move); }
     Mood mood() const;
@@ -102,49 +105,25 @@ public:
     Pet::Falling falling() const {
         return floats() ? Pet::Falling::floating : Pet::Falling::freely;
     }
-    /// Out, and neither in a ball effect, held nor dozing.
-    bool isFree() const { return isOut && !ballBusy && !held && !dozing; }
-    /// On its way into its ball, from the moment when it was called.
-    bool isGoingIn() const { return recall_ != Recall::none; }
-    /// And the ball has come for it; until then it may have a way down to go.
-    bool isDrawnIn() const { return recall_ == Recall::drawnIn; }
+    /// A demo owns the creature.
+    bool isInDemo() const { return demoRunning_; }
+    /// The user wants quiet.
+    bool isQuiet() const { return focusQuiet_; }
+    /// An evolution that was offered and waits for an answer.
+    const std::optional<Evolution>& offer() const { return pendingEvolution_; }
     /// Puts a creature away at launch, without a show.
     void stayIn();
-
-    Stage stage = Stage::egg;
-    std::optional<std::string> form;  // "coralis" on the third electric stage, or none
-    bool shiny = false;
-    Nature nature;
-    std::optional<Date> shimmerpoxUntil;  // stays set after the end: cured
-    std::string gender;                   // "♀" or "♂"
-    double energy = 0.8;
-    double hunger = 0.3;      // 0 full, 1 starving
-    double friendship = 120;  // 0 to 255
-    double exp = 0;
-    double hungryMinutes = 0;
-    double boredom = 0.3;
-
-    bool isOut = false;     // out of the ball, on the stage
-    bool held = false;      // dragged by the user
-    bool ballBusy = false;  // a ball, hatch or evolution sequence runs
-    bool dozing = false;    // asleep while the user is away or wants quiet
-    bool isFainted = false;
-    bool demoRunning = false;    // a demo owns the creature
-    bool focusQuiet = false;     // the user's focus mode is on
-    bool hiddenForCall = false;  // recalled because a camera came on
-    std::optional<Evolution> pendingEvolution;
-
-    std::function<Point()> ballStart = [] { return Point{}; };  // where a thrown ball starts
-    std::function<Point()> cursor = [] { return Point{}; };     // the pointer, on the stage
-    BallFX* fx = nullptr;  // without it nobody goes into a ball or comes out
-    /// Whether nobody else stands in the way of coming out unasked.
-    std::function<bool()> mayComeOut = [] { return true; };
-    /// It has come out, gone in, or can be called where it could not before.
-    std::function<void()> onPlaceChanged = [] {};
-
-    // For records only; nothing depends on them.
-    std::function<void(const Companion&, const Mind&)> onDecision;
-    std::function<void(const Companion&, const Utterance&)> onUtterance;
+    /// It is no longer for the camera's sake that it is in.
+    void forgetCall() { hiddenForCall_ = false; }
+    /// Joins it to the place where it lives; before the start.
+    void settle(Habitat habitat) { habitat_ = std::move(habitat); }
+    const Habitat& habitat() const { return habitat_; }
+    /// For whoever keeps a record; nothing depends on it.
+    struct Listener {
+        std::function<void(const Companion&, const Mind&)> onDecision;
+        std::function<void(const Companion&, const Utterance&)> onUtterance;
+    };
+    void listen(Listener listener) { listener_ = std::move(listener); }
 
     // What species say of themselves ----------------------------------------------------------
 
@@ -152,7 +131,7 @@ public:
     virtual std::string sheetName(Stage stage, const std::optional<std::string>& form,
                                   bool shiny) const = 0;
     virtual Stage firstStage() const = 0;
-    virtual std::string name() const { return displayName(stage); }
+    virtual std::string name() const { return displayName(stage()); }
     virtual Ability ability() const { return {}; }
     virtual bool abilityOnCharge() const { return false; }
     virtual MoveNames known() const { return {}; }
@@ -229,6 +208,7 @@ public:
     /// Sends the creature into its ball or lets it out; an egg hatches. `from` is where a thrown
     /// ball starts, on the stage.
     void toggleBall(Point from);
+    void toggleBall() { toggleBall(habitat_.ballStart()); }
     /// Back to the egg. Nothing while it is held or busy.
     void restart();
     /// Where a creature that is called comes to stand.
@@ -403,6 +383,12 @@ protected:
     void notify(const Notice& notice);
 
     Pet pet_;
+    Identity identity_;
+    Needs needs_;
+    Presence presence_;
+    Attention attention_;
+    Habitat habitat_;
+    std::optional<Evolution> pendingEvolution_;
     Begun chargeSparks_;
     Begun bobbing_;
     LayerRef light_;  // the white shape of an evolving body
@@ -413,8 +399,7 @@ private:
     // State and saving.
     void restore();
     void joinBody();
-    double savedNumber(std::string_view suffix, double otherwise) const;
-    void setHungryMinutes(double minutes);
+    void saveHungryMinutes();
 
     // Thinking.
     struct Surroundings {
@@ -490,6 +475,7 @@ private:
     void trashTheRest();
 
     // World events.
+    void focus(bool quiet);
     void groundChanged();
     bool hasLostGround() const;
     bool findFeet();
@@ -506,6 +492,7 @@ private:
     bool sitsQuietly() const;
     void look(Gaze gaze);
     void react(Point point);
+    void warmTo(bool feels);
     void startle();
     void shyAway(Point point);
     void enjoyPetting(Point point);
@@ -551,9 +538,6 @@ private:
         return std::max(now() - mark.instant, date() - mark.date);
     }
 
-    /// Before everything, for what has not happened yet.
-    static constexpr Instant never = -std::numeric_limits<Instant>::infinity();
-
     const std::string store_;
     const World world_;
     mutable std::optional<Sheets> sheets_;
@@ -567,8 +551,6 @@ private:
     std::vector<Doomed> doomed_;
     Begun attack_;  // from the first file to the end of the boast
 
-    enum class Recall { none, called, drawnIn };
-    Recall recall_ = Recall::none;
     // In this turn of the loop: any bubble, and one with words.
     bool hasJustShown_ = false;
     bool hasJustSaid_ = false;
@@ -578,23 +560,15 @@ private:
     std::optional<Intent> lastIntent_;
     Mark lastThought_;
     Mark lastPetted_;
-    Instant lastCuddle_ = never;
     std::vector<Instant> drops_;  // landings of the last two minutes
     bool dizzyNext_ = false;
-    std::optional<std::set<std::string>> knownFiles_;  // absent before the first look
-    std::map<std::string, Instant> lastExplored_;
-    Gaze gaze_ = Gaze::ahead;
-    std::optional<int> seatedAt_;  // the body's token at the moment of sitting
-    Instant watchingUntil_ = never;
-    Instant eatingUntil_ = never;
-    std::optional<Instant> approachedAt_;  // when the pointer came near; absent while it is away
-    bool settledIn_ = false;               // it has warmed to the pointer's present visit
-    Instant lastNoticed_ = never;
-    Instant lastGlance_ = never;
-    Point lastCursor_;
-    Instant lastCursorAt_ = never;
+    FileMemory files_;
     Begun meal_;  // the food in its paws and what falls off it
     bool hungerNotified_ = false;
+    bool demoRunning_ = false;
+    bool focusQuiet_ = false;
+    bool hiddenForCall_ = false;  // recalled because a camera came on
+    Listener listener_;
     std::vector<Subscription> subscriptions_;
 };
 

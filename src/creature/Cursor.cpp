@@ -14,12 +14,6 @@ constexpr double headShare = 0.6;    // of the body's height, from where distanc
 constexpr double watchRadius = 260;  // points
 constexpr double steepness = 0.8;    // of dy to dx from where on it looks up or down
 constexpr double besideIt = 12;      // points to the side that make it turn
-constexpr Seconds attention = 2;
-
-constexpr double fastPointer = 1800;  // points a second
-constexpr Seconds freshSample = 0.2;
-constexpr Seconds warmsUpAfter = 6;
-constexpr Seconds noticesAgainAfter = 15;
 
 // Friendship below which natures and feelings make it wary.
 constexpr double wary = 70;
@@ -27,85 +21,72 @@ constexpr double shyWary = 150;
 constexpr double shyPetted = 200;
 constexpr double fond = 200;
 
-constexpr Seconds pettingPause = 8;
 constexpr Seconds pettingCounts = 900;  // between pettings that build friendship
 constexpr Seconds missedYou = 1200;
 constexpr double pettingShare = 0.03;  // of a level
 constexpr double shyStep = 50;         // points
 
-constexpr Seconds glancePause = 20;
 constexpr Seconds glanceLasts = 1.2;
 
 }  // namespace
 
 bool Companion::sitsQuietly() const {
-    return seatedAt_ == pet_.token();
+    return attention_.seat() == pet_.token();
 }
 
 void Companion::watch(Point point) {
-    const bool attentive = isOn(Setting::greetings) && sitsQuietly() && isFree() && !isFainted &&
-                           now() >= eatingUntil_ && !pet_.isAirborne() && !demoRunning;
+    const bool attentive = isOn(Setting::greetings) && sitsQuietly() && presence_.isReady() &&
+                           !attention_.isBusy(now()) && !pet_.isAirborne() && !demoRunning_;
     if (!attentive) return;
 
     const Point here = pet_.position();
     const Vector way = point - Point{here.x, here.y + headShare * pet_.frame().height};
     Gaze seen = Gaze::ahead;
     if (way.length() >= watchRadius) {
-        if (gaze_ == Gaze::ahead) return;
-        approachedAt_.reset();
+        if (attention_.gaze() == Gaze::ahead) return;
+        attention_.forgetApproach();
     } else {
         if (way.dy > steepness * std::abs(way.dx))
             seen = Gaze::up;
         else if (-way.dy > steepness * std::abs(way.dx))
             seen = Gaze::down;
-        watchingUntil_ = now() + attention;
+        attention_.watch(now());
         const bool behindIt = (way.dx > 0) != pet_.facingRight;
         if (std::abs(way.dx) > besideIt && behindIt) pet_.face(way.dx > 0);
         react(point);
     }
-    if (seen != gaze_) look(seen);
+    if (seen != attention_.gaze()) look(seen);
 }
 
 void Companion::look(Gaze gaze) {
-    gaze_ = gaze;
+    attention_.look(gaze);
     const Anim& pose = gaze == Gaze::up ? a().lookUp : gaze == Gaze::down ? a().lookDown : a().idle;
     pet_.hold(pose, 0);
 }
 
 void Companion::react(Point point) {
-    const Seconds passed = now() - lastCursorAt_;
-    const bool fast =
-        passed > 0 && passed < freshSample && distance(point, lastCursor_) / passed > fastPointer;
-    lastCursor_ = point;
-    lastCursorAt_ = now();
+    const auto [visit, fast] = attention_.approach(point, now());
     const bool feels = isOn(Setting::relationship);
+    if (visit == Attention::Visit::settles) return warmTo(feels);
+    if (visit != Attention::Visit::begins || !attention_.notice(now())) return;
 
-    if (approachedAt_) {
-        if (!settledIn_ && now() - *approachedAt_ > warmsUpAfter) {
-            settledIn_ = true;
-            if (feels && friendship < wary) {
-                feelIfShown(Face::happy, {.thought = Pixels::question(), .seconds = 2});
-            } else {
-                speak({.moment = Moment::recognized,
-                       .face = Face::happy,
-                       .thought = Pixels::heart(),
-                       .silent = 2});
-            }
-        }
-        return;
-    }
-    approachedAt_ = now();
-    settledIn_ = false;
-    if (now() - lastNoticed_ <= noticesAgainAfter) return;
-    lastNoticed_ = now();
-
-    const bool startled =
-        fast || (nature.isShy() && friendship < shyWary) || (feels && friendship < wary);
+    const bool startled = fast || (identity_.nature.isShy() && needs().friendship < shyWary) ||
+                          (feels && needs().friendship < wary);
     if (startled) return startle();
     speak({.moment = Moment::curious,
            .face = Face::surprised,
            .thought = Pixels::question(),
            .silent = 1.8});
+}
+
+void Companion::warmTo(bool feels) {
+    if (feels && needs().friendship < wary) {
+        return feelIfShown(Face::happy, {.thought = Pixels::question(), .seconds = 2});
+    }
+    speak({.moment = Moment::recognized,
+           .face = Face::happy,
+           .thought = Pixels::heart(),
+           .silent = 2});
 }
 
 void Companion::startle() {
@@ -116,24 +97,25 @@ void Companion::startle() {
     const Anim* flinch = a().role("flinch");
     if (!flinch) return pet_.squash();
     pet_.play(*flinch, 1);
-    pet_.after(flinch->duration, [this, seat = seatedAt_] {
-        if (seatedAt_ == seat) look(Gaze::ahead);
+    pet_.after(flinch->duration, [this, seat = attention_.seat()] {
+        if (attention_.seat() == seat) look(Gaze::ahead);
     });
 }
 
 void Companion::cursorNearby(Point point) {
-    const bool pettable = isOn(Setting::greetings) && isFree() && !isFainted &&
-                          !pet_.isAirborne() && !demoRunning && now() >= eatingUntil_ &&
-                          now() - lastCuddle_ > pettingPause && !attack_;
+    const bool pettable = isOn(Setting::greetings) && presence_.isReady() && !pet_.isAirborne() &&
+                          !demoRunning_ && !attention_.isBusy(now()) &&
+                          attention_.mayBePetted(now()) && !attack_;
     if (!pettable) return;
-    lastCuddle_ = now();
+    attention_.pet(now());
     pet_.interrupt();
 
-    const bool shy = nature.isShy() && friendship < shyPetted && random().coin();
+    const bool shy = identity_.nature.isShy() && needs().friendship < shyPetted && random().coin();
     const Seconds missed = since(lastPetted_);
     if (!shy) {
         speak({.moment = mood() == Mood::tired ? Moment::pettedSleepy : Moment::petted,
-               .face = missed > missedYou || friendship >= fond ? Face::joyous : Face::happy});
+               .face =
+                   missed > missedYou || needs().friendship >= fond ? Face::joyous : Face::happy});
     }
     if (missed > pettingCounts) {
         befriend(pettingFriendship());
@@ -159,7 +141,7 @@ void Companion::enjoyPetting(Point point) {
     pet_.faceTowards(point);
     pet_.hearts();
     petted();
-    if (pendingEvolution) {
+    if (pendingEvolution_) {
         feel(Face::inspired,
              {.caption = "Ready to evolve! Right-click me to choose.", .seconds = 3});
     }
@@ -169,13 +151,13 @@ void Companion::enjoyPetting(Point point) {
 }
 
 void Companion::glance() {
-    const bool curious = sitsQuietly() && gaze_ == Gaze::ahead && isFree() && !isFainted &&
-                         now() - lastGlance_ > glancePause;
+    const bool curious = sitsQuietly() && attention_.gaze() == Gaze::ahead && presence_.isReady() &&
+                         attention_.mayGlance(now());
     if (!curious) return;
-    lastGlance_ = now();
+    attention_.glance(now());
     pet_.hold(a().lookUp, 0);
-    pet_.after(glanceLasts, [this, seat = seatedAt_] {
-        if (seatedAt_ == seat && gaze_ == Gaze::ahead) pet_.hold(a().idle, 0);
+    pet_.after(glanceLasts, [this, seat = attention_.seat()] {
+        if (attention_.seat() == seat && attention_.gaze() == Gaze::ahead) pet_.hold(a().idle, 0);
     });
 }
 

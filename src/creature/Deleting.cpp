@@ -9,7 +9,7 @@
 namespace quibbits {
 
 bool Companion::canAttack() const {
-    return isOn(Setting::thunderbolt) && isFree() && !isFainted && fx;
+    return isOn(Setting::thunderbolt) && presence_.isReady() && habitat_.fx;
 }
 
 void Companion::strike(const std::vector<std::string>& paths, const FilePoints& points) {

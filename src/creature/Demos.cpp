@@ -35,9 +35,9 @@ void Companion::runDemo(const std::string& word) {
 
 /// Plays the steps undisturbed by the pointer, and goes on living.
 void Companion::playScene(std::vector<Step> steps) {
-    demoRunning = true;
+    demoRunning_ = true;
     run(std::move(steps), [this] {
-        demoRunning = false;
+        demoRunning_ = false;
         think();
     });
 }
@@ -56,9 +56,9 @@ void Companion::filesDemo() {
     constexpr Seconds iconsReadWithin = 3;
     pet_.openSpots();  // has the desktop's icons read
     if (pet_.iconsKnown) return visitFiles();
-    demoRunning = true;  // while it waits, too
+    demoRunning_ = true;  // while it waits, too
     pet_.after(iconsReadWithin, [this] {
-        demoRunning = false;
+        demoRunning_ = false;
         visitFiles();
     });
 }
@@ -91,7 +91,7 @@ void Companion::visitFiles() {
 
 /// Picked up and dropped again and again, without a hand.
 void Companion::dropDemo() {
-    demoRunning = true;
+    demoRunning_ = true;
     const Point spot = summonSpot();
     pet_.drag(spot);
     dropAgain(spot);
@@ -111,13 +111,13 @@ void Companion::breakDemo() {
 }
 
 void Companion::feedDemo() {
-    hunger = 1;
+    needs_.growHungry(1);
     pet_.after(2, [this] { received(Item::blushum); });
     think();
 }
 
 void Companion::eatDemo() {
-    hunger = 1;
+    needs_.growHungry(1);
     pet_.drag(summonSpot());
     think();
 }
@@ -130,7 +130,7 @@ void Companion::levelUpDemo() {
 
 /// Experience a little short of a level.
 void Companion::nearlyReach(int aim) {
-    exp = expForLevel(growthRate(stage), aim) - 0.1;
+    identity_.exp = expForLevel(growthRate(stage()), aim) - 0.1;
 }
 
 void Companion::playDemo() {

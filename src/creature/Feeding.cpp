@@ -23,16 +23,16 @@ constexpr int licks = 3;
 }  // namespace
 
 bool Companion::likes(Item item) const {
-    return flavor(item) && flavor(item) == nature.up;
+    return flavor(item) && flavor(item) == identity_.nature.up;
 }
 bool Companion::dislikes(Item item) const {
-    return flavor(item) && flavor(item) == nature.down;
+    return flavor(item) && flavor(item) == identity_.nature.down;
 }
 
 void Companion::itemNear(Point point) {
-    if (!isFree() || isFainted || attack_) return;
-    if (now() < eatingUntil_ || pet_.isAirborne()) return;
-    watchingUntil_ = now() + 2;
+    if (!presence_.isReady() || attack_) return;
+    if (attention_.isBusy(now()) || pet_.isAirborne()) return;
+    attention_.watch(now());
     if (sitsQuietly()) return pet_.faceTowards(point);
     stop([this, point] {
         pet_.faceTowards(point);
@@ -47,35 +47,36 @@ void Companion::itemNear(Point point) {
 /// Is busy with what it was given: the pointer that gave it lies on the creature, and petting or
 /// curiosity would hide the answer.
 void Companion::minds(Seconds gift) {
-    lastCuddle_ = now();
-    eatingUntil_ = now() + gift;
+    attention_.pet(now());
+    attention_.mind(now() + gift);
 }
 
 void Companion::received(Item item) {
-    if (!isFree() || isFainted) return;
+    if (!presence_.isReady()) return;
     if (!isBerry(item)) {
         minds(2.5);
         if (!use(item)) feelIfShown(Face::surprised, {.seconds = 2.5});
         return;
     }
-    if (1 - hunger > fullBelly) {
+    if (needs().belly() > fullBelly) {
         minds(3);
         return speak(
             {.moment = Moment::full, .face = Face::sigh, .otherwise = name() + " is full."});
     }
-    eatingUntil_ = now() + 2;
+    attention_.mind(now() + 2);
     stop([this, item] {
         eat(item, [this] {
-            lastCuddle_ = now();
+            attention_.pet(now());
             think();
         });
     });
 }
 
 void Companion::eat(Item item, Done done) {
-    hunger = std::max(hunger - filling, 0.0);
-    setHungryMinutes(0);
-    if (hunger < hungryAgain) {
+    needs_.eat(filling);
+    needs_.forgetHunger();
+    saveHungryMinutes();
+    if (needs().hunger < hungryAgain) {
         hungerNotified_ = false;
         computer().notifications.removeDelivered(key("hungry"));
     }
@@ -101,7 +102,7 @@ void Companion::eat(Item item, Done done) {
         food->removeFromSuperlayer();
         if (crumbs) pet_.stopEmitting(crumbs);
     });
-    eatingUntil_ = now() + meal + afterMeal;
+    attention_.mind(now() + meal + afterMeal);
     run({waiting(meal), doing([this, item] {
              meal_.end();
              taste(item);
@@ -121,7 +122,7 @@ void Companion::taste(Item item) {
         gainEXP(0.04);
         befriend(1);
     } else {
-        const bool sated = 1 - hunger > fullBelly;
+        const bool sated = needs().belly() > fullBelly;
         speak({.moment = sated ? Moment::full : Moment::ate, .face = Face::happy});
         gainEXP(0.08);
         befriend(2);
@@ -147,7 +148,7 @@ void Companion::lickUp(Item item, const Anim& licking, const Nibble& tongue, Don
                .additive = true},
               "bob");
     meal_ = pet_.begin([food] { food->removeFromSuperlayer(); });
-    eatingUntil_ = now() + once * licks + afterMeal;
+    attention_.mind(now() + once * licks + afterMeal);
     pet_.play(licking, licks);
     for (int n = 1; n <= licks; ++n) {
         pet_.after(tongue.bite + once * (n - 1),
@@ -204,7 +205,7 @@ void Companion::askForBerry(std::optional<Point> target, Done done) {
     else if (hasJustSaid())
         steps.push_back(waiting(3));  // until those words have been read
     steps.push_back(doing([this] {
-        pet_.faceTowards(cursor());
+        pet_.faceTowards(habitat_.pointer());
         speak({.moment = Moment::askBerry,
                .face = Face::worried,
                .thought = Pixels::item(Item::azurine),

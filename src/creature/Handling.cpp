@@ -16,7 +16,6 @@ constexpr std::size_t manyDrops = 3;
 constexpr double lostFriendship = 10;
 constexpr double trustingFriendship = 160;
 constexpr Seconds pettableAgainIn = 2;
-constexpr Seconds pettingPause = 8;
 
 }  // namespace
 
@@ -25,7 +24,7 @@ void Companion::forgetOldDrops() {
 }
 
 void Companion::pickedUp() {
-    held = true;
+    presence_.pickUp();
     pet_.interrupt();
     pet_.play(a().hurt);
     pet_.forgetSwings();
@@ -33,28 +32,28 @@ void Companion::pickedUp() {
     if (isOn(Setting::relationship) && drops_.size() >= 2) {
         speak({.moment = Moment::pickedUpWorried, .face = Face::worried});
     } else {
-        const Face face = friendship >= trustingFriendship ? Face::joyous : Face::surprised;
+        const Face face = needs().friendship >= trustingFriendship ? Face::joyous : Face::surprised;
         speak({.moment = Moment::pickedUp, .face = face});
     }
 }
 
 void Companion::dropped() {
-    held = false;
+    presence_.putDown();
     pet_.interrupt();  // whatever began while it was held, such as waking up
     dizzyNext_ = pet_.swings() > dizzySwings;
     const Point here = pet_.position();
     const auto below = pet_.surfaceIndex(here);
     const double height = here.y - (below ? pet_.ground[*below].y : 0);
     // The pointer that let it go lies on it, and petting would cut short how it lands.
-    lastCuddle_ = now() - (pettingPause - pettableAgainIn);
-    onPlaceChanged();
+    attention_.petAgainIn(pettableAgainIn, now());
+    habitat_.onPlaceChanged();
     if (!floats() && height >= softDrop) {
         pet_.fall(Pet::Falling::freely, [this, height] { landed(height); });
         return;
     }
     if (floats()) pet_.hold(a().idle, 0);
     pet_.fall(falling(), [this] {
-        lastCuddle_ = now() - (pettingPause - pettableAgainIn);
+        attention_.petAgainIn(pettableAgainIn, now());
         if (mood() == Mood::fainted) return faint();  // it lay so before it was picked up
         if (dizzyNext_) return dizzySpell();
         sit(1.2, [this] { think(); });
@@ -62,7 +61,7 @@ void Companion::dropped() {
 }
 
 void Companion::landed(double height) {
-    lastCuddle_ = now() - (pettingPause - pettableAgainIn);
+    attention_.petAgainIn(pettableAgainIn, now());
     drops_.push_back(now());
     forgetOldDrops();
     if (mood() == Mood::fainted) return faint();
@@ -96,7 +95,7 @@ void Companion::landHard(double height) {
 
 void Companion::dizzySpell() {
     dizzyNext_ = false;
-    lastCuddle_ = now();
+    attention_.pet(now());
     pet_.hold(a().idle, 0);
     speak({.moment = Moment::dizzy,
            .face = Face::dizzy,

@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "rules/Thresholds.h"
+
 namespace quibbits {
 
 namespace {

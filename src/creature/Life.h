@@ -28,7 +28,6 @@ Mood moodFor(const Condition& condition);
 
 /// Friendship counts as this while feelings are switched off.
 inline constexpr double indifferentFriendship = 180;
-inline constexpr double mostFriendship = 255;
 
 /// The share of a level that a creature earns by the minutes alone.
 struct TimedExp {

@@ -1,119 +1,64 @@
-// Energy, hunger, boredom and experience: all that time does to a creature, in one place.
+#include "creature/Needs.h"
 
 #include <algorithm>
-#include <cmath>
-
-#include "body/Pixels.h"
-#include "creature/Companion.h"
 
 namespace quibbits {
 
 namespace {
 
-constexpr double shimmerpoxOdds = 65536.0 / 3;  // one think in so many
-constexpr Seconds day = 86400;
-
-constexpr double minutesToStarve = 40;  // from full, and from fresh to tired out
 constexpr double boredomPerMinute = 0.125;
-constexpr double hungryBelly = 0.4;
-constexpr double hungryDay = 480;  // minutes of hunger that hurt
-constexpr double hurtFriendship = 10;
 
 }  // namespace
 
-void Companion::needsStep(double minutes) {
-    if (!shimmerpoxUntil) {
-        const bool chance = random().below(shimmerpoxOdds) < 1;
-        if (chance || computer().defaults.boolean("QuibRus")) catchShimmerpox();
-    }
-    if (!absorbsCharge(minutes) && isOn(Setting::hunger)) {
-        hunger = std::min(hunger + minutes / minutesToStarve, 1.0);
-    }
-    energy = std::max(energy - minutes / minutesToStarve, 0.0);
-    gainEXP(
-        expShare({.minutes = minutes,
-                  .friendship = isOn(Setting::relationship) ? friendship : indifferentFriendship,
-                  .rate = growthRate(stage),
-                  .tired = mood() == Mood::tired}));
-    if (minutes > 0) boredom = std::min(boredom + minutes * boredomPerMinute, 1.0);
-    if (isOn(Setting::hunger) && 1 - hunger < hungryBelly) growHungry(minutes);
+Needs Needs::load(const UserDefaults& saved, const std::string& store) {
+    const auto number = [&](const char* suffix, double otherwise) {
+        return saved.onlyNumber(store + suffix).value_or(otherwise);
+    };
+    const Values fresh;
+    Needs needs;
+    needs.values_ = {
+        .energy = std::clamp(number(".energy", fresh.energy), 0.0, 1.0),
+        .hunger = std::clamp(number(".hunger", fresh.hunger), 0.0, 1.0),
+        .friendship = std::clamp(number(".friendship", fresh.friendship), 0.0, mostFriendship),
+        .hungryMinutes = std::max(number(".hungryMinutes", 0), 0.0)};
+    return needs;
 }
 
-void Companion::growHungry(double minutes) {
-    setHungryMinutes(hungryMinutes + minutes);
-    if (hungryMinutes < hungryDay) return;
-    setHungryMinutes(0);
-    if (!isOn(Setting::relationship)) return;
-    befriend(-hurtFriendship);
-    feel(Face::crying, {.caption = name() + " went hungry all day…",
-                        .thought = Pixels::item(Item::azurine),
-                        .seconds = 4.0});
+void Needs::save(UserDefaults& saved, const std::string& store) const {
+    saved.set(store + ".energy", values_.energy);
+    saved.set(store + ".hunger", values_.hunger);
+    saved.set(store + ".friendship", values_.friendship);
 }
 
-bool Companion::absorbsCharge(double) {
-    return false;
+void Needs::rest(double energy) {
+    values_.energy = std::min(values_.energy + energy, 1.0);
+}
+void Needs::bore(double by) {
+    values_.boredom = std::min(values_.boredom + by, 1.0);
+}
+void Needs::amuse(double by) {
+    values_.boredom = std::max(values_.boredom - by, 0.0);
+}
+void Needs::eat(double hunger) {
+    values_.hunger = std::max(values_.hunger - hunger, 0.0);
+}
+void Needs::growHungry(double hunger) {
+    values_.hunger = std::min(values_.hunger + hunger, 1.0);
+}
+void Needs::befriend(double by) {
+    values_.friendship = std::clamp(values_.friendship + by, 0.0, mostFriendship);
 }
 
-void Companion::gainEXP(double share) {
-    if (stage == Stage::egg) return;
-    const int before = level();
-    if (before == maxLevel) return;
-    const MoveNames knewBefore = known();
-    const GrowthRate rate = growthRate(stage);
-    const double span = expForLevel(rate, before + 1) - expForLevel(rate, before);
-    exp += share * (hasShimmerpox() ? 2.0 : 1.0) * span;
-    if (level() > before) levelUp(knewBefore);
+void Needs::beginAnew() {
+    const Values fresh;
+    values_.energy = fresh.energy;
+    values_.hunger = fresh.hunger;
+    values_.friendship = fresh.friendship;
 }
 
-void Companion::levelUp(const MoveNames& knewBefore) {
-    befriend(2);
-    refreshMoves();
-    const MoveNames knowsNow = known();
-    const auto moves = learnset();
-    const auto learnt = std::ranges::find_if(moves, [&](const Move& move) {
-        return knowsNow.contains(move.name) && !knewBefore.contains(move.name);
-    });
-    const bool isNew = learnt != moves.end();
-
-    pet_.sparks(20, 0.5);
-    const std::string grew = name() + " grew to Lv " + std::to_string(level()) + "!";
-    const std::string move = isNew ? std::string(learnt->name) : std::string();
-    feel(isNew ? Face::inspired : Face::joyous,
-         {.caption = isNew ? name() + " learned " + move + "!" : grew, .seconds = 3.5});
-    notify({.title = grew,
-            .body = isNew ? "It learned " + move + "." : "Keep it company to help it grow.",
-            .suffix = "level"});
-    didLevelUp();
-    save();
-}
-
-void Companion::befriend(double amount) {
-    if (!isOn(Setting::relationship)) return;
-    friendship = std::clamp(friendship + amount, 0.0, mostFriendship);
-}
-
-void Companion::catchShimmerpox() {
-    const auto days = static_cast<double>(1 + random().index(4));
-    shimmerpoxUntil = date() + days * day;
-    save();
-    feel(Face::surprised,
-         {.caption = name() + " caught Shimmerpox! EXP gain is doubled for a while.",
-          .seconds = 4.0});
-}
-
-void Companion::faint() {
-    isFainted = true;
-    stop([this] { lieDown(); });
-}
-
-void Companion::lieDown() {
-    feelIfShown(Face::pain, {.seconds = 2.5});
-    pet_.play(a().faint, 1);  // and there it lies, until its mood is better
-}
-
-void Companion::recover() {
-    isFainted = false;
-    stop([this] { run({playing(a().wake)}, [this] { think(); }); });
+void Needs::pass(double minutes) {
+    values_.energy = std::max(values_.energy - minutes / minutesToStarve, 0.0);
+    if (minutes > 0) bore(minutes * boredomPerMinute);
 }
 
 }  // namespace quibbits

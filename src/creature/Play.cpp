@@ -56,7 +56,7 @@ void Companion::tumble(Done done) {
 }
 
 void Companion::play(Done done) {
-    energy -= playEnergy;
+    needs_.tire(playEnergy);
     const auto moves = unlockedMoves();
     if (moves.empty()) return sit(between(3, 6), std::move(done));
     const std::string& name = random().pick(moves);
@@ -74,8 +74,8 @@ void Companion::dance(Done done) {
 }
 
 void Companion::perform(const std::string& name) {
-    if (!isOut || ballBusy || held) return;
-    dozing = false;
+    if (!presence_.isAtHand()) return;
+    presence_.wake();
     stop([this, name] { run({move(name), sitting(1.5)}, [this] { think(); }); });
 }
 
@@ -142,7 +142,7 @@ void Companion::levitate(Air air, Done done) {
         if (isFreeAir(stop)) stops.push_back(stop);
     }
 
-    energy -= playEnergy;
+    needs_.tire(playEnergy);
     gainEXP(playShare);
     pet_.play(a().walk);
     bob();
@@ -165,14 +165,14 @@ void Companion::levitate(Air air, Done done) {
 }
 
 void Companion::teleport(Point to, Done done) {
-    energy -= 0.03;
+    needs_.tire(0.03);
     pet_.sparks(20, 0.3);
     pet_.blink(to, [this, done = std::move(done)] { arriveByTeleport(done); });
 }
 
 void Companion::arriveByTeleport(Done done) {
     pet_.sparks(20, 0.3);
-    pet_.faceTowards(cursor());
+    pet_.faceTowards(habitat_.pointer());
     feelIfShown(Face::happy, {.seconds = 2});
     sit(between(3, 5), std::move(done));
 }

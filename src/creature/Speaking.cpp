@@ -11,8 +11,8 @@ std::optional<std::string> Companion::line(Moment moment) const {
 }
 
 Image Companion::image(Face face) const {
-    return computer().resources.image(sheetName(stage, form, shiny) + "-face-" +
-                                      std::string(rawValue(face)));
+    return computer().resources.image(sheetName(stage(), identity_.form, identity_.shiny) +
+                                      "-face-" + std::string(rawValue(face)));
 }
 
 void Companion::feel(Face face, const Bubble& bubble) {
@@ -22,7 +22,8 @@ void Companion::feel(Face face, const Bubble& bubble) {
                    .thought = bubble.thought,
                    .seconds = bubble.seconds,
                    .tall = a().idle.height});
-    if (onUtterance) onUtterance(*this, {face, bubble.caption, bubble.speaker, bubble.seconds});
+    if (listener_.onUtterance)
+        listener_.onUtterance(*this, {face, bubble.caption, bubble.speaker, bubble.seconds});
     hasJustSaid_ = hasJustSaid_ || bubble.caption;
     if (std::exchange(hasJustShown_, true)) return;
     pet_.runLoop().post(pet_.lifetime().guard([this] { hasJustShown_ = hasJustSaid_ = false; }));

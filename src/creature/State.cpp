@@ -13,10 +13,6 @@ namespace {
 constexpr double artScale = 3;  // points per sheet pixel
 constexpr Seconds anHour = 3600;
 
-constexpr double initialEnergy = 0.8;
-constexpr double initialHunger = 0.3;
-constexpr double initialFriendship = 120;
-
 // Friendship from which the portrait in lists looks content, and glad.
 constexpr double contentFriendship = 70;
 constexpr double gladFriendship = 200;
@@ -39,37 +35,22 @@ std::string Companion::key(std::string_view suffix) const {
     return store_ + "." + std::string(suffix);
 }
 
-double Companion::savedNumber(std::string_view suffix, double otherwise) const {
-    return computer().defaults.onlyNumber(key(suffix)).value_or(otherwise);
-}
-
 void Companion::restore() {
     const UserDefaults& saved = computer().defaults;
-    stage = stageNamed(saved.string(key("stage")).value_or("")).value_or(Stage::egg);
-    form = saved.onlyString(key("form"));
-    shiny = saved.boolean(key("shiny"));
-    const auto savedNature = Nature::named(saved.string(key("nature")).value_or(""));
-    nature = savedNature ? *savedNature : random().pick(Nature::all());
-    shimmerpoxUntil = saved.onlyDate(key("shimmerpox"));
-    const auto savedGender = saved.onlyString(key("gender"));
-    gender = savedGender ? *savedGender : random().below(1) < 0.5 ? "♀" : "♂";
-    energy = std::clamp(savedNumber("energy", initialEnergy), 0.0, 1.0);
-    hunger = std::clamp(savedNumber("hunger", initialHunger), 0.0, 1.0);
-    friendship = std::clamp(savedNumber("friendship", initialFriendship), 0.0, mostFriendship);
-    exp = std::clamp(savedNumber("exp", 0), 0.0, expForLevel(growthRate(stage), maxLevel));
-    hungryMinutes = std::max(savedNumber("hungryMinutes", 0), 0.0);
-    focusQuiet = saved.boolean("focus.on");
+    identity_ = Identity::load(saved, store_, random());
+    needs_ = Needs::load(saved, store_);
+    focusQuiet_ = saved.boolean("focus.on");
 }
 
 void Companion::awaken() {
     // A stage of the other line is as good as none.
     const auto own = quibbits::line(firstStage());
-    if (std::ranges::find(own, stage) == own.end()) stage = Stage::egg;
+    if (std::ranges::find(own, stage()) == own.end()) identity_.stage = Stage::egg;
     pet_.hold(a().idle, 0);
-    isOut = stage != Stage::egg;
+    presence_.put(stage() != Stage::egg);
     {
         const Transaction still(world_.layers, Transaction::withoutActions());
-        pet_.node().setHidden(!isOut);
+        pet_.node().setHidden(!presence_.isOut());
     }
     refreshMoves();
     joinBody();
@@ -94,50 +75,36 @@ void Companion::joinBody() {
 }
 
 void Companion::stayIn() {
-    isOut = false;
+    presence_.put(false);
     const Transaction still(world_.layers, Transaction::withoutActions());
     pet_.node().setHidden(true);
 }
 
 const Sheets& Companion::a() const {
-    if (!sheets_) sheets_.emplace(computer().resources, sheetName(stage, form, shiny), animRoles());
+    if (!sheets_)
+        sheets_.emplace(computer().resources, sheetName(stage(), identity_.form, identity_.shiny),
+                        animRoles());
     return *sheets_;
 }
 
 void Companion::start() {
     lastMood_ = mood();
-    if (stage == Stage::egg || !isOut) return;
+    if (stage() == Stage::egg || !presence_.isOut()) return;
     const std::string word = computer().defaults.string("QuibDemo").value_or("");
     if (!startDemo(word)) runDemo(word);
 }
 
 void Companion::save() {
-    UserDefaults& saved = computer().defaults;
-    saved.set(key("energy"), energy);
-    saved.set(key("hunger"), hunger);
-    saved.set(key("friendship"), friendship);
-    saved.set(key("exp"), exp);
-    saved.set(key("stage"), std::string(rawValue(stage)));
-    saved.set(key("gender"), gender);
-    saved.set(key("nature"), std::string(nature.name));
-    saved.set(key("shiny"), shiny);
-    if (form)
-        saved.set(key("form"), *form);
-    else
-        saved.remove(key("form"));
-    if (shimmerpoxUntil)
-        saved.set(key("shimmerpox"), *shimmerpoxUntil);
-    else
-        saved.remove(key("shimmerpox"));
+    needs_.save(computer().defaults, store_);
+    identity_.save(computer().defaults, store_);
 }
 
-void Companion::setHungryMinutes(double minutes) {
-    hungryMinutes = minutes;
-    computer().defaults.set(key("hungryMinutes"), hungryMinutes);
+void Companion::saveHungryMinutes() {
+    computer().defaults.set(key("hungryMinutes"), needs().hungryMinutes);
 }
 
 bool Companion::hasShimmerpox() const {
-    return shimmerpoxUntil && *shimmerpoxUntil > date();
+    return identity_.shimmerpoxUntil && *identity_.shimmerpoxUntil > date();
 }
 
 Mood Companion::mood() const {
@@ -152,54 +119,54 @@ double Companion::hoursSincePetted() const {
 }
 
 PetStats Companion::stats() const {
-    const GrowthRate rate = growthRate(stage);
+    const GrowthRate rate = growthRate(stage());
     const int current = level();
     const int next = std::min(current + 1, maxLevel);
     const double begins = expForLevel(rate, current);
     const double ends = expForLevel(rate, next);
 
     Face face = Face::sigh;
-    if (friendship >= gladFriendship)
+    if (needs().friendship >= gladFriendship)
         face = Face::joyous;
-    else if (friendship >= contentFriendship)
+    else if (needs().friendship >= contentFriendship)
         face = Face::happy;
 
     auto pox = PetStats::Shimmerpox::none;
     if (hasShimmerpox())
         pox = PetStats::Shimmerpox::infected;
-    else if (shimmerpoxUntil)
+    else if (identity_.shimmerpoxUntil)
         pox = PetStats::Shimmerpox::cured;
 
-    return {
-        .name = name(),
-        .gender = gender,
-        .nature = nature,
-        .ability = ability(),
-        .shiny = shiny && stage != Stage::egg,
-        .coralis = isCoralian(),
-        .shimmerpox = pox,
-        .stage = stage,
-        .level = current,
-        .exp = exp,
-        .nextLevelEXP = ends,
-        .levelProgress = current == maxLevel ? 1.0 : (exp - begins) / std::max(ends - begins, 1.0),
-        .friendship = friendship,
-        .hunger = hunger,
-        .energy = energy,
-        .portrait = stage == Stage::egg ? Pixels::eggPortrait() : image(face),
-        .canEvolve = canEvolve(),
-        .evolveItem = evolveItem(),
-        .known = known()};
+    return {.name = name(),
+            .gender = identity_.gender,
+            .nature = identity_.nature,
+            .ability = ability(),
+            .shiny = identity_.shiny && stage() != Stage::egg,
+            .coralis = isCoralian(),
+            .shimmerpox = pox,
+            .stage = stage(),
+            .level = current,
+            .exp = identity_.exp,
+            .nextLevelEXP = ends,
+            .levelProgress =
+                current == maxLevel ? 1.0 : (identity_.exp - begins) / std::max(ends - begins, 1.0),
+            .friendship = needs().friendship,
+            .hunger = needs().hunger,
+            .energy = needs().energy,
+            .portrait = stage() == Stage::egg ? Pixels::eggPortrait() : image(face),
+            .canEvolve = canEvolve(),
+            .evolveItem = evolveItem(),
+            .known = known()};
 }
 
 Why Companion::why() const {
     return {.choice = brain_.choice,
             .at = brain_.decidedAt,
             .options = brain_.options,
-            .needs = {{"Energy", energy},
-                      {"Belly", 1 - hunger},
-                      {"Friendship", friendship / mostFriendship},
-                      {"Boredom", boredom},
+            .needs = {{"Energy", needs().energy},
+                      {"Belly", needs().belly()},
+                      {"Friendship", needs().friendship / mostFriendship},
+                      {"Boredom", needs().boredom},
                       {"Missing you", hoursSincePetted()}}};
 }
 

@@ -46,8 +46,8 @@ constexpr std::array intentBubbles{
 }  // namespace
 
 void Companion::think() {
-    if (!isFree()) return sleepOn();
-    if (focusQuiet) return quietDown();
+    if (!presence_.isFree()) return sleepOn();
+    if (focusQuiet_) return quietDown();
     greetTheDay();
     chargeSparks_.end();
     if (!pet_.surfaceIndex(pet_.position())) standUp();  // the ground changed while it was busy
@@ -57,8 +57,8 @@ void Companion::think() {
         faint();  // again, where a reaction got it up
         return save();
     }
-    isFainted = false;  // power may have come back while it was held or asleep
-    if (present == Mood::charging) energy = std::min(energy + chargedByThinking, 1.0);
+    presence_.comeRound();  // power may have come back while it was held or asleep
+    if (present == Mood::charging) needs_.rest(chargedByThinking);
 
     const std::vector<Ground> spots = pet_.openSpots();
     if (pet_.isAirborne()) return comeDownAndThink();  // what it stood on is no longer there
@@ -71,13 +71,13 @@ void Companion::think() {
     needsStep(minutes);
 
     if (isOn(Setting::exploreFiles)) seen.file = fileToExplore(tiles);
-    seen.cursorSpot = spotNearCursor(pet_.position(), cursor(), spots);
+    seen.cursorSpot = spotNearCursor(pet_.position(), habitat_.pointer(), spots);
 
     Mind mind = makeMind(seen);
     fill(mind);
     const Intent intent = brain_.decide(mind, {date(), now()}, random());
-    if (isActive(intent)) boredom = std::max(boredom - boredomBurnt, 0.0);
-    if (onDecision) onDecision(*this, mind);
+    if (isActive(intent)) needs_.amuse(boredomBurnt);
+    if (listener_.onDecision) listener_.onDecision(*this, mind);
     act(intent, seen, [this] { think(); });
     save();
 }
@@ -91,15 +91,14 @@ void Companion::comeDownAndThink() {
 }
 
 Mind Companion::makeMind(const Surroundings& seen) const {
-    const int hourNow = hour();
     const Point above = pet_.position() + Vector{0, airAbove};
-    return {.energy = energy,
-            .hunger = hunger,
-            .friendship = friendship / mostFriendship,
-            .boredom = boredom,
+    return {.energy = needs().energy,
+            .hunger = needs().hunger,
+            .friendship = needs().friendship / mostFriendship,
+            .boredom = needs().boredom,
             .neglect = hoursSincePetted(),
-            .night = hourNow >= 23 || hourNow < 6,
-            .daytime = hourNow >= 9 && hourNow <= 16,
+            .night = isNight(hour()),
+            .daytime = hour() >= 9 && hour() <= 16,
             .charging = power().charging(),
             .lowBattery = mood() == Mood::tired,
             .music = isOn(Setting::music) && senses().musicPlaying(),
@@ -113,7 +112,7 @@ Mind Companion::makeMind(const Surroundings& seen) const {
             .knowsChargeOrb = knows("Charge Orb"),
             .knowsPsychic = knows("Psychic"),
             .coralian = isCoralian(),
-            .nature = nature};
+            .nature = identity_.nature};
 }
 
 void Companion::fill(Mind&) {}
@@ -209,7 +208,7 @@ void Companion::patrol(const Surroundings& seen, Done done) {
 void Companion::visit(const Surroundings& seen, Done done) {
     if (!seen.cursorSpot) return sit(nothingToDo, std::move(done));
     run({going({.to = *seen.cursorSpot, .speed = 70}),
-         doing([this] { pet_.faceTowards(cursor()); }), sitting(between(3, 5))},
+         doing([this] { pet_.faceTowards(habitat_.pointer()); }), sitting(between(3, 5))},
         std::move(done));
 }
 

@@ -15,17 +15,12 @@ namespace {
 constexpr double pointsPerEnergy = 3000;  // of a stroll
 constexpr double trudgeRadius = 120;
 
-constexpr Seconds exploreAgain = 300;
 constexpr std::size_t nearestFiles = 3;
 constexpr double climbReach = 150;  // points between the middles of stacked files
 constexpr double climbEnergy = 0.6;
 
 constexpr Seconds longestSit = 30;
 constexpr Seconds lookAgain = 2;
-
-void raise(double& need, double by) {
-    need = std::min(need + by, 1.0);
-}
 
 }  // namespace
 
@@ -35,7 +30,7 @@ std::optional<Point> Companion::strollTarget(const std::vector<Ground>& spots,
 }
 
 void Companion::go(const Walk& walk, Done done) {
-    const double pace = nature.walkSpeed() * paceBoost();
+    const double pace = identity_.nature.walkSpeed() * paceBoost();
     pet_.travel(walk.to,
                 {.walk = a().walk,
                  .hop = a().hop,
@@ -46,7 +41,7 @@ void Companion::go(const Walk& walk, Done done) {
 }
 
 void Companion::stroll(Point to, Done done) {
-    energy -= std::abs(to.x - pet_.position().x) / pointsPerEnergy;
+    needs_.tire(std::abs(to.x - pet_.position().x) / pointsPerEnergy);
     run({going({.to = to, .speed = 45}), sitting(between(3, 6))}, std::move(done));
 }
 
@@ -57,26 +52,26 @@ void Companion::trudge(Done done) {
 }
 
 void Companion::rest(Done done) {
-    raise(energy, 0.35);
+    needs_.rest(0.35);
     sit(between(10, 18), std::move(done));
 }
 
 void Companion::sitQuietly(Done done) {
-    raise(energy, 0.03);
-    raise(boredom, 0.12);
+    needs_.rest(0.03);
+    needs_.bore(0.12);
     sit(between(5, 10), std::move(done));
 }
 
 void Companion::daydream(Done done) {
     const std::array thoughts{Pixels::heart(), Pixels::note(), Pixels::sparkle(), Pixels::bolt(),
-                              Pixels::item(favorite(nature).value_or(Item::azurine))};
+                              Pixels::item(favorite(identity_.nature).value_or(Item::azurine))};
     muse(Face::happy, {.thought = random().pick(thoughts), .seconds = 3.0});
     sit(between(6, 10), std::move(done));
 }
 
 void Companion::yawn(Done done) {
     muse(Face::sigh, {.thought = Pixels::zzz(), .seconds = 2.0});
-    raise(energy, 0.05);
+    needs_.rest(0.05);
     run({playing(a().stretch), sitting(between(4, 6))}, std::move(done));
 }
 
@@ -89,46 +84,43 @@ void Companion::bask(Done done) {
     muse(Face::happy, {.thought = Pixels::sparkle(), .seconds = 2.0});
     const Anim* lying = a().role("bask");
     pet_.play(lying ? *lying : a().sleep);
-    run({waiting(between(15, 30)), doing([this] { raise(energy, 0.1); }), playing(a().wake)},
+    run({waiting(between(15, 30)), doing([this] { needs_.rest(0.1); }), playing(a().wake)},
         std::move(done));
 }
 
 void Companion::sit(Seconds seconds, Done done) {
     pet_.hold(a().idle, 0);
-    seatedAt_ = pet_.token();
-    gaze_ = Gaze::ahead;
+    attention_.sit(pet_.token());
     pet_.after(seconds, [this, start = now(), done = std::move(done)]() mutable {
         finishSit(start, std::move(done));
     });
 }
 
 void Companion::finishSit(Instant start, Done done) {
-    if (now() < watchingUntil_ && now() - start < longestSit) {
+    if (attention_.isWatching(now()) && now() - start < longestSit) {
         pet_.after(lookAgain, [this, start, done = std::move(done)]() mutable {
             finishSit(start, std::move(done));
         });
         return;
     }
-    seatedAt_.reset();
+    attention_.getUp();
     done();
 }
 
 void Companion::nap(Done done) {
-    const int hourNow = hour();
-    const bool night = hourNow >= 23 || hourNow < 6;
-    const Seconds seconds = night ? between(60, 180) : between(30, 90);
+    const Seconds seconds = isNight(hour()) ? between(60, 180) : between(30, 90);
     const Anim* curled = a().role("nap");
     pet_.play(curled ? *curled : a().sleep);
     run({waiting(seconds), playing(a().wake), playing(a().stretch), doing([this] {
-             energy = 1;
+             needs_.sleepOff();
              speak({.moment = Moment::woke, .face = Face::happy});
          })},
         std::move(done));
 }
 
 void Companion::inspect(const Ground& file, Done done) {
-    energy -= 0.1;
-    lastExplored_[fileKey(file)] = now();
+    needs_.tire(0.1);
+    files_.visit(file, now());
     run({going({.to = file.middle(), .speed = 90, .animSpeed = 1.2}), doing([this] {
              feelIfShown(Face::surprised, {.thought = Pixels::file(), .seconds = 2.5});
          }),
@@ -137,15 +129,15 @@ void Companion::inspect(const Ground& file, Done done) {
 }
 
 void Companion::explore(const Ground& file, Done done) {
-    energy -= 0.15;
-    lastExplored_[fileKey(file)] = now();
+    needs_.tire(0.15);
+    files_.visit(file, now());
     run({going({.to = file.middle(), .speed = 70}), sitting(between(3, 6)),
          [this, file](Done next) { climbOn(file, std::move(next)); }},
         std::move(done));
 }
 
 void Companion::climbOn(const Ground& from, Done done) {
-    if (energy <= climbEnergy || !random().coin()) return done();
+    if (needs().energy <= climbEnergy || !random().coin()) return done();
     std::vector<Ground> higher;
     for (const Ground& spot : pet_.openSpots()) {
         if (spot.solid || spot.y <= from.y + 1) continue;
@@ -157,8 +149,8 @@ void Companion::climbOn(const Ground& from, Done done) {
         if (reach[i] && (!next || higher[i].y < next->y)) next = &higher[i];
     }
     if (!next) return done();
-    energy -= 0.1;
-    lastExplored_[fileKey(*next)] = now();
+    needs_.tire(0.1);
+    files_.visit(*next, now());
     run({going({.to = next->middle(), .speed = 70}), sitting(between(3, 6))}, std::move(done));
 }
 
@@ -176,16 +168,7 @@ std::vector<bool> Companion::canReach(const std::vector<Ground>& files) const {
 
 std::optional<Ground> Companion::noticeNewFiles(const std::vector<Ground>& tiles) {
     if (!pet_.iconsKnown) return std::nullopt;
-    std::vector<Ground> fresh;
-    std::set<std::string> keys;
-    for (const Ground& icon : pet_.ground) {
-        if (icon.solid) continue;
-        std::string fileName = fileKey(icon);
-        if (knownFiles_ && !knownFiles_->contains(fileName)) fresh.push_back(icon);
-        keys.insert(std::move(fileName));
-    }
-    knownFiles_ = std::move(keys);
-
+    const std::vector<Ground> fresh = files_.look(pet_.ground);
     const auto reach = canReach(fresh);
     for (std::size_t i = 0; i < fresh.size(); ++i) {
         const bool inSight = std::ranges::any_of(tiles, [&](const Ground& tile) {
@@ -199,12 +182,8 @@ std::optional<Ground> Companion::noticeNewFiles(const std::vector<Ground>& tiles
 
 std::optional<Ground> Companion::fileToExplore(const std::vector<Ground>& tiles) {
     std::vector<Ground> due;
-    for (const Ground& tile : tiles) {
-        const auto explored = lastExplored_.find(fileKey(tile));
-        if (explored == lastExplored_.end() || now() - explored->second > exploreAgain) {
-            due.push_back(tile);
-        }
-    }
+    std::ranges::copy_if(tiles, std::back_inserter(due),
+                         [this](const Ground& tile) { return files_.isDue(tile, now()); });
     const auto reach = canReach(due);
     std::vector<Ground> near;
     for (std::size_t i = 0; i < due.size(); ++i) {

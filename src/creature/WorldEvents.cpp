@@ -26,46 +26,28 @@ void logFailure(const NotificationOutcome& outcome) {
     std::fprintf(stderr, "Quibbits: %s (%s)\n", what, outcome.error.c_str());
 }
 
-/// What a word from outside means to a creature.
-enum class Word { triumph, failure, finish, greeting };
-
-Word meaning(std::string_view word) {
-    struct Row {
-        std::string_view word;
-        Word meaning;
-    };
-    static constexpr std::array rows{
-        Row{"celebrate", Word::triumph}, Row{"pass", Word::triumph},
-        Row{"success", Word::triumph},   Row{"fail", Word::failure},
-        Row{"failed", Word::failure},    Row{"error", Word::failure},
-        Row{"done", Word::finish},       Row{"finished", Word::finish},
-    };
-    const auto row = std::ranges::find(rows, word, &Row::word);
-    return row == rows.end() ? Word::greeting : row->meaning;
-}
-
 }  // namespace
 
 void Companion::userLeft() {
-    if (isOn(Setting::awayNaps) && isFree() && !isFainted) quietDown();
+    if (isOn(Setting::awayNaps) && presence_.isReady()) quietDown();
 }
 
 void Companion::quietDown() {
-    dozing = true;
+    presence_.doze();
     stop([this] { pet_.play(a().sleep); });  // until somebody wakes it
     save();                                  // for it may sleep until the program ends
 }
 
 void Companion::sleepOn() {
-    if (!dozing || !isOut || held || ballBusy) return;
+    if (!presence_.isDozing() || !presence_.isAtHand()) return;
     chargeSparks_.end();
     pet_.play(a().sleep);
 }
 
 void Companion::userReturned() {
-    if (!dozing || focusQuiet) return;
-    dozing = false;
-    if (held) return;  // it wakes when it is put down
+    if (!presence_.isDozing() || focusQuiet_) return;
+    presence_.wake();
+    if (presence_.isHeld()) return;  // it wakes when it is put down
     stop([this] {
         wakeUp([this] {
             speak({.moment = Moment::userBack, .face = Face::joyous});
@@ -83,11 +65,11 @@ void Companion::wakeUp(Done then) {
 /// Finds its feet after the stage has handed out new ground. Nowhere to stand, it is put on the
 /// floor; in the air without being on its way, it falls.
 void Companion::groundChanged() {
-    if (!isOut || ballBusy || held) return;
-    if (!hasLostGround()) return;
+    if (!presence_.isAtHand() || !hasLostGround()) return;
 
     const bool lost = !pet_.surfaceIndex(pet_.position());
-    const bool asleep = dozing || isFainted;  // with no chain to break off
+    const bool asleep =
+        presence_.isDozing() || presence_.isFainted();  // with no chain to break off
     if (!lost && !asleep) return stop([this] { think(); });
     if (!asleep) breakOff();
     standUp();
@@ -98,8 +80,8 @@ void Companion::groundChanged() {
 /// has begun something new, for there was nothing to stand on. Who flies may hover where nothing is
 /// beneath; it comes to the ground in the end.
 bool Companion::findFeet() {
-    if (!isOut || ballBusy || held || floats() || !hasLostGround()) return true;
-    const bool asleep = dozing || isFainted;
+    if (!presence_.isAtHand() || floats() || !hasLostGround()) return true;
+    const bool asleep = presence_.isDozing() || presence_.isFainted();
     if (asleep)
         standUp();
     else
@@ -124,10 +106,9 @@ void Companion::standUp() {
 
 void Companion::powerChanged() {
     const bool charging = power().charging();
-    const bool plugged = charging && !wasCharging_;
-    const bool unplugged = !charging && wasCharging_;
-    wasCharging_ = charging;
-    if (plugged && abilityOnCharge() && isOut && stage != Stage::egg) {
+    const bool wasCharging = std::exchange(wasCharging_, charging);
+    const bool plugged = charging && !wasCharging;
+    if (plugged && abilityOnCharge() && presence_.isOut() && stage() != Stage::egg) {
         const Ability own = ability();
         notify({.title = name() + "'s " + own.name + " activated!",
                 .body = own.effect,
@@ -135,36 +116,34 @@ void Companion::powerChanged() {
     }
     const Mood present = mood();
     const auto before = std::exchange(lastMood_, present);
-    if (held || !isOut || ballBusy || focusQuiet) return;
-    if (plugged) return chargerPlugged();
-    if (unplugged) {
-        return stop([this] { run({playing(a().nod)}, [this] { think(); }); });
-    }
-    if (before == present) return;
-    if (present == Mood::fainted) {
-        if (!isFainted) faint();
-    } else if (isFainted) {
-        recover();
-    } else {
-        stop([this] { think(); });
+    const PowerChange change{
+        .wasCharging = wasCharging, .isCharging = charging, .before = before, .now = present};
+    switch (reactTo(change, presence_, focusQuiet_)) {
+        case PowerReaction::none: return;
+        case PowerReaction::drawPower: return chargerPlugged();
+        case PowerReaction::nod:
+            return stop([this] { run({playing(a().nod)}, [this] { think(); }); });
+        case PowerReaction::faint: return faint();
+        case PowerReaction::recover: return recover();
+        case PowerReaction::thinkAnew: return stop([this] { think(); });
     }
 }
 
 void Companion::chargerPlugged() {
-    isFainted = false;
+    presence_.comeRound();
     stop([this] { run({playing(a().pose)}, [this] { think(); }); });
 }
 
 void Companion::heatChanged() {
     if (!isOn(Setting::heat)) return;
-    if (isFree() && senses().thermalState() == ThermalState::serious) {
+    if (presence_.isFree() && senses().thermalState() == ThermalState::serious) {
         speak({.moment = Moment::hot, .face = Face::sigh, .silent = 3});
     }
     powerChanged();
 }
 
 void Companion::internetChanged(bool online) {
-    if (!isOn(Setting::wifi) || !isFree() || isFainted) return;
+    if (!isOn(Setting::wifi) || !presence_.isReady()) return;
     speak({.moment = online ? Moment::online : Moment::offline,
            .face = online ? Face::happy : Face::worried,
            .silent = 3});
@@ -172,7 +151,7 @@ void Companion::internetChanged(bool online) {
 }
 
 void Companion::suggestBreak() {
-    if (!isFree()) return;
+    if (!presence_.isFree()) return;
     const Anim* breath = a().role("breathe");
     computer().notifications.send(
         {.identifier = "break",
@@ -224,28 +203,32 @@ void Companion::greetTheDay() {
 }
 
 void Companion::hook(const std::string& word) {
-    if (word == "focus" || word == "unfocus") {
-        const bool wasQuiet = std::exchange(focusQuiet, word == "focus");
-        computer().defaults.set("focus.on", focusQuiet);
-        if (focusQuiet && isOut && !ballBusy && !held) quietDown();
-        if (focusQuiet) return;
-        // Power may have come back while nobody listened.
-        if (wasQuiet && !dozing) comeRound();
-        return userReturned();
-    }
-    if (!isOut || ballBusy || held || focusQuiet) return;
-    const bool wasDozing = std::exchange(dozing, false);
-    switch (meaning(word)) {
+    const Word told = meaning(word);
+    if (told == Word::focus || told == Word::unfocus) return focus(told == Word::focus);
+    if (!presence_.isAtHand() || focusQuiet_) return;
+    const bool wasDozing = presence_.wake();
+    switch (told) {
         case Word::triumph: return celebrateHook();
         case Word::failure: return collapse();
         case Word::finish: return finishJob();
-        case Word::greeting: return greetBack(wasDozing);
+        default: return greetBack(wasDozing);
     }
 }
 
+/// The user wants quiet, or has had enough of it.
+void Companion::focus(bool quiet) {
+    const bool wasQuiet = std::exchange(focusQuiet_, quiet);
+    computer().defaults.set("focus.on", quiet);
+    if (quiet && presence_.isAtHand()) quietDown();
+    if (quiet) return;
+    // Power may have come back while nobody listened.
+    if (wasQuiet && !presence_.isDozing()) comeRound();
+    userReturned();
+}
+
 void Companion::collapse() {
-    if (isFainted) return;
-    isFainted = true;
+    if (presence_.isFainted()) return;
+    presence_.faint();
     stop([this] {
         speak({.moment = Moment::failed, .face = Face::pain});
         pet_.play(a().faint, 1);
@@ -255,9 +238,9 @@ void Companion::collapse() {
 
 /// Gets up from a faint unless its mood keeps it down.
 void Companion::comeRound() {
-    if (!isFainted || mood() == Mood::fainted) return;
-    if (isOut && !held && !ballBusy) return recover();
-    isFainted = false;
+    if (!presence_.isFainted() || mood() == Mood::fainted) return;
+    if (presence_.isAtHand()) return recover();
+    presence_.comeRound();
 }
 
 void Companion::finishJob() {
@@ -287,25 +270,27 @@ void Companion::celebrateHook() {
 void Companion::cameraChanged(bool on) {
     if (!isOn(Setting::hideOnCamera)) return;
     if (on) {
-        if (!isOut || held || ballBusy) return;
-        hiddenForCall = true;
-        dozing = false;
-        return toggleBall(ballStart());
+        if (!presence_.isAtHand()) return;
+        hiddenForCall_ = true;
+        presence_.wake();
+        return toggleBall();
     }
-    if (!hiddenForCall || isGoingIn()) return;  // who is going in asks again when it is in
-    hiddenForCall = false;
-    if (!isOut && !ballBusy && mayComeOut()) toggleBall(ballStart());
+    if (!hiddenForCall_ || presence_.isGoingIn())
+        return;  // who is going in asks again when it is in
+    hiddenForCall_ = false;
+    const bool isIn = !presence_.isOut() && !presence_.isBusy();
+    if (isIn && habitat_.mayComeOut()) toggleBall();
 }
 
 std::optional<Menu> Companion::menu() {
-    if (!pendingEvolution) return std::nullopt;
+    if (!pendingEvolution_) return std::nullopt;
     const auto item = [this](std::string title, std::function<void()> run) {
         return MenuItem{std::move(title), pet_.lifetime().guard(std::move(run))};
     };
-    const Evolution offer = *pendingEvolution;
+    const Evolution offer = *pendingEvolution_;
     return Menu{{item("Evolve into " + evolutionName(offer.to, offer.form),
                       [this, offer] {
-                          if (pendingEvolution != offer) return;  // answered elsewhere
+                          if (pendingEvolution_ != offer) return;  // answered elsewhere
                           withdrawOffer();
                           evolve(offer);
                       }),
@@ -315,7 +300,7 @@ std::optional<Menu> Companion::menu() {
 void Companion::offerZap(const std::vector<std::string>& paths, const std::string& title,
                          const std::string& why) {
     if (paths.empty()) return;
-    if (isFree() && !isFainted) {
+    if (presence_.isReady()) {
         feelIfShown(Face::surprised, {.thought = Pixels::file(), .seconds = 2.5});
     }
     const std::string offer =

@@ -6,6 +6,7 @@
 
 #include "body/Pixels.h"
 #include "dial/DialView.h"
+#include "rules/Thresholds.h"
 
 namespace quibbits {
 
@@ -30,7 +31,6 @@ constexpr Color pink{1.0, 55 / 255.0, 95 / 255.0, 1.0};
 constexpr Color orange{1.0, 159 / 255.0, 10 / 255.0, 1.0};
 constexpr Color yellow{1.0, 214 / 255.0, 10 / 255.0, 1.0};
 
-constexpr double mostFriendship = 255;
 constexpr double tileSide = 26;
 constexpr double tileSpacing = 32;
 constexpr double tightSpacing = 29;

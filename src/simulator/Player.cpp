@@ -342,7 +342,7 @@ void Player::movePointer(const Json& fields, std::function<void()> then) {
     // A creature that walks is followed; one in the hand goes where the hand goes.
     const auto target = [this, shared = std::make_shared<const Json>(fields), first] {
         const Companion* creature = named(textOf(*shared, "pet"));
-        return creature && !creature->held ? place(*shared, "to") : first;
+        return creature && !creature->presence().isHeld() ? place(*shared, "to") : first;
     };
     const int samples = std::max(static_cast<int>(over / pointerSample), 1);
     for (int i = 1; i <= samples; ++i) {

@@ -97,14 +97,17 @@ void Trace::menu(const Menu& menu) {
 }
 
 void Trace::follow(Companion& creature) {
-    creature.onDecision = [this](const Companion& who, const Mind& mind) { decision(who, mind); };
-    creature.onUtterance = [this](const Companion& who, const Utterance& said) {
-        Json::Object fields{{"pet", who.store()}, {"face", std::string(rawValue(said.face))}};
-        if (said.speaker) fields.emplace_back("speaker", *said.speaker);
-        if (said.caption) fields.emplace_back("caption", *said.caption);
-        fields.emplace_back("seconds", said.seconds);
-        write("bubble", std::move(fields));
-    };
+    creature.listen(
+        {.onDecision = [this](const Companion& who, const Mind& mind) { decision(who, mind); },
+         .onUtterance =
+             [this](const Companion& who, const Utterance& said) {
+                 Json::Object fields{{"pet", who.store()},
+                                     {"face", std::string(rawValue(said.face))}};
+                 if (said.speaker) fields.emplace_back("speaker", *said.speaker);
+                 if (said.caption) fields.emplace_back("caption", *said.caption);
+                 fields.emplace_back("seconds", said.seconds);
+                 write("bubble", std::move(fields));
+             }});
 }
 
 void Trace::decision(const Companion& creature, const Mind& mind) {
@@ -117,7 +120,7 @@ void Trace::decision(const Companion& creature, const Mind& mind) {
                        {"mood", std::string(rawValue(creature.mood()))},
                        {"energy", brief(mind.energy)},
                        {"hunger", brief(mind.hunger)},
-                       {"friendship", brief(creature.friendship)},
+                       {"friendship", brief(creature.needs().friendship)},
                        {"boredom", brief(mind.boredom)},
                        {"level", creature.level()},
                        {"x", brief(at.x)},
@@ -130,7 +133,7 @@ void Trace::position(const Companion& creature) {
     write("position", {{"pet", creature.store()},
                        {"x", brief(at.x)},
                        {"y", brief(at.y)},
-                       {"out", creature.isOut},
+                       {"out", creature.presence().isOut()},
                        {"facing", creature.pet().facingRight ? "right" : "left"}});
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "rules/Region.h"
+#include "rules/Thresholds.h"
 #include "species/SheetNames.h"
 
 namespace quibbits {
@@ -12,8 +13,6 @@ namespace {
 
 constexpr std::string_view coralisForm = "coralis";
 constexpr const char* coralianName = "Coralian Thrummet";
-constexpr int pebbleLevel = 20;          // from here on the Storm Pebble works
-constexpr double fondOfItsPerson = 220;  // friendship at which a mizzle is ready
 
 /// Playful moves that have to be learnt first.
 struct Gate {
@@ -75,11 +74,11 @@ std::string Sparrel::sheetName(Stage of, const std::optional<std::string>& inFor
 }
 
 bool Sparrel::isCoralian() const {
-    return stage == Stage::thrummet && form == coralisForm;
+    return stage() == Stage::thrummet && identity_.form == coralisForm;
 }
 
 std::string Sparrel::name() const {
-    return isCoralian() ? coralianName : displayName(stage);
+    return isCoralian() ? coralianName : displayName(stage());
 }
 
 Ability Sparrel::ability() const {
@@ -92,11 +91,11 @@ Ability Sparrel::ability() const {
 }
 
 MoveNames Sparrel::known() const {
-    return Growth::known(stage, level(), isCoralian());
+    return Growth::known(stage(), level(), isCoralian());
 }
 
 bool Sparrel::canEvolve() const {
-    return stage == Stage::sparrel && level() >= pebbleLevel;
+    return stage() == Stage::sparrel && level() >= pebbleLevel;
 }
 
 double Sparrel::pettingFriendship() const {
@@ -112,12 +111,12 @@ const VoiceTable& Sparrel::voice() const {
 }
 
 std::string Sparrel::cry() const {
-    if (stage == Stage::thrummet) return isCoralian() ? "Thrum thrum" : "Thrum";
-    return stage == Stage::mizzle ? "Mizzle" : "Sprr";
+    if (stage() == Stage::thrummet) return isCoralian() ? "Thrum thrum" : "Thrum";
+    return stage() == Stage::mizzle ? "Mizzle" : "Sprr";
 }
 
 std::optional<Item> Sparrel::evolveItem() const {
-    if (stage == Stage::sparrel) return Item::stormPebble;
+    if (stage() == Stage::sparrel) return Item::stormPebble;
     return std::nullopt;
 }
 
@@ -127,13 +126,13 @@ std::string Sparrel::evolutionName(Stage to, const std::optional<std::string>& i
 
 bool Sparrel::absorbsCharge(double minutes) {
     if (!power().charging() || isCoralian()) return false;
-    energy = std::min(1.0, energy + minutes / 10);
-    hunger = std::max(0.0, hunger - minutes / 30);
+    needs_.rest(minutes / 10);
+    needs_.eat(minutes / 30);
     return true;
 }
 
 void Sparrel::didLevelUp() {
-    if (stage == Stage::mizzle && friendship >= fondOfItsPerson) {
+    if (stage() == Stage::mizzle && needs().friendship >= readyFriendship) {
         offerEvolution({.to = Stage::sparrel}, false);
     }
 }
@@ -154,8 +153,8 @@ bool Sparrel::use(Item item) {
         return true;
     }
     const bool abroad = currentRegion(computer().defaults) == Region::coralis;
-    pendingEvolution = {Stage::thrummet,
-                        abroad ? std::optional(std::string(coralisForm)) : std::nullopt};
+    pendingEvolution_ = {Stage::thrummet,
+                         abroad ? std::optional(std::string(coralisForm)) : std::nullopt};
     if (pet_.showMenu) pet_.showMenu();
     return true;
 }
@@ -166,8 +165,8 @@ bool Sparrel::startDemo(const std::string& word) {
         return true;
     }
     if (word == "stone") pet_.after(2, [this] { received(Item::stormPebble); });
-    if (word == "evolve" && stage == Stage::mizzle) {
-        friendship = fondOfItsPerson + 10;
+    if (word == "evolve" && stage() == Stage::mizzle) {
+        needs_.befriend(readyFriendship + 10 - needs().friendship);
         nearlyReach(level() + 1);
         gainEXP(0.1);
     }
@@ -202,8 +201,8 @@ void Sparrel::strikeFile(const std::string& path, std::optional<Point> place, Do
         pet_.play(a().shock, 3);
         pet_.after(a().shock.duration * 3, next);
         launch(path);
-        fx->bolt({.from = from, .to = target, .thickness = strong ? 2.0 : 1.0},
-                 pet_.lifetime().guard([this, path] { destroy(path); }));
+        habitat_.fx->bolt({.from = from, .to = target, .thickness = strong ? 2.0 : 1.0},
+                          pet_.lifetime().guard([this, path] { destroy(path); }));
     });
 }
 
@@ -216,8 +215,8 @@ void Sparrel::chargerPlugged() {
     if (!knows("Spark")) return Companion::chargerPlugged();
 
     std::vector<Step> steps;
-    if (isFainted) steps.push_back(playing(a().wake));
-    isFainted = false;
+    if (presence_.isFainted()) steps.push_back(playing(a().wake));
+    presence_.comeRound();
     steps.push_back(doing([this] { pet_.sparks(24, 0.5); }));
     steps.push_back(playing(a().shock, 2));
     steps.push_back(doing([this] {

@@ -73,7 +73,7 @@ Ability Umbrool::ability() const {
 }
 
 std::optional<Nibble> Umbrool::nibble() const {
-    switch (stage) {
+    switch (stage()) {
         case Stage::wispul: return Nibble{"Lick", {26, 4}, 0.35};
         case Stage::gloamer: return Nibble{"Lick", {23, 6}, 0.29};
         default: return std::nullopt;
@@ -85,7 +85,7 @@ const VoiceTable& Umbrool::voice() const {
 }
 
 std::string Umbrool::cry() const {
-    switch (stage) {
+    switch (stage()) {
         case Stage::wispul: return "Fss…";
         case Stage::gloamer: return "Oohooh";
         default: return "Nyehee";
@@ -93,7 +93,7 @@ std::string Umbrool::cry() const {
 }
 
 std::optional<Item> Umbrool::evolveItem() const {
-    if (stage == Stage::gloamer) return Item::tetherLoop;
+    if (stage() == Stage::gloamer) return Item::tetherLoop;
     return std::nullopt;
 }
 
@@ -157,7 +157,7 @@ void Umbrool::nightGlow(bool on) {
 }
 
 void Umbrool::didLevelUp() {
-    if (stage == Stage::wispul && level() >= gloamerLevel) {
+    if (stage() == Stage::wispul && level() >= gloamerLevel) {
         offerEvolution({.to = Stage::gloamer}, false);
     }
 }
@@ -168,7 +168,7 @@ bool Umbrool::use(Item item) {
         feelIfShown(Face::surprised, {.seconds = 2.5});
         return true;
     }
-    pendingEvolution = {Stage::umbrool, std::nullopt};
+    pendingEvolution_ = {Stage::umbrool, std::nullopt};
     if (pet_.showMenu) pet_.showMenu();
     return true;
 }

@@ -15,10 +15,10 @@ public:
                           bool shiny) const override;
     Stage firstStage() const override { return Stage::wispul; }
     Ability ability() const override;
-    MoveNames known() const override { return UmbroolLine::known(stage, level()); }
+    MoveNames known() const override { return UmbroolLine::known(stage(), level()); }
     std::span<const Move> learnset() const override { return UmbroolLine::moves(); }
     MoveNames signatureMoves() const override { return {"Gloom Jab"}; }
-    bool canEvolve() const override { return stage == Stage::gloamer; }
+    bool canEvolve() const override { return stage() == Stage::gloamer; }
     bool floats() const override { return true; }
     std::optional<Nibble> nibble() const override;
     const VoiceTable& voice() const override;
@@ -126,8 +126,6 @@ private:
     };
     void vanish(const LayerRef& shade, const Vanishing& how);
     void beginShades();
-
-    static constexpr int gloamerLevel = 25;
 
     bool glowing_ = false;
     bool greetsNight_ = false;  // as soon as nothing else was just said

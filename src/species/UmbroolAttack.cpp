@@ -28,7 +28,7 @@ void Umbrool::boast(Done next) {
 }
 
 void Umbrool::gloomOrb(Point target, const std::string& path, Done done) {
-    if (!fx) return done();
+    if (!habitat_.fx) return done();
     pet_.faceTowards(target);
     feel(Face::determined, {.caption = "Gloom Orb!", .seconds = 1.6});
     pet_.play(a().charge);
@@ -39,25 +39,25 @@ void Umbrool::gloomOrb(Point target, const std::string& path, Done done) {
             if (token == pet_.token()) act();
         });
     };
-    fx->gloomOrb({.start = besideBody(mouthPlace),
-                  .target = target,
-                  .icon = iconForFile(computer().files, path),
-                  .mouth = guarded([this] { return besideBody(mouthPlace); }),
-                  .throwing = unlessCutOff([this] {
-                      const Anim* throws = a().role("throw");
-                      const Anim& anim = throws ? *throws : a().shock;
-                      pet_.play(anim, 1);
-                      pet_.after(anim.duration, [this] { pet_.play(a().idle); });
-                  }),
-                  .impact = guarded([this, path] {
-                      if (!path.empty()) destroy(path);
-                  }),
-                  .eaten = unlessCutOff(
-                      [this, eating = firstOf({"Eat", "Lick"}, a().idle), done = std::move(done)] {
-                          pet_.hearts();
-                          pet_.play(eating, 2);
-                          pet_.after(eating.duration * 2, done);
-                      })});
+    habitat_.fx->gloomOrb({.start = besideBody(mouthPlace),
+                           .target = target,
+                           .icon = iconForFile(computer().files, path),
+                           .mouth = guarded([this] { return besideBody(mouthPlace); }),
+                           .throwing = unlessCutOff([this] {
+                               const Anim* throws = a().role("throw");
+                               const Anim& anim = throws ? *throws : a().shock;
+                               pet_.play(anim, 1);
+                               pet_.after(anim.duration, [this] { pet_.play(a().idle); });
+                           }),
+                           .impact = guarded([this, path] {
+                               if (!path.empty()) destroy(path);
+                           }),
+                           .eaten = unlessCutOff([this, eating = firstOf({"Eat", "Lick"}, a().idle),
+                                                  done = std::move(done)] {
+                               pet_.hearts();
+                               pet_.play(eating, 2);
+                               pet_.after(eating.duration * 2, done);
+                           })});
 }
 
 void Umbrool::cackle(std::optional<Moment> moment, Done done) {

@@ -36,7 +36,7 @@ bool Umbrool::startDemo(const std::string& word) {
         pet_.after(1, [this] { orbDemo(); });
         return true;
     }
-    if (word == "evolve" && stage == Stage::wispul) {
+    if (word == "evolve" && stage() == Stage::wispul) {
         pet_.runLoop().after(1, pet_.lifetime().guard([this] {
             nearlyReach(gloamerLevel);
             gainEXP(0.1);
@@ -54,7 +54,7 @@ void Umbrool::repeat(Step trick, Seconds pause) {
 
 void Umbrool::booDemo(Done done) {
     beginHaunting();
-    const Point pointer = cursor();
+    const Point pointer = habitat_.pointer();
     boo({pointer.x + 120, pointer.y - 60}, [this, done = std::move(done)] {
         haunting_.end();
         done();
@@ -63,7 +63,7 @@ void Umbrool::booDemo(Done done) {
 
 void Umbrool::orbDemo() {
     breakOff();
-    gloomOrb(cursor(), {}, [this] { pet_.after(3, [this] { orbDemo(); }); });
+    gloomOrb(habitat_.pointer(), {}, [this] { pet_.after(3, [this] { orbDemo(); }); });
 }
 
 }  // namespace quibbits

@@ -35,11 +35,11 @@ constexpr Seconds shadeFade = 0.6;
 void Umbrool::go(const Walk& walk, Done done) {
     const Point here = pet_.position();
     const auto under = pet_.surfaceIndex(here);
-    const bool walks = stage == Stage::umbrool && std::abs(walk.to.y - here.y) < negligible &&
+    const bool walks = stage() == Stage::umbrool && std::abs(walk.to.y - here.y) < negligible &&
                        std::abs(walk.to.x - here.x) < footpath && under &&
                        pet_.ground[*under].span.contains(walk.to.x);
     if (walks) return Companion::go(walk, std::move(done));
-    glide(walk.to, std::max(slowestGlide, 2 * walk.speed) * nature.walkSpeed(),
+    glide(walk.to, std::max(slowestGlide, 2 * walk.speed) * identity_.nature.walkSpeed(),
           [this, done = std::move(done)] {
               // On the ground it comes to rest; in the air it goes on bobbing.
               if (!pet_.isAirborne()) bobbing_.end();
@@ -62,7 +62,7 @@ void Umbrool::glide(Point to, double speed, Done done) {
     bob();
     const Point control{(here.x + to.x) / 2, std::max(here.y, to.y) + arch.clamp(way * archShare)};
     const Seconds flight = std::max(way / speed, shortestGlide);
-    if (stage == Stage::umbrool && isOn("umbrool.shadowTricks") && way > trailBeyond) {
+    if (stage() == Stage::umbrool && isOn("umbrool.shadowTricks") && way > trailBeyond) {
         trail(anim, flight);
     }
     pet_.move(to,
@@ -109,11 +109,11 @@ Point Umbrool::randomSpot() const {
 }
 
 void Umbrool::fly(Done done) {
-    energy -= flightEnergy;
+    needs_.tire(flightEnergy);
     gainEXP(flightShare);
     std::vector<Step> steps;
     for (std::size_t legs = 2 + random().index(3); legs > 0; --legs) {
-        steps.push_back(gliding(randomSpot(), between(220, 340) * nature.walkSpeed()));
+        steps.push_back(gliding(randomSpot(), between(220, 340) * identity_.nature.walkSpeed()));
         steps.push_back(hovering(between(0.8, 2.5)));
     }
     steps.push_back([this](Done next) {

@@ -32,7 +32,7 @@ void Umbrool::phase(Done done) {
     if (!isOn("umbrool.phaseThroughWindows") || !window) return fly(std::move(done));
     const double top = lookout(*window, 1);
     muse(Face::happy, {.thought = Pixels::exclaim(), .seconds = 1.6});
-    energy -= hauntingEnergy;
+    needs_.tire(hauntingEnergy);
     gainEXP(hauntingShare);
 
     std::vector<Step> steps{going({.to = {along(*window), top}, .speed = 160}), sinkIn()};
@@ -57,7 +57,7 @@ Step Umbrool::appearing(const Rect& window) {
     const double edge =
         random().coin() ? window.minY() + bottomEdge : lookout(window, 1 - peekShare);
     return [this, window, edge](Done next) {
-        const Point pointer = cursor();
+        const Point pointer = habitat_.pointer();
         const bool inside = window.inset(booMargin * pet_.scale()).contains(pointer);
         if (a().role("peek") && inside && random().coin()) {
             return boo({pointer.x, pointer.y - underCursor * pet_.scale()}, std::move(next));
@@ -170,7 +170,7 @@ void Umbrool::showWhole() {
     pet_.sprite().removeAnimation("fade");
     pet_.sprite().setPosition({});
     pet_.sprite().setOpacity(1);
-    pet_.interactive = !ballBusy;
+    pet_.interactive = !presence_.isBusy();
 }
 
 }  // namespace quibbits

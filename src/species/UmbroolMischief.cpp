@@ -38,8 +38,8 @@ constexpr Seconds printEvery = 0.35;
 }  // namespace
 
 bool Umbrool::canSteal() const {
-    return isOn("umbrool.stealsCursor") && stage == Stage::umbrool && a().anim("Pull") &&
-           stillFor.contains(computer().pointer.untouched()) && pet_.isVisible(cursor());
+    return isOn("umbrool.stealsCursor") && stage() == Stage::umbrool && a().anim("Pull") &&
+           stillFor.contains(computer().pointer.untouched()) && pet_.isVisible(habitat_.pointer());
 }
 
 double Umbrool::clamped(double x) const {
@@ -70,14 +70,14 @@ void Umbrool::giveBack() {
 
 void Umbrool::lick(Done done) {
     const auto tongue = a().row(computer().resources, "Lick", 0);
-    if (!fx || !tongue) return sit(3, std::move(done));
-    const Point pointer = cursor();
+    if (!habitat_.fx || !tongue) return sit(3, std::move(done));
+    const Point pointer = habitat_.pointer();
     Point spot = pet_.position();
     if (pet_.isVisible(pointer)) {
         spot = {pointer.x + between(-160, 160), std::max(lowest, pointer.y - 140)};
     }
     spot = {clamped(spot.x), std::min(spot.y, std::max(lowestCeiling, pet_.ceiling))};
-    energy -= lickEnergy;
+    needs_.tire(lickEnergy);
     gainEXP(trickShare);
 
     const Step licks = [this, tongue = *tongue](Done next) {
@@ -92,9 +92,10 @@ void Umbrool::lick(Done done) {
         const auto mouth = [this, tongue] {
             return pet_.position() + Vector{0, tongue.height * 0.2 * pet_.scale() * bigTongue};
         };
-        pet_.after(0.45, [this, mouth] { fx->saliva(mouth()); });
+        pet_.after(0.45, [this, mouth] { habitat_.fx->saliva(mouth()); });
         pet_.after(tongue.duration + 0.45, [this, mouth] {
-            if (random().coin()) fx->saliva(mouth() + Vector{pet_.scale() * between(-12, 12), 0});
+            if (random().coin())
+                habitat_.fx->saliva(mouth() + Vector{pet_.scale() * between(-12, 12), 0});
         });
         pet_.after(3 * tongue.duration, [this, next = std::move(next)] {
             zoom(1, zooming);
@@ -117,14 +118,14 @@ void Umbrool::lick(Done done) {
 
 void Umbrool::snatch(Done done) {
     const Anim* pulls = a().anim("Pull");
-    if (stage != Stage::umbrool || !pulls) return lick(std::move(done));
+    if (stage() != Stage::umbrool || !pulls) return lick(std::move(done));
     const double px = pet_.scale();
-    const Point prey = cursor();
+    const Point prey = habitat_.pointer();
     const double side = pet_.position().x < prey.x ? -besidePointer : besidePointer;
     const Point spot{clamped(prey.x + side * px), std::max(0.0, prey.y - belowPointer * px)};
     muse(Face::happy, {.thought = Pixels::exclaim(), .seconds = 1.5});
     go({.to = spot, .speed = 180}, [this, prey, pulls = *pulls, done = std::move(done)] {
-        const bool fled = distance(cursor(), prey) >= pointerMoved;
+        const bool fled = distance(habitat_.pointer(), prey) >= pointerMoved;
         if (fled || !computer().pointer.setHidden(true)) return sit(2, done);
         grab(prey);
         pet_.face(pet_.position().x < prey.x);
@@ -219,7 +220,7 @@ void Umbrool::clone(Done done) {
     pet_.face(true);
     pet_.play(anim);
     feel(Face::joyous, {.caption = "Which one's the real me?", .seconds = 3});
-    energy -= trickEnergy;
+    needs_.tire(trickEnergy);
     gainEXP(trickShare);
     beginShades();
     for (const Point& spot : spots) {
@@ -260,7 +261,7 @@ void Umbrool::shadowGag(Done done) {
     pet_.face(!leavesRight);
     pet_.hold(a().idle, 0);
     shades_.push_back(shade(a().walk, here, leavesRight, 0.6));
-    energy -= trickEnergy;
+    needs_.tire(trickEnergy);
     gainEXP(trickShare);
 
     const Anim* flinch = a().role("flinch");
@@ -307,7 +308,7 @@ void Umbrool::prank(Done done) {
         choices.push_back(
             [this, window = *window](Done next) { tugWindow(window, std::move(next)); });
     }
-    energy -= trickEnergy;
+    needs_.tire(trickEnergy);
     gainEXP(trickShare);
     random().pick(choices)(std::move(done));
 }
@@ -346,7 +347,7 @@ void Umbrool::tugWindow(const Rect& window, Done done) {
 
 void Umbrool::handprints(Done done) {
     const double px = pet_.scale();
-    const Point pointer = cursor();
+    const Point pointer = habitat_.pointer();
     Point start = pet_.position();
     if (pet_.isVisible(pointer)) {
         start = {clamped(pointer.x - 80 * px), std::max(pointer.y - 40 * px, 60.0)};
@@ -362,9 +363,9 @@ void Umbrool::handprints(Done done) {
     const Point end{clamped(start.x + static_cast<double>(count) * step), start.y};
     const Seconds over = static_cast<double>(count) * printEvery;
     const Step pat = [this, prints, right, end, over](Done next) {
-        if (!fx) return next();
+        if (!habitat_.fx) return next();
         feel(Face::joyous, {.caption = "Pat pat pat!", .seconds = 2.5});
-        fx->stamp(Pixels::handprint(), prints, printEvery, true);
+        habitat_.fx->stamp(Pixels::handprint(), prints, printEvery, true);
         pet_.face(right);
         pet_.play(firstOf({"Strike", "Attack"}, a().walk));
         pet_.move(end, {.duration = over}, std::move(next));

@@ -47,12 +47,12 @@ TEST_F(AnswersTest, WhyTellsTheChoiceWithEveryOptionAndTheReasonsThatMultiplyToI
 TEST_F(AnswersTest, AWordIsHeardOrTheReasonWhyNotIsSaid) {
     EXPECT_EQ(ask("celebrate"), Reply{});
     EXPECT_EQ(ask("focus"), Reply{});
-    EXPECT_TRUE(life.creature().focusQuiet);
+    EXPECT_TRUE(life.creature().isQuiet());
     EXPECT_EQ(*asked("status --json").find("focus"), Json(true));
     EXPECT_EQ(ask("hello").status, failed);
     EXPECT_THAT(ask("hello").text, HasSubstr("focus"));
     EXPECT_EQ(ask("unfocus"), Reply{});
-    EXPECT_FALSE(life.creature().focusQuiet);
+    EXPECT_FALSE(life.creature().isQuiet());
     life.creature().stayIn();
     EXPECT_THAT(ask("done").text, HasSubstr("nobody is out"));
     EXPECT_EQ(ask("why").status, failed);

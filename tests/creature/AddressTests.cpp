@@ -34,11 +34,11 @@ TEST(AnAddress, HasTheWordThatStandsWhereOthersHaveTheirHost) {
 TEST(Addresses, AreHeardInTurnByEveryCreatureAndThoseOfOthersByNone) {
     LivingCreature life({});
     life.app->open({"other://focus"});
-    EXPECT_FALSE(life.creature().focusQuiet);
+    EXPECT_FALSE(life.creature().isQuiet());
     life.app->open({"quibbits://unfocus", "quibbits://me@focus:1/"});
-    for (const auto& creature : life.app->party()) EXPECT_TRUE(creature->focusQuiet);
+    for (const auto& creature : life.app->party()) EXPECT_TRUE(creature->isQuiet());
     life.app->open({"quibbits://focus", "quibbits://unfocus"});
-    for (const auto& creature : life.app->party()) EXPECT_FALSE(creature->focusQuiet);
+    for (const auto& creature : life.app->party()) EXPECT_FALSE(creature->isQuiet());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/CompanionProbe.h"
 #include "support/LivingCreature.h"
 
 namespace quibbits {
@@ -18,7 +19,7 @@ public:
         EXPECT_FALSE(effectsVisible());
         const Layer* home = pet().node().superlayer();
         EXPECT_TRUE(home && home != effectsRoot());
-        EXPECT_FALSE(creature().ballBusy);
+        EXPECT_FALSE(creature().presence().isBusy());
     }
     bool effectsVisible() { return effectsPanel()->isVisible(); }
 
@@ -36,16 +37,16 @@ TEST(TheBall, TakesACreatureInAndLetsItOut) {
     Life life({});
     life.advance(20);
     life.toggle();
-    EXPECT_TRUE(life.creature().ballBusy);
-    EXPECT_TRUE(life.creature().isOut);
+    EXPECT_TRUE(life.creature().presence().isBusy());
+    EXPECT_TRUE(life.creature().presence().isOut());
     EXPECT_TRUE(life.effectsVisible());
     life.toggle();  // does nothing while the show runs
 
     life.advance(1.56);
-    EXPECT_TRUE(life.creature().isOut);
+    EXPECT_TRUE(life.creature().presence().isOut());
     EXPECT_FALSE(life.isSeen());
     life.advance(0.02);
-    EXPECT_FALSE(life.creature().isOut);
+    EXPECT_FALSE(life.creature().presence().isOut());
     EXPECT_FALSE(life.pet().interactive);
     life.expectClean();
     const auto decided = life.decisions.size();
@@ -54,10 +55,10 @@ TEST(TheBall, TakesACreatureInAndLetsItOut) {
 
     life.toggle();
     life.advance(2.11);
-    EXPECT_FALSE(life.creature().isOut);
+    EXPECT_FALSE(life.creature().presence().isOut());
     EXPECT_TRUE(life.isSeen());
     life.advance(0.02);
-    EXPECT_TRUE(life.creature().isOut);
+    EXPECT_TRUE(life.creature().presence().isOut());
     EXPECT_TRUE(life.pet().interactive);
     life.expectClean();
     EXPECT_EQ(life.pet().position(), life.creature().summonSpot());
@@ -72,16 +73,16 @@ TEST(TheBall, IsShutToACreatureInTheHand) {
     life.computer.movePointer({at.x, at.y + 25});
     life.computer.press(MouseButton::left);
     life.toggle();
-    EXPECT_FALSE(life.creature().ballBusy);
+    EXPECT_FALSE(life.creature().presence().isBusy());
     life.creature().restart();
-    EXPECT_EQ(life.creature().stage, Stage::sparrel);
+    EXPECT_EQ(life.creature().stage(), Stage::sparrel);
 }
 
 TEST(TheBall, WakesWhoeverSleepsInIt) {
     Life life({});
     life.computer.setUserPresent(false);
     life.advance(700);
-    ASSERT_TRUE(life.creature().dozing);
+    ASSERT_TRUE(life.creature().presence().isDozing());
     life.toggle();
     life.advance(5);
     life.computer.setUserPresent(true);
@@ -132,22 +133,23 @@ TEST(AnEgg, HatchesIntoSomebodyNewWhoSaysWhoTheyAre) {
         EXPECT_TRUE(life.isSeen());
         life.advance(1);
         const Companion& born = life.creature();
-        EXPECT_TRUE(born.isOut);
-        EXPECT_EQ(born.stage, Stage::mizzle);
-        EXPECT_EQ(born.shiny, shiny);
-        EXPECT_EQ(born.friendship, 120);
-        EXPECT_EQ(born.exp, 0);
-        EXPECT_EQ(born.form, std::nullopt);
+        EXPECT_TRUE(born.presence().isOut());
+        EXPECT_EQ(born.stage(), Stage::mizzle);
+        EXPECT_EQ(born.identity().shiny, shiny);
+        EXPECT_EQ(born.needs().friendship, 120);
+        EXPECT_EQ(born.identity().exp, 0);
+        EXPECT_EQ(born.identity().form, std::nullopt);
         EXPECT_EQ(life.computer.defaults.string("pet.stage"), "mizzle");
         life.expectClean();
         EXPECT_TRUE(life.decisions.empty());
         life.advance(11.2);
         EXPECT_FALSE(life.decisions.empty());
-        const std::string who = "Mizzle " + born.gender;
+        const std::string who = "Mizzle " + born.identity().gender;
         EXPECT_TRUE(life.hasSaid(shiny ? "A shiny " + who + " hatched! ✨"
                                        : who + " hatched from the Egg!"));
         EXPECT_TRUE(life.hasSaid("Its ability is Lightning Rod!"));
-        EXPECT_TRUE(life.hasSaid("It has a " + std::string(born.nature.name) + " nature."));
+        EXPECT_TRUE(
+            life.hasSaid("It has a " + std::string(born.identity().nature.name) + " nature."));
 
         life.creature().restart();
         EXPECT_EQ(life.computer.defaults.string("pet.stage"), "egg");
@@ -158,7 +160,7 @@ TEST(AnEgg, HatchesIntoSomebodyNewWhoSaysWhoTheyAre) {
         EXPECT_EQ(life.decisions.size(), decided);
         life.toggle();
         life.advance(20);
-        EXPECT_EQ(life.creature().stage, Stage::mizzle);
+        EXPECT_EQ(life.creature().stage(), Stage::mizzle);
         EXPECT_GT(life.decisions.size(), decided);
     }
 }
@@ -170,18 +172,18 @@ TEST(AnEvolution, FlickersEverFasterAndEndsInTheNewForm) {
     life.advance(5);
     life.creature().evolve({.to = Stage::thrummet});
     life.advance(3.9);
-    EXPECT_EQ(life.creature().stage, Stage::sparrel);
+    EXPECT_EQ(life.creature().stage(), Stage::sparrel);
     EXPECT_EQ(life.pet().sprite().sublayers().size(), 1u);  // one white shape at a time
     life.advance(0.1);
-    EXPECT_EQ(life.creature().stage, Stage::thrummet);
+    EXPECT_EQ(life.creature().stage(), Stage::thrummet);
     const Layer& light = *life.pet().sprite().sublayers().front();
     EXPECT_GT(light.presentation().opacity, 0.5);  // the new form comes out of the light
     EXPECT_EQ(light.model().opacity, 0);
     EXPECT_EQ(life.computer.defaults.string("pet.stage"), "thrummet");
     EXPECT_TRUE(life.hasSaid("Sparrel evolved into Thrummet!"));
-    EXPECT_TRUE(life.creature().ballBusy);
+    EXPECT_TRUE(life.creature().presence().isBusy());
     life.advance(3.8);
-    EXPECT_FALSE(life.creature().ballBusy);
+    EXPECT_FALSE(life.creature().presence().isBusy());
     EXPECT_TRUE(life.pet().interactive);
     EXPECT_TRUE(life.pet().sprite().sublayers().empty());
     const auto decided = life.decisions.size();
@@ -193,12 +195,12 @@ TEST(AnEvolution, WaitsForACreatureThatIsNotFree) {
     Life life({});
     life.computer.setUserPresent(false);
     life.advance(700);
-    ASSERT_TRUE(life.creature().dozing);
+    ASSERT_TRUE(life.creature().presence().isDozing());
     const Evolution offer{.to = Stage::thrummet, .form = "coralis"};
-    life.creature().pendingEvolution = offer;
+    CompanionProbe::offer(life.creature()) = offer;
     life.creature().answerEvolution(true);
-    EXPECT_EQ(life.creature().pendingEvolution, offer);
-    EXPECT_EQ(life.creature().stage, Stage::sparrel);
+    EXPECT_EQ(life.creature().offer(), offer);
+    EXPECT_EQ(life.creature().stage(), Stage::sparrel);
 }
 
 TEST(AMizzle, AsksToEvolveOnceItIsFondEnough) {
@@ -210,7 +212,7 @@ TEST(AMizzle, AsksToEvolveOnceItIsFondEnough) {
         Life life({.stage = "mizzle", .defaults = {{"pet.friendship", friendship}}});
         life.advance(1);
         life.creature().gainEXP(1);
-        EXPECT_EQ(life.creature().pendingEvolution.has_value(), offered);
+        EXPECT_EQ(life.creature().offer().has_value(), offered);
         EXPECT_EQ(life.creature().menu().has_value(), offered);
         EXPECT_EQ(life.computer.notifications.delivered.contains("pet.evolve"), offered);
     }
@@ -226,33 +228,33 @@ TEST(AnOffer, IsAnsweredInTheMenuOrTheNotification) {
     EXPECT_EQ(menu->items[0].title, "Evolve into Sparrel");
     EXPECT_EQ(menu->items[1].title, "Not Now");
     menu->items[1].run();
-    EXPECT_FALSE(life.creature().pendingEvolution);
+    EXPECT_FALSE(life.creature().offer());
     EXPECT_FALSE(life.computer.notifications.delivered.contains("pet.evolve"));
     EXPECT_TRUE(life.hasSaid("Mizzle stays as it is, for now."));
 
     life.creature().gainEXP(1);
-    ASSERT_TRUE(life.creature().pendingEvolution);
+    ASSERT_TRUE(life.creature().offer());
     life.computer.notifications.onResponse({.action = "evolve", .pet = "umbrool"});
     life.advance(0.1);
-    EXPECT_TRUE(life.creature().pendingEvolution);  // that was somebody else's
+    EXPECT_TRUE(life.creature().offer());  // that was somebody else's
     life.computer.notifications.onResponse({.action = "evolve"});
     life.advance(10);
-    EXPECT_EQ(life.creature().stage, Stage::sparrel);
+    EXPECT_EQ(life.creature().stage(), Stage::sparrel);
 }
 
 TEST(AGloamer, TakesTheLoopAndAWispulTheLevel) {
     Life wispul({.store = "umbrool", .stage = "wispul", .defaults = {{"umbrool.exp", 1e6}}});
-    wispul.creature().exp = expForLevel(growthRate(Stage::wispul), 24);
+    CompanionProbe::identity(wispul.creature()).exp = expForLevel(growthRate(Stage::wispul), 24);
     wispul.advance(1);
     wispul.creature().gainEXP(1);
-    ASSERT_TRUE(wispul.creature().pendingEvolution);
-    EXPECT_EQ(wispul.creature().pendingEvolution->to, Stage::gloamer);
+    ASSERT_TRUE(wispul.creature().offer());
+    EXPECT_EQ(wispul.creature().offer()->to, Stage::gloamer);
 
     Life gloamer({.store = "umbrool", .stage = "gloamer"});
     gloamer.advance(1);
     gloamer.creature().received(Item::tetherLoop);
-    ASSERT_TRUE(gloamer.creature().pendingEvolution);
-    EXPECT_EQ(gloamer.creature().pendingEvolution->to, Stage::umbrool);
+    ASSERT_TRUE(gloamer.creature().offer());
+    EXPECT_EQ(gloamer.creature().offer()->to, Stage::umbrool);
     gloamer.advance(0.1);
     bool asked = false;
     for (const SimulatedPanel* panel : gloamer.computer.shownPanels()) {
@@ -266,17 +268,17 @@ TEST(ACamera, SendsInWhoIsOutAndOnlyThemOutAgain) {
     life.advance(5);
     life.computer.setCameras({true});
     life.advance(3);
-    EXPECT_FALSE(life.creature().isOut);
+    EXPECT_FALSE(life.creature().presence().isOut());
     life.computer.setCameras({false});
     life.advance(3);
-    EXPECT_TRUE(life.creature().isOut);
+    EXPECT_TRUE(life.creature().presence().isOut());
     life.toggle();
     life.advance(5);
     life.computer.setCameras({true});
     life.advance(3);
     life.computer.setCameras({false});
     life.advance(10);
-    EXPECT_FALSE(life.creature().isOut);  // the user had put it away
+    EXPECT_FALSE(life.creature().presence().isOut());  // the user had put it away
 }
 
 TEST(ACall, ThatTheUserCutShortForACreatureIsForgotten) {
@@ -287,14 +289,14 @@ TEST(ACall, ThatTheUserCutShortForACreatureIsForgotten) {
     life.computer.defaults.set("hideOnCamera", false);
     life.computer.setCameras({false});
     life.advance(5);
-    EXPECT_FALSE(life.creature().isOut) << "nothing is done while that is off";
+    EXPECT_FALSE(life.creature().presence().isOut()) << "nothing is done while that is off";
     life.toggle();
     life.advance(5);
-    ASSERT_TRUE(life.creature().isOut);
+    ASSERT_TRUE(life.creature().presence().isOut());
     life.computer.defaults.set("hideOnCamera", true);
     life.toggle();
     life.advance(20);
-    EXPECT_FALSE(life.creature().isOut) << "it was put away by hand";
+    EXPECT_FALSE(life.creature().presence().isOut()) << "it was put away by hand";
 }
 
 TEST(FilesOnOffer, GoToTheTrashOnlyWhenTheUserSaysSo) {
@@ -391,10 +393,12 @@ TEST(BallsAndEvolutions, InAnyOrderLeaveNobodyStuckAndNothingBehind) {
         life.advance(60);
         life.expectClean();
         for (const auto& who : life.app->party()) {
-            EXPECT_FALSE(who->ballBusy || who->held || who->dozing) << seed;
-            EXPECT_EQ(who->isOut, !who->pet().node().model().hidden);
-            if (who->stage == Stage::egg) continue;
-            if (!who->isOut) who->toggleBall({});
+            EXPECT_FALSE(who->presence().isBusy() || who->presence().isHeld() ||
+                         who->presence().isDozing())
+                << seed;
+            EXPECT_EQ(who->presence().isOut(), !who->pet().node().model().hidden);
+            if (who->stage() == Stage::egg) continue;
+            if (!who->presence().isOut()) who->toggleBall({});
             life.advance(20);
             const Date before = who->why().at;
             life.advance(600);

@@ -38,14 +38,14 @@ TEST_P(UnderASetClock, ItIsPettedAndWarmsToItsPersonAsAlways) {
     setClock(life);
     life.advance(10);
     for (int times = 0; times < 2; ++times) {
-        const double before = life.creature().friendship;
+        const double before = life.creature().needs().friendship;
         life.advance(905);
         settle(life);
         setClock(life);
         life.utterances.clear();
         life.computer.movePointer(life.pet().frame().center());
         ASSERT_FALSE(life.utterances.empty());
-        EXPECT_GE(life.creature().friendship, before + 2);
+        EXPECT_GE(life.creature().needs().friendship, before + 2);
         life.computer.movePointer({0, 890});
     }
 }
@@ -56,7 +56,7 @@ TEST_P(UnderASetClock, ItEatsAndFindsItsFilesWorthAVisitAgain) {
     life.computer.dropOnStage(
         {.location = life.pet().frame().center(), .item = std::string("azurine")});
     setClock(life);
-    EXPECT_NEAR(life.creature().hunger, 0.55, 0.02);
+    EXPECT_NEAR(life.creature().needs().hunger, 0.55, 0.02);
     life.advance(40);
     life.utterances.clear();
     settle(life);
@@ -73,7 +73,7 @@ TEST_P(UnderASetClock, ItMissesNobodyWhoIsThere) {
     EXPECT_LE(missing, 1);
     life.untilDecisions(3);
     EXPECT_GE(life.minds.back().neglect, 0);
-    EXPECT_GE(life.creature().energy, 0);
+    EXPECT_GE(life.creature().needs().energy, 0);
 }
 
 TEST_P(UnderASetClock, ItSeesNewFilesOnTheDesktopAndRestsItsPersonInTime) {

@@ -153,7 +153,7 @@ TEST(Petting, BuildsFriendshipOnceInAQuarterOfAnHour) {
         life.computer.movePointer({1400, 800});
     };
     pet();
-    EXPECT_EQ(life.creature().friendship, 100) << "the launch counts as a petting";
+    EXPECT_EQ(life.creature().needs().friendship, 100) << "the launch counts as a petting";
     EXPECT_FALSE(life.pet().node().sublayers().empty());
     EXPECT_TRUE(life.felt(Face::happy));
 
@@ -166,10 +166,10 @@ TEST(Petting, BuildsFriendshipOnceInAQuarterOfAnHour) {
     life.advance(9);
     life.creature().stop([] {});
     life.creature().sit(20, [] {});
-    const double exp = life.creature().exp;
+    const double exp = life.creature().identity().exp;
     pet();
-    EXPECT_EQ(life.creature().friendship, 103) << "it knows Cheek Rub";
-    EXPECT_GT(life.creature().exp, exp);
+    EXPECT_EQ(life.creature().needs().friendship, 103) << "it knows Cheek Rub";
+    EXPECT_GT(life.creature().identity().exp, exp);
 }
 
 TEST(Petting, BreaksOffTheSitAndEndsInThinking) {

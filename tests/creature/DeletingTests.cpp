@@ -63,7 +63,7 @@ TEST_P(Deleting, IsNotDisturbedByThePointerThatDroppedTheFiles) {
         const auto paths = life.make({"a" + std::to_string(times), "b" + std::to_string(times),
                                       "c" + std::to_string(times)});
         life.utterances.clear();
-        const double exp = life.creature().exp;
+        const double exp = life.creature().identity().exp;
         life.drop(paths);
         for (int i = 0; i < 300 && life.said("") && !life.areGone(paths); ++i) {
             life.computer.movePointer(life.body() + Vector{i % 2 * 3.0, 0});
@@ -71,7 +71,7 @@ TEST_P(Deleting, IsNotDisturbedByThePointerThatDroppedTheFiles) {
             life.advance(0.1);
         }
         EXPECT_TRUE(life.areGone(paths)) << times;
-        EXPECT_GT(life.creature().exp, exp) << "each was struck, with its reward";
+        EXPECT_GT(life.creature().identity().exp, exp) << "each was struck, with its reward";
         for (int i = 0; i < 100 && !life.said("!"); ++i) life.advance(0.1);
         life.advance(4);
         life.app->stage()->itemDragMoved(std::nullopt);

@@ -18,7 +18,7 @@ TEST(ADemo, OnTheDockClimbsItAndLeavesItOnTheOtherSide) {
     options.defaults["QuibDemo"] = std::string("dock");
     LivingCreature life(options);
     EXPECT_EQ(life.pet().position(), (Point{240, 0}));
-    EXPECT_TRUE(life.creature().demoRunning);
+    EXPECT_TRUE(life.creature().isInDemo());
     double highest = 0;
     double farthest = 0;
     for (int i = 0; i < 600 && life.decisions.empty(); ++i) {
@@ -29,7 +29,7 @@ TEST(ADemo, OnTheDockClimbsItAndLeavesItOnTheOtherSide) {
     }
     EXPECT_EQ(highest, 70);
     EXPECT_EQ(farthest, 1120);
-    EXPECT_FALSE(life.creature().demoRunning);
+    EXPECT_FALSE(life.creature().isInDemo());
     EXPECT_FALSE(life.decisions.empty());
 }
 
@@ -53,14 +53,14 @@ TEST(ADemo, OfFilesVisitsTheNearestAndTheHighestBesideIt) {
     }
     EXPECT_NE(std::ranges::find(stops, 490), stops.end());
     EXPECT_NE(std::ranges::find(stops, 670), stops.end());
-    EXPECT_FALSE(life.creature().demoRunning);
+    EXPECT_FALSE(life.creature().isInDemo());
 }
 
 TEST(ADemo, ThatCannotBePlayedOrIsNotKnownIsOrdinaryLife) {
     for (const char* word : {"dock", "files", "Dock", "float", "lick", ""}) {
         LivingCreature life = demo(word);
         EXPECT_EQ(life.decisions.size(), 1u) << word;
-        EXPECT_FALSE(life.creature().demoRunning) << word;
+        EXPECT_FALSE(life.creature().isInDemo()) << word;
     }
 }
 
@@ -70,8 +70,8 @@ TEST(ADemo, OfADropPicksItUpAgainAndAgain) {
     bool held = true;
     for (int i = 0; i < 300; ++i) {
         life.advance(0.1);
-        if (held && !life.creature().held) ++drops;
-        held = life.creature().held;
+        if (held && !life.creature().presence().isHeld()) ++drops;
+        held = life.creature().presence().isHeld();
     }
     EXPECT_GE(drops, 5);
 }
@@ -82,7 +82,7 @@ TEST(ADemo, ShowsALevelAMealABreakAndPlay) {
     EXPECT_FALSE(grown.decisions.empty());
     LivingCreature fed = demo("feed");
     fed.advance(12);
-    EXPECT_LT(fed.creature().hunger, 0.7);
+    EXPECT_LT(fed.creature().needs().hunger, 0.7);
     LivingCreature resting = demo("break");
     EXPECT_TRUE(resting.decisions.empty());
     resting.advance(2);
@@ -90,16 +90,16 @@ TEST(ADemo, ShowsALevelAMealABreakAndPlay) {
     LivingCreature playing = demo("play");
     playing.advance(60);
     EXPECT_TRUE(playing.decisions.empty());
-    EXPECT_LT(playing.creature().energy, 0.5);
+    EXPECT_LT(playing.creature().needs().energy, 0.5);
 }
 
 TEST(ADemo, OfASpeciesComesFirst) {
     LivingCreature mizzle = demo("evolve", {.stage = "mizzle"});
-    EXPECT_EQ(mizzle.creature().pendingEvolution, (Evolution{.to = Stage::sparrel}));
+    EXPECT_EQ(mizzle.creature().offer(), (Evolution{.to = Stage::sparrel}));
     EXPECT_FALSE(mizzle.decisions.empty());
     LivingCreature wispul = demo("evolve", {.store = "umbrool", .stage = "wispul"});
     wispul.advance(1.1);
-    EXPECT_EQ(wispul.creature().pendingEvolution, (Evolution{.to = Stage::gloamer}));
+    EXPECT_EQ(wispul.creature().offer(), (Evolution{.to = Stage::gloamer}));
     for (const char* word :
          {"fly", "phase", "lick", "clone", "shadow", "prank", "boo", "gloomorb"}) {
         LivingCreature ghost = demo(word, {.store = "umbrool", .stage = "umbrool"});

@@ -38,7 +38,7 @@ void pointAway(Life& life) {
     life.computer.movePointer({0, 890});
 }
 void feed(Life& life) {
-    life.creature().hunger = 0.5;
+    CompanionProbe::needs(life.creature()).hunger = 0.5;
     life.computer.dropOnStage({.location = body(life), .item = std::string("azurine")});
 }
 void carry(Life& life) {
@@ -148,8 +148,8 @@ public:
     void settle() {
         pointAway(*this);
         advance(10);
-        creature().hunger = 0.3;
-        creature().energy = 0.8;
+        CompanionProbe::needs(creature()).hunger = 0.3;
+        CompanionProbe::needs(creature()).energy = 0.8;
         creature().stop([this] { creature().sit(3, [this] { creature().think(); }); });
         utterances.clear();
         computer.notifications.delivered.clear();
@@ -202,7 +202,7 @@ TEST(EveryEvent, MeansNothingToACreatureInItsBall) {
         Witness life;
         life.creature().toggleBall({});
         life.advance(5);
-        ASSERT_FALSE(life.creature().isOut);
+        ASSERT_FALSE(life.creature().presence().isOut());
         life.utterances.clear();
         const std::size_t before = life.decisions.size();
         row.happens(life);
@@ -223,7 +223,7 @@ TEST(EveryEvent, LeavesASleeperWithOneHeartbeatWhenItsPersonIsBack) {
         Witness life;
         life.computer.setUserPresent(false);
         life.advance(330);
-        ASSERT_TRUE(life.creature().dozing);
+        ASSERT_TRUE(life.creature().presence().isDozing());
         row.happens(life);
         life.advance(20);
         if (row.ends) row.ends(life);

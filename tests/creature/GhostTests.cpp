@@ -102,10 +102,10 @@ TEST(AGhost, StopsBobbingWhateverEndsItsFlight) {
 
     // It arrives in the air, and has to think.
     bool bobbedOnLanding = false;
-    ghost.creature().onDecision = [&](const Companion&, const Mind&) {
+    ghost.creature().listen({.onDecision = [&](const Companion&, const Mind&) {
         bobbedOnLanding = bobbedOnLanding || bobs();
         ghost.pet().interrupt();
-    };
+    }});
     ghost.creature().go({.to = floor + Vector{0, 200}}, [&] { ghost.creature().think(); });
     ghost.advance(10);
     EXPECT_FALSE(bobbedOnLanding);
@@ -121,7 +121,7 @@ TEST(AGhost, StopsBobbingWhateverEndsItsFlight) {
     ghost.creature().restart();
     ghost.creature().toggleBall({});
     ghost.advance(5);
-    EXPECT_TRUE(ghost.creature().isOut);
+    EXPECT_TRUE(ghost.creature().presence().isOut());
     EXPECT_FALSE(bobs());
 }
 
@@ -227,7 +227,7 @@ TEST(AHauntedWindow, IsLeftAtOnceWhenSomethingWantsTheGhost) {
         happens(ghost);
         EXPECT_EQ(ghost.pet().figure().mask(), nullptr) << what;
         EXPECT_EQ(ghost.pet().sprite().model().opacity, 1) << what;
-        EXPECT_EQ(ghost.pet().interactive, !ghost.creature().ballBusy) << what;
+        EXPECT_EQ(ghost.pet().interactive, !ghost.creature().presence().isBusy()) << what;
     }
 }
 
@@ -302,7 +302,7 @@ TEST(AStolenPointer, ComesBackWhenTheScreenChangesUnderTheThief) {
     for (const bool restarted : {false, true}) {
         Trickster ghost;
         for (int thefts = 0; thefts < 2; ++thefts) {
-            if (!ghost.creature().isOut) {
+            if (!ghost.creature().presence().isOut()) {
                 ghost.computer.defaults.set("umbrool.stage", std::string("umbrool"));
                 ghost.quit();
                 ghost.launch();
@@ -365,9 +365,9 @@ TEST(ATrick, LeavesTheBodyAsItWasAndNothingBehind) {
     std::set<Intent> tricks;
     const std::set all{Intent::lick, Intent::clone, Intent::shadowGag, Intent::prank};
     for (int i = 0; i < 3000 && tricks.size() < all.size(); ++i) {
-        ghost.creature().energy = 0.9;
-        ghost.creature().hunger = 0;
-        ghost.creature().boredom = 1;
+        CompanionProbe::needs(ghost.creature()).energy = 0.9;
+        CompanionProbe::needs(ghost.creature()).hunger = 0;
+        CompanionProbe::needs(ghost.creature()).boredom = 1;
         ghost.untilDecisions(1);
         if (ghost.decisions.size() < 2) continue;
         const Intent before = ghost.decisions[ghost.decisions.size() - 2];

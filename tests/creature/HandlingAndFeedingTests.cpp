@@ -43,7 +43,7 @@ TEST(ADrop, HurtsFromHighUpOrTheThirdTimeInTwoMinutes) {
         for (int i = 0; i < times; ++i) drop(life, height);
         life.advance(8);
         EXPECT_EQ(dropsThatHurt(life), hurts) << height << " x " << times;
-        EXPECT_NEAR(life.creature().friendship, 120 - 10 * hurts, 1e-9);
+        EXPECT_NEAR(life.creature().needs().friendship, 120 - 10 * hurts, 1e-9);
         const auto before = life.decisions.size();
         life.advance(60);
         EXPECT_GT(life.decisions.size(), before);
@@ -78,11 +78,11 @@ TEST(AHand, ThatLostItsReleaseSetsDownTheFirstBeforeItTakesTheNext) {
         life.computer.movePointer({at.x, at.y + 25});
         life.computer.press(MouseButton::left);
         life.computer.movePointer({at.x, 400});
-        EXPECT_TRUE(who->held);
+        EXPECT_TRUE(who->presence().isHeld());
     }
-    EXPECT_FALSE(life.creature().held);
+    EXPECT_FALSE(life.creature().presence().isHeld());
     life.computer.release(MouseButton::left);
-    EXPECT_FALSE(other.held);
+    EXPECT_FALSE(other.presence().isHeld());
 }
 
 TEST(AFloater, ComesDownSoftlyFromAnyHeight) {
@@ -91,7 +91,7 @@ TEST(AFloater, ComesDownSoftlyFromAnyHeight) {
     EXPECT_GT(life.pet().position().y, 100) << "it takes its time";
     life.advance(20);
     EXPECT_EQ(dropsThatHurt(life), 0);
-    EXPECT_EQ(life.creature().friendship, 120);
+    EXPECT_EQ(life.creature().needs().friendship, 120);
 }
 
 TEST(ABerry, IsEatenByTasteAndRefusedWhenFull) {
@@ -119,10 +119,10 @@ TEST(ABerry, IsEatenByTasteAndRefusedWhenFull) {
         const Point at = life.pet().frame().center();
         EXPECT_TRUE(
             life.computer.dropOnStage({.location = at, .item = std::string(rawValue(berry))}));
-        EXPECT_NEAR(life.creature().hunger, left, 0.01) << nature;
-        EXPECT_EQ(life.creature().hungryMinutes == 0, friendship > 0);
+        EXPECT_NEAR(life.creature().needs().hunger, left, 0.01) << nature;
+        EXPECT_EQ(life.creature().needs().hungryMinutes == 0, friendship > 0);
         life.advance(6);
-        EXPECT_EQ(life.creature().friendship - 100, friendship) << nature;
+        EXPECT_EQ(life.creature().needs().friendship - 100, friendship) << nature;
         EXPECT_TRUE(std::ranges::any_of(
             life.utterances, [&, expected = face](auto& u) { return u.face == expected; }))
             << nature << " " << rawValue(berry);
@@ -179,20 +179,20 @@ TEST(ADraggedItem, IsNoticedNearbyOncePerApproach) {
 TEST(AnEvolutionItem, OnlyWorksForItsStage) {
     LivingCreature young({.defaults = {{"pet.exp", expForLevel(GrowthRate::mediumFast, 19)}}});
     young.creature().received(Item::stormPebble);
-    EXPECT_FALSE(young.creature().pendingEvolution);
+    EXPECT_FALSE(young.creature().offer());
     for (const char* region : {"", "coralis"}) {
         LivingCreature ready({.defaults = {{"pet.exp", expForLevel(GrowthRate::mediumFast, 20)},
                                            {"region", std::string(region)}}});
         ready.creature().received(Item::tetherLoop);
-        EXPECT_FALSE(ready.creature().pendingEvolution);
+        EXPECT_FALSE(ready.creature().offer());
         ready.creature().received(Item::stormPebble);
-        ASSERT_TRUE(ready.creature().pendingEvolution);
-        EXPECT_EQ(ready.creature().pendingEvolution->to, Stage::thrummet);
-        EXPECT_EQ(ready.creature().pendingEvolution->form.value_or(""), region);
+        ASSERT_TRUE(ready.creature().offer());
+        EXPECT_EQ(ready.creature().offer()->to, Stage::thrummet);
+        EXPECT_EQ(ready.creature().offer()->form.value_or(""), region);
         ready.creature().answerEvolution(true);
         ready.advance(20);
-        EXPECT_EQ(ready.creature().stage, Stage::thrummet);
-        EXPECT_EQ(ready.creature().form.value_or(""), region);
+        EXPECT_EQ(ready.creature().stage(), Stage::thrummet);
+        EXPECT_EQ(ready.creature().identity().form.value_or(""), region);
     }
 }
 

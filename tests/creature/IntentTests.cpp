@@ -76,10 +76,10 @@ public:
     /// Does it once, and tells how long that took.
     Seconds once() {
         Companion& who = creature();
-        who.energy = 0.5;
-        who.boredom = 0.2;
-        who.exp = expForLevel(growthRate(who.stage), 50) + 10;
-        experience = who.exp;
+        CompanionProbe::needs(who).energy = 0.5;
+        CompanionProbe::needs(who).boredom = 0.2;
+        CompanionProbe::identity(who).exp = expForLevel(growthRate(who.stage()), 50) + 10;
+        experience = who.identity().exp;
         computer.movePointer({pet().position().x < 720 ? 1100.0 : 300.0, 500});
         advance(0.1);
         utterances.clear();
@@ -140,9 +140,9 @@ TEST(EveryIntent, CostsShowsAndPlaysWhatItShouldAndLeavesNothing) {
                 EXPECT_LE(took, row.takes.hi + 0.1);
                 const double walked = row.intent == Intent::patrol ? 0.1 : 0;
                 const double climbed = row.intent == Intent::explore ? 0.1 : 0;
-                EXPECT_NEAR(who.energy, 0.5 + row.energy, 1e-9 + walked + climbed);
-                EXPECT_NEAR(who.boredom, 0.2 + row.boredom, 1e-9);
-                EXPECT_EQ(who.exp > life.experience, row.earns);
+                EXPECT_NEAR(who.needs().energy, 0.5 + row.energy, 1e-9 + walked + climbed);
+                EXPECT_NEAR(who.needs().boredom, 0.2 + row.boredom, 1e-9);
+                EXPECT_EQ(who.identity().exp > life.experience, row.earns);
                 const bool thinks = row.thinks && (times == 0 || row.thinksAgain);
                 if (thinks) {
                     ASSERT_FALSE(life.utterances.empty());

@@ -39,18 +39,18 @@ TEST(TimedExperience, IsHalvedByTirednessAndGrowsWithFriendship) {
 TEST(Needs, DriftByTheMinuteAndCountAnAbsenceAsFiveMinutes) {
     LivingCreature life({.defaults = {{"pet.energy", 0.9}, {"pet.hunger", 0.2}}});
     life.untilDecisions(1);
-    const double hungerBefore = life.creature().hunger;
+    const double hungerBefore = life.creature().needs().hunger;
     life.computer.runLoop.shiftClock(86400);  // the computer slept for a day
     life.untilDecisions(1);
-    EXPECT_NEAR(life.creature().hunger - hungerBefore, 5.0 / 40, 1e-9);
-    EXPECT_GE(life.creature().energy, 0);
+    EXPECT_NEAR(life.creature().needs().hunger - hungerBefore, 5.0 / 40, 1e-9);
+    EXPECT_GE(life.creature().needs().energy, 0);
 }
 
 TEST(Needs, HungerStandsStillWhileItIsSwitchedOff) {
     LivingCreature life({.defaults = {{"pet.hunger", 0.7}, {"hunger", false}}});
     life.advance(3600);
-    EXPECT_EQ(life.creature().hunger, 0.7);
-    EXPECT_EQ(life.creature().hungryMinutes, 0);
+    EXPECT_EQ(life.creature().needs().hunger, 0.7);
+    EXPECT_EQ(life.creature().needs().hungryMinutes, 0);
     EXPECT_EQ(std::ranges::count(life.decisions, Intent::askForBerry), 0);
 }
 
@@ -60,10 +60,10 @@ TEST(Needs, ADayOfHungerHurtsOnceAndTheCounterBeginsAgain) {
              {"pet.hunger", 0.9}, {"pet.hungryMinutes", 479.9}, {"pet.friendship", 100.0}}});
     life.advance(60);
     EXPECT_TRUE(life.hasSaid("Sparrel went hungry all day…"));
-    EXPECT_NEAR(life.creature().friendship, 90, 1e-9);
-    EXPECT_LT(life.creature().hungryMinutes, 2);
+    EXPECT_NEAR(life.creature().needs().friendship, 90, 1e-9);
+    EXPECT_LT(life.creature().needs().hungryMinutes, 2);
     EXPECT_EQ(life.computer.defaults.onlyNumber("pet.hungryMinutes"),
-              life.creature().hungryMinutes);
+              life.creature().needs().hungryMinutes);
 }
 
 TEST(Needs, WithFeelingsOffADayOfHungerOnlyBeginsTheCountAgain) {
@@ -71,8 +71,8 @@ TEST(Needs, WithFeelingsOffADayOfHungerOnlyBeginsTheCountAgain) {
         {.defaults = {{"pet.hunger", 0.9}, {"pet.hungryMinutes", 479.9}, {"relationship", false}}});
     life.advance(60);
     EXPECT_FALSE(life.hasSaid("Sparrel went hungry all day…"));
-    EXPECT_EQ(life.creature().friendship, 120);
-    EXPECT_LT(life.creature().hungryMinutes, 2);
+    EXPECT_EQ(life.creature().needs().friendship, 120);
+    EXPECT_LT(life.creature().needs().hungryMinutes, 2);
 }
 
 TEST(Experience, ALevelUpTellsTheNewMoveAndNotifiesOnce) {
@@ -81,7 +81,7 @@ TEST(Experience, ALevelUpTellsTheNewMoveAndNotifiesOnce) {
     life.creature().gainEXP(0.1);
     EXPECT_EQ(life.creature().level(), 8);
     EXPECT_TRUE(life.hasSaid("Sparrel learned Mirror Step!"));
-    EXPECT_NEAR(life.creature().friendship, 102, 1e-9);
+    EXPECT_NEAR(life.creature().needs().friendship, 102, 1e-9);
     const auto& sent = life.computer.notifications.delivered.at("pet.level");
     EXPECT_EQ(sent.title, "Sparrel grew to Lv 8!");
     EXPECT_EQ(sent.body, "It learned Mirror Step.");
@@ -101,15 +101,15 @@ TEST(Experience, TwoLevelsAtOnceAreToldAsOneWithTheLastLevel) {
 TEST(Experience, StopsAtTheHighestLevelAndNeverBeginsInAnEgg) {
     LivingCreature life({.defaults = {{"pet.exp", expForLevel(GrowthRate::mediumFast, 99)}}});
     life.creature().gainEXP(3);
-    const double reached = life.creature().exp;
+    const double reached = life.creature().identity().exp;
     EXPECT_EQ(life.creature().level(), 100);
     life.creature().gainEXP(3);
-    EXPECT_EQ(life.creature().exp, reached);
+    EXPECT_EQ(life.creature().identity().exp, reached);
     EXPECT_EQ(life.creature().stats().levelProgress, 1.0);
 
     LivingCreature egg({.stage = "egg"});
     egg.creature().gainEXP(3);
-    EXPECT_EQ(egg.creature().exp, 0);
+    EXPECT_EQ(egg.creature().identity().exp, 0);
 }
 
 TEST(Shimmerpox, DoublesExperienceUntilItsDateAndIsThenCuredForGood) {
@@ -121,16 +121,16 @@ TEST(Shimmerpox, DoublesExperienceUntilItsDateAndIsThenCuredForGood) {
     ASSERT_TRUE(creature.hasShimmerpox());
     EXPECT_EQ(creature.stats().shimmerpox, PetStats::Shimmerpox::infected);
     EXPECT_TRUE(life.hasSaid("Sparrel caught Shimmerpox! EXP gain is doubled for a while."));
-    const Seconds lasts = *creature.shimmerpoxUntil - life.computer.runLoop.date();
+    const Seconds lasts = *creature.identity().shimmerpoxUntil - life.computer.runLoop.date();
     EXPECT_NEAR(std::round(lasts / 86400), lasts / 86400, 1e-3);
     EXPECT_GE(lasts, 86400 - 1);
     EXPECT_LE(lasts, 4 * 86400 + 1);
 
-    const double before = creature.exp;
+    const double before = creature.identity().exp;
     creature.gainEXP(0.01);
     const double span = expForLevel(GrowthRate::mediumFast, creature.level() + 1) -
                         expForLevel(GrowthRate::mediumFast, creature.level());
-    EXPECT_NEAR(creature.exp - before, 0.02 * span, 1e-9);
+    EXPECT_NEAR(creature.identity().exp - before, 0.02 * span, 1e-9);
 
     life.computer.runLoop.shiftClock(5 * 86400);
     EXPECT_EQ(creature.stats().shimmerpox, PetStats::Shimmerpox::cured);
@@ -142,7 +142,7 @@ TEST(Fainting, AnEmptyBatteryLaysItDownAndAChargerOrAFullerOneWakesIt) {
     LivingCreature life({.battery = 30});
     life.advance(5);
     life.computer.setBattery(4, false);
-    EXPECT_TRUE(life.creature().isFainted);
+    EXPECT_TRUE(life.creature().presence().isFainted());
     life.advance(1);
     const auto decided = life.decisions.size();
     life.advance(3600);
@@ -150,7 +150,7 @@ TEST(Fainting, AnEmptyBatteryLaysItDownAndAChargerOrAFullerOneWakesIt) {
     ASSERT_NE(life.pet().sprite().animation("frames"), nullptr);
 
     life.computer.setBattery(50, false);
-    EXPECT_FALSE(life.creature().isFainted);
+    EXPECT_FALSE(life.creature().presence().isFainted());
     life.advance(2);
     EXPECT_GT(life.decisions.size(), decided);
 }
@@ -159,7 +159,7 @@ TEST(Fainting, ACreatureThatStartsOnAnEmptyBatteryWaitsForPower) {
     LivingCreature life({.battery = 2});
     life.advance(600);
     EXPECT_TRUE(life.decisions.empty());
-    EXPECT_TRUE(life.creature().isFainted);
+    EXPECT_TRUE(life.creature().presence().isFainted());
     life.computer.setBattery(2, true);
     life.advance(5);
     EXPECT_FALSE(life.decisions.empty());
@@ -169,8 +169,8 @@ TEST(Charging, TheElectricLineDrinksItInsteadOfGrowingHungry) {
     LivingCreature life(
         {.defaults = {{"pet.energy", 0.3}, {"pet.hunger", 0.5}}, .battery = 50, .charging = true});
     life.advance(1200);
-    EXPECT_LT(life.creature().hunger, 0.1);
-    EXPECT_GT(life.creature().energy, 0.6);
+    EXPECT_LT(life.creature().needs().hunger, 0.1);
+    EXPECT_GT(life.creature().needs().energy, 0.6);
 }
 
 }  // namespace

@@ -65,7 +65,7 @@ public:
         c.windows.windows.clear();
         c.movePointer({0, 890});
         life_.advance(30);
-        if (!life_.creature().isOut) life_.creature().toggleBall({700, 890});
+        if (!life_.creature().presence().isOut()) life_.creature().toggleBall({700, 890});
         life_.advance(30);
     }
 
@@ -131,9 +131,9 @@ private:
 
 void expectAlive(LivingCreature& life, const std::string& when) {
     Companion& creature = life.creature();
-    EXPECT_FALSE(creature.held) << when;
-    EXPECT_FALSE(creature.dozing) << when;
-    EXPECT_FALSE(creature.isFainted) << when;
+    EXPECT_FALSE(creature.presence().isHeld()) << when;
+    EXPECT_FALSE(creature.presence().isDozing()) << when;
+    EXPECT_FALSE(creature.presence().isFainted()) << when;
     const std::size_t before = life.decisions.size();
     life.advance(600);
     ASSERT_GT(life.decisions.size(), before + 5) << "it is stuck, " << when;
@@ -205,7 +205,7 @@ private:
     SimulatedComputer& computer() { return life_.computer; }
     Companion* out() {
         for (const auto& each : life_.app->party()) {
-            if (each->isOut) return each.get();
+            if (each->presence().isOut()) return each.get();
         }
         return nullptr;
     }
@@ -265,7 +265,7 @@ private:
         computer().pointer.keys.option = true;
         const bool taken = computer().dropOnStage({.location = body(who), .files = paths});
         computer().pointer.keys.option = false;
-        if (taken && who.isFree() && !who.isFainted)
+        if (taken && who.presence().isReady())
             doomed_.insert(doomed_.end(), paths.begin(), paths.end());
         for (int i = 0; i < 10; ++i) {
             computer().movePointer(body(who) + Vector{chance_.uniform(-9, 9), 0});
@@ -294,7 +294,8 @@ private:
     void pass(Seconds seconds) {
         life_.advance(seconds);
         const auto& party = life_.app->party();
-        EXPECT_FALSE(party[0]->isOut && party[1]->isOut) << life_.computer.runLoop.now();
+        EXPECT_FALSE(party[0]->presence().isOut() && party[1]->presence().isOut())
+            << life_.computer.runLoop.now();
     }
 
     void comeToRest() {
@@ -348,13 +349,13 @@ TEST(QuittingAtAnyMoment, LosesNothingAndTouchesNothingThatIsGone) {
             life.advance(pause.uniform(0, 5));
         }
         const auto energy = life.computer.defaults.onlyNumber("pet.energy");
-        const Stage stage = life.creature().stage;
+        const Stage stage = life.creature().stage();
         life.quit();
         life.advance(60);  // whatever was pending finds nobody
         life.computer.release(MouseButton::left);
         EXPECT_EQ(life.computer.defaults.onlyNumber("pet.energy"), energy);
         life.launch();
-        EXPECT_EQ(life.creature().stage, stage);
+        EXPECT_EQ(life.creature().stage(), stage);
     }
 }
 

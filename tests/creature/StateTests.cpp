@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/CompanionProbe.h"
 #include "support/DialTap.h"
 #include "support/LivingCreature.h"
 
@@ -14,14 +15,14 @@ TEST(AFirstRun, HasTwoHiddenEggsThatDecideNothing) {
     app.applicationDidFinishLaunching();
     ASSERT_EQ(app.party().size(), 2u);
     for (const auto& creature : app.party()) {
-        EXPECT_EQ(creature->stage, Stage::egg);
-        EXPECT_FALSE(creature->isOut);
+        EXPECT_EQ(creature->stage(), Stage::egg);
+        EXPECT_FALSE(creature->presence().isOut());
         EXPECT_TRUE(creature->pet().node().model().hidden);
-        EXPECT_EQ(creature->energy, 0.8);
-        EXPECT_EQ(creature->hunger, 0.3);
-        EXPECT_EQ(creature->friendship, 120);
-        EXPECT_EQ(creature->boredom, 0.3);
-        EXPECT_EQ(creature->exp, 0);
+        EXPECT_EQ(creature->needs().energy, 0.8);
+        EXPECT_EQ(creature->needs().hunger, 0.3);
+        EXPECT_EQ(creature->needs().friendship, 120);
+        EXPECT_EQ(creature->needs().boredom, 0.3);
+        EXPECT_EQ(creature->identity().exp, 0);
         EXPECT_EQ(creature->stats().name, "Egg");
     }
     computer.runLoop.advance(3600);
@@ -52,7 +53,7 @@ TEST(ALaunch, LeavesTheSavedOneOutAndPutsTheOtherAwayUnseen) {
         LivingCreature life(
             {.defaults = {{"umbrool.stage", "wispul"}, {"party.out", std::string(saved)}}});
         for (const auto& creature : life.app->party()) {
-            EXPECT_EQ(creature->isOut, creature->store() == out) << saved;
+            EXPECT_EQ(creature->presence().isOut(), creature->store() == out) << saved;
             EXPECT_EQ(creature->pet().node().model().hidden, creature->store() != out) << saved;
         }
         EXPECT_NEAR(life.app->party()[0]->pet().node().model().position.x, 480, 1e-9);
@@ -68,13 +69,13 @@ TEST(SavedState, OfTheWrongKindFallsBackFieldByField) {
                                       {"pet.gender", 3.0},
                                       {"pet.shimmerpox", std::string("tomorrow")}}});
     const Companion& creature = life.creature();
-    EXPECT_LE(creature.energy, 0.8);
-    EXPECT_GT(creature.energy, 0.6);
-    EXPECT_LT(creature.hunger, 0.35);
-    EXPECT_NEAR(creature.friendship, 77, 1e-9);
-    EXPECT_TRUE(Nature::named(creature.nature.name));
-    EXPECT_TRUE(creature.gender == "♀" || creature.gender == "♂");
-    EXPECT_FALSE(creature.shimmerpoxUntil);
+    EXPECT_LE(creature.needs().energy, 0.8);
+    EXPECT_GT(creature.needs().energy, 0.6);
+    EXPECT_LT(creature.needs().hunger, 0.35);
+    EXPECT_NEAR(creature.needs().friendship, 77, 1e-9);
+    EXPECT_TRUE(Nature::named(creature.identity().nature.name));
+    EXPECT_TRUE(creature.identity().gender == "♀" || creature.identity().gender == "♂");
+    EXPECT_FALSE(creature.identity().shimmerpoxUntil);
 }
 
 TEST(SavedState, OutOfRangeIsBroughtBackIntoIt) {
@@ -89,25 +90,25 @@ TEST(SavedState, OutOfRangeIsBroughtBackIntoIt) {
         }
         LivingCreature life({.defaults = std::move(defaults)});
         const Companion& creature = life.creature();
-        EXPECT_NEAR(creature.energy, energy, 0.2) << saved;
-        EXPECT_NEAR(creature.hunger, hunger, 0.2) << saved;
-        EXPECT_NEAR(creature.friendship, friendship, 11) << saved << ", hunger costs some";
+        EXPECT_NEAR(creature.needs().energy, energy, 0.2) << saved;
+        EXPECT_NEAR(creature.needs().hunger, hunger, 0.2) << saved;
+        EXPECT_NEAR(creature.needs().friendship, friendship, 11) << saved << ", hunger costs some";
         const PetStats stats = creature.stats();
         EXPECT_EQ(stats.level, saved > 0 ? 100 : 1);
         EXPECT_GE(stats.levelProgress, 0) << saved;
         EXPECT_LE(stats.levelProgress, 1) << saved;
-        EXPECT_GE(creature.hungryMinutes, 0) << saved;
+        EXPECT_GE(creature.needs().hungryMinutes, 0) << saved;
     }
 }
 
 TEST(SavedState, OfTheOtherLinesStageIsAnEgg) {
     for (const char* foreign : {"umbrool", "wispul"}) {
         LivingCreature life({.stage = foreign});
-        EXPECT_EQ(life.app->party()[0]->stage, Stage::egg) << foreign;
-        EXPECT_FALSE(life.app->party()[0]->isOut) << foreign;
+        EXPECT_EQ(life.app->party()[0]->stage(), Stage::egg) << foreign;
+        EXPECT_FALSE(life.app->party()[0]->presence().isOut()) << foreign;
     }
     LivingCreature life({.defaults = {{"umbrool.stage", std::string("thrummet")}}});
-    EXPECT_EQ(life.app->party()[1]->stage, Stage::egg);
+    EXPECT_EQ(life.app->party()[1]->stage(), Stage::egg);
 }
 
 TEST(SavedState, SurvivesQuittingAndStartingAgain) {
@@ -120,7 +121,7 @@ TEST(SavedState, SurvivesQuittingAndStartingAgain) {
     EXPECT_EQ(life.creature().a().species(), "thrummet-coralis-shiny");
     life.advance(900);
     const PetStats before = life.creature().stats();
-    life.creature().boredom = 0.95;
+    CompanionProbe::needs(life.creature()).boredom = 0.95;
     life.creature().save();
     life.quit();
     life.launch();
@@ -133,9 +134,9 @@ TEST(SavedState, SurvivesQuittingAndStartingAgain) {
     EXPECT_GE(after.exp, before.exp) << "and a little more for what it has begun since";
     EXPECT_LT(after.exp, before.exp * 1.02);
     EXPECT_GE(after.friendship, before.friendship);
-    EXPECT_LT(life.creature().boredom, 0.5) << "boredom is not remembered";
+    EXPECT_LT(life.creature().needs().boredom, 0.5) << "boredom is not remembered";
 
-    life.creature().form.reset();
+    CompanionProbe::identity(life.creature()).form.reset();
     life.creature().save();
     EXPECT_FALSE(life.computer.defaults.stored("pet.form"));
 }
@@ -175,20 +176,21 @@ TEST(SavedState, HoldsWhatWasToldEvenIfTheCreatureSleepsOrStaysInToTheEnd) {
         for (int times = 0; times < 2; ++times) {
             life.advance(30);
             const int level = life.creature().level();
-            life.creature().exp = expForLevel(growthRate(Stage::sparrel), level + 1) - 0.5;
+            CompanionProbe::identity(life.creature()).exp =
+                expForLevel(growthRate(Stage::sparrel), level + 1) - 0.5;
             life.app->open({"quibbits://celebrate"});
             ASSERT_EQ(life.creature().level(), level + 1);
-            const double friendship = life.creature().friendship;
+            const double friendship = life.creature().needs().friendship;
             happens(life);
             life.advance(3600);
             life.quit();
             life.launch();
             EXPECT_EQ(life.creature().level(), level + 1) << what;
-            EXPECT_GE(life.creature().friendship, friendship - 1e-9) << what;
+            EXPECT_GE(life.creature().needs().friendship, friendship - 1e-9) << what;
             life.computer.setUserPresent(true);
             life.computer.setCameras({false});
             life.app->open({"quibbits://unfocus"});
-            if (!life.creature().isOut) tapSlot(life.computer, 0);
+            if (!life.creature().presence().isOut()) tapSlot(life.computer, 0);
         }
     }
 }
@@ -199,13 +201,13 @@ TEST(SavedState, HoldsABerryThatWasEatenBeforeTheCall) {
     const Point body = life.pet().frame().center();
     life.computer.dropOnStage({.location = body, .item = std::string("azurine")});
     life.advance(3);
-    const double hunger = life.creature().hunger;
+    const double hunger = life.creature().needs().hunger;
     EXPECT_LT(hunger, 0.5);
     tapSlot(life.computer, 0);
     life.advance(60);
     life.quit();
     life.launch();
-    EXPECT_NEAR(life.creature().hunger, hunger, 0.01);
+    EXPECT_NEAR(life.creature().needs().hunger, hunger, 0.01);
 }
 
 TEST(Stats, TellTheWayToTheNextLevelAndAFaceForTheFriendship) {
@@ -213,7 +215,7 @@ TEST(Stats, TellTheWayToTheNextLevelAndAFaceForTheFriendship) {
     PetStats stats = life.creature().stats();
     EXPECT_EQ(stats.level, 2);
     EXPECT_EQ(stats.nextLevelEXP, 27);
-    EXPECT_NEAR(stats.levelProgress, (life.creature().exp - 8) / 19, 1e-9);
+    EXPECT_NEAR(stats.levelProgress, (life.creature().identity().exp - 8) / 19, 1e-9);
     EXPECT_EQ(stats.ability.name, "Lightning Rod");
     EXPECT_EQ(stats.evolveItem, Item::stormPebble);
     EXPECT_FALSE(stats.canEvolve);
@@ -226,7 +228,7 @@ TEST(Why, GivesTheFiveNeedsInTheirOrder) {
     ASSERT_EQ(why.needs.size(), 5u);
     EXPECT_EQ(why.needs[0].first, "Energy");
     EXPECT_EQ(why.needs[1].first, "Belly");
-    EXPECT_NEAR(why.needs[1].second, 1 - life.creature().hunger, 1e-12);
+    EXPECT_NEAR(why.needs[1].second, 1 - life.creature().needs().hunger, 1e-12);
     EXPECT_EQ(why.needs[2].first, "Friendship");
     EXPECT_EQ(why.needs[3].first, "Boredom");
     EXPECT_EQ(why.needs[4].first, "Missing you");

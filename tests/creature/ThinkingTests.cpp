@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/CompanionProbe.h"
 #include "support/LivingCreature.h"
 
 namespace quibbits {
@@ -20,14 +21,22 @@ TEST(Thinking, StopsForEachOfItsBlocksAndSavesNothingThen) {
     LivingCreature life({});
     Companion& creature = life.creature();
     creature.stop([] {});
-    for (bool Companion::*block : {&Companion::held, &Companion::ballBusy, &Companion::dozing}) {
-        creature.*block = true;
+    struct Block {
+        std::function<void(Presence&)> set;
+        std::function<void(Presence&)> lift;
+    };
+    for (const auto& [set, lift] : std::vector<Block>{
+             {&Presence::pickUp, &Presence::putDown},
+             {&Presence::beginToEvolve, &Presence::haveEvolved},
+             {&Presence::doze, &Presence::wake},
+         }) {
+        set(CompanionProbe::presence(creature));
         const auto before = life.decisions.size();
         creature.think();
         EXPECT_EQ(life.decisions.size(), before);
-        creature.*block = false;
+        lift(CompanionProbe::presence(creature));
     }
-    creature.isOut = false;
+    CompanionProbe::presence(creature).put(false);
     const auto before = life.decisions.size();
     creature.think();
     EXPECT_EQ(life.decisions.size(), before);
@@ -119,7 +128,7 @@ TEST(Stopping, BreaksOffAWalkAndGoesOnInTheSameTurn) {
 TEST(FocusMode, PutsACreatureToSleepUntilItEnds) {
     LivingCreature life({});
     life.creature().hook("focus");
-    EXPECT_TRUE(life.creature().dozing);
+    EXPECT_TRUE(life.creature().presence().isDozing());
     const auto before = life.decisions.size();
     life.advance(3600);
     EXPECT_EQ(life.decisions.size(), before);
@@ -127,10 +136,10 @@ TEST(FocusMode, PutsACreatureToSleepUntilItEnds) {
     life.quit();
     life.launch();
     life.advance(60);
-    EXPECT_TRUE(life.creature().dozing) << "focus outlives the program";
+    EXPECT_TRUE(life.creature().presence().isDozing()) << "focus outlives the program";
     life.creature().hook("unfocus");
     life.advance(10);
-    EXPECT_FALSE(life.creature().dozing);
+    EXPECT_FALSE(life.creature().presence().isDozing());
     EXPECT_GT(life.decisions.size(), before);
 }
 
@@ -154,13 +163,13 @@ TEST(FocusMode, EndsAFaintThatPowerEndedMeanwhile) {
     life.computer.setBattery(3, false);
     life.computer.release(MouseButton::left);
     life.advance(5);
-    ASSERT_TRUE(life.creature().isFainted);
-    ASSERT_FALSE(life.creature().dozing);
+    ASSERT_TRUE(life.creature().presence().isFainted());
+    ASSERT_FALSE(life.creature().presence().isDozing());
     life.computer.setBattery(60, false);
     life.advance(5);
-    EXPECT_TRUE(life.creature().isFainted);
+    EXPECT_TRUE(life.creature().presence().isFainted());
     life.app->open({"quibbits://unfocus"});
-    EXPECT_FALSE(life.creature().isFainted);
+    EXPECT_FALSE(life.creature().presence().isFainted());
     const auto decided = life.decisions.size();
     life.advance(60);
     EXPECT_GT(life.decisions.size(), decided);
@@ -185,19 +194,19 @@ TEST(TheMorning, IsGreetedOnceADayFromFiveOn) {
 TEST(AWordFromOutside, OfFailureLaysItDownForEightSecondsWhateverHappensMeanwhile) {
     LivingCreature life({});
     life.creature().hook("fail");
-    EXPECT_TRUE(life.creature().isFainted);
+    EXPECT_TRUE(life.creature().presence().isFainted());
     const auto before = life.decisions.size();
     life.advance(7.9);
     EXPECT_EQ(life.decisions.size(), before);
     life.advance(3);
-    EXPECT_FALSE(life.creature().isFainted);
+    EXPECT_FALSE(life.creature().presence().isFainted());
     EXPECT_GT(life.decisions.size(), before);
 
     life.creature().hook("error");
     life.advance(4);
     life.creature().hook("pass");
     life.advance(20);
-    EXPECT_FALSE(life.creature().isFainted);
+    EXPECT_FALSE(life.creature().presence().isFainted());
 }
 
 TEST(AWordFromOutside, OfFailureCountsItsEightSecondsFromWhereItHasComeDown) {
@@ -210,9 +219,9 @@ TEST(AWordFromOutside, OfFailureCountsItsEightSecondsFromWhereItHasComeDown) {
     const Seconds fall = ghost.computer.runLoop.now() - heard;
     EXPECT_GT(fall, 2);
     ghost.advance(7.8);
-    EXPECT_TRUE(ghost.creature().isFainted);
+    EXPECT_TRUE(ghost.creature().presence().isFainted());
     ghost.advance(0.4);
-    EXPECT_FALSE(ghost.creature().isFainted);
+    EXPECT_FALSE(ghost.creature().presence().isFainted());
 }
 
 TEST(AnEmptyBattery, LaysItDownAgainAfterWhateverGotItUp) {
@@ -225,7 +234,7 @@ TEST(AnEmptyBattery, LaysItDownAgainAfterWhateverGotItUp) {
             else
                 life.app->open({"quibbits://celebrate"});
             life.advance(10);
-            EXPECT_TRUE(life.creature().isFainted);
+            EXPECT_TRUE(life.creature().presence().isFainted());
             const Rect lying = life.pet().sprite().presentation().contentsRect;
             EXPECT_EQ(lying, life.creature().a().faint.frames.back());
             EXPECT_TRUE(life.decisions.empty());
@@ -239,7 +248,7 @@ TEST(AWordFromOutside, ThatGreetsASleeperGetsItUp) {
     LivingCreature life({});
     life.computer.setUserPresent(false);
     life.advance(400);
-    ASSERT_TRUE(life.creature().dozing);
+    ASSERT_TRUE(life.creature().presence().isDozing());
     life.creature().hook("hello");
     const auto before = life.decisions.size();
     life.advance(10);
@@ -254,7 +263,7 @@ TEST(AUserWhoIsBack, ByGrabbingTheSleeperFindsOneHeartbeatInIt) {
         const Point at = life.pet().position();
         life.computer.movePointer({at.x, at.y + 25});
         life.computer.press(MouseButton::left);
-        ASSERT_TRUE(life.creature().held);
+        ASSERT_TRUE(life.creature().presence().isHeld());
         life.computer.setUserPresent(true);
         life.advance(held);
         life.computer.release(MouseButton::left);

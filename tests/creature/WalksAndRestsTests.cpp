@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "support/CompanionProbe.h"
 #include "support/LivingCreature.h"
 
 namespace quibbits {
@@ -109,7 +110,7 @@ TEST(Files, AreExploredAndOfferedAgainAfterFiveMinutes) {
     bool rested = false;
     for (int i = 0; i < 36000 && !(onIcon && rested); ++i) {
         life.advance(0.1);
-        life.creature().energy = 1;
+        CompanionProbe::needs(life.creature()).energy = 1;
         const Point at = life.pet().position();
         onIcon = onIcon || (std::abs(at.y - 70) < 1 && std::abs(at.x - 600) < 26);
         rested = rested || (onIcon && !life.minds.back().filesToExplore);
@@ -311,7 +312,7 @@ TEST(TheGround, GivingWayUnderASleeperLowersItWithoutWakingIt) {
     life.computer.setDock(std::nullopt);
     life.advance(1);
     EXPECT_NEAR(life.pet().position().y, 0, 1e-6);
-    EXPECT_TRUE(life.creature().dozing);
+    EXPECT_TRUE(life.creature().presence().isDozing());
 }
 
 }  // namespace

@@ -89,15 +89,15 @@ TEST(APersonWithoutAMouse, HatchesAnEggFeedsItAndChangesASwitch) {
     press(WalkingKey::right);
     press(WalkingKey::choose);
     life.advance(40);
-    ASSERT_EQ(life.creature().stage, Stage::mizzle);
-    const double before = life.creature().hunger;
-    for (int tries = 0; tries < 30 && life.creature().hunger >= before; ++tries) {
+    ASSERT_EQ(life.creature().stage(), Stage::mizzle);
+    const double before = life.creature().needs().hunger;
+    for (int tries = 0; tries < 30 && life.creature().needs().hunger >= before; ++tries) {
         life.computer.statusItem.onClick();
         press(WalkingKey::down);
         press(WalkingKey::choose);
         life.advance(20);
     }
-    EXPECT_LT(life.creature().hunger, before);
+    EXPECT_LT(life.creature().needs().hunger, before);
     life.app->showSettings();
     auto* window = life.computer.viewWindows.titled("Quibbits");
     window->act("sidebar", std::string("general"));

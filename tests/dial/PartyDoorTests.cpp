@@ -22,14 +22,15 @@ public:
     void watch(Seconds seconds) {
         for (int i = 0; i < seconds * 20; ++i) {
             advance(0.05);
-            ASSERT_FALSE(sparrel().isOut && umbrool().isOut) << computer.runLoop.now();
+            ASSERT_FALSE(sparrel().presence().isOut() && umbrool().presence().isOut())
+                << computer.runLoop.now();
         }
     }
     /// Nobody is on the way any more, and that one is out: 0, 1, or nobody with -1.
     void expectOut(int slot) {
-        EXPECT_FALSE(sparrel().ballBusy || umbrool().ballBusy);
-        EXPECT_EQ(sparrel().isOut, slot == 0);
-        EXPECT_EQ(umbrool().isOut, slot == 1);
+        EXPECT_FALSE(sparrel().presence().isBusy() || umbrool().presence().isBusy());
+        EXPECT_EQ(sparrel().presence().isOut(), slot == 0);
+        EXPECT_EQ(umbrool().presence().isOut(), slot == 1);
         EXPECT_EQ(sparrel().pet().node().model().hidden, slot != 0);
         EXPECT_EQ(umbrool().pet().node().model().hidden, slot != 1);
     }
@@ -43,11 +44,11 @@ TEST(TheParty, LetsTheSecondOfTwoEggsHatchWhenTheFirstHasGoneIn) {
     party.tap(0);
     party.watch(2);
     party.tap(1);
-    EXPECT_FALSE(party.umbrool().ballBusy) << "it waits";
+    EXPECT_FALSE(party.umbrool().presence().isBusy()) << "it waits";
     party.watch(30);
     party.expectOut(1);
-    EXPECT_EQ(party.sparrel().stage, Stage::mizzle);
-    EXPECT_EQ(party.umbrool().stage, Stage::wispul);
+    EXPECT_EQ(party.sparrel().stage(), Stage::mizzle);
+    EXPECT_EQ(party.umbrool().stage(), Stage::wispul);
     party.tap(0);
     party.watch(30);
     party.expectOut(0);
@@ -80,8 +81,8 @@ TEST(TheParty, WaitsForWhoeverIsInTheMiddleOfSomething) {
         party.watch(1);
         party.tap(1);
         party.watch(0.2);
-        EXPECT_TRUE(party.sparrel().ballBusy) << what;
-        EXPECT_FALSE(party.umbrool().ballBusy) << what;
+        EXPECT_TRUE(party.sparrel().presence().isBusy()) << what;
+        EXPECT_FALSE(party.umbrool().presence().isBusy()) << what;
         party.watch(20);
         party.expectOut(1);
         EXPECT_EQ(party.computer.defaults.string("party.out"), "umbrool") << what;
@@ -104,7 +105,7 @@ TEST(TheParty, LetsALaterTapReplaceTheOneThatIsWanted) {
     party.watch(20);
     party.expectOut(0);
     EXPECT_EQ(party.computer.defaults.string("party.out"), "pet");
-    EXPECT_EQ(party.umbrool().stage, Stage::gloamer);
+    EXPECT_EQ(party.umbrool().stage(), Stage::gloamer);
 
     party.tap(0);
     party.watch(0.5);
@@ -166,7 +167,7 @@ TEST(TheParty, BringsBackWhoeverHidFromACallThatWasOverBeforeItWasIn) {
     for (int calls = 0; calls < 3; ++calls) {
         party.computer.setCameras({true});
         party.watch(0.5);
-        EXPECT_TRUE(party.sparrel().ballBusy);
+        EXPECT_TRUE(party.sparrel().presence().isBusy());
         party.computer.setCameras({false});
         party.watch(10);
         party.expectOut(0);
@@ -195,7 +196,8 @@ TEST(TheParty, HasNobodyOutTwiceWhateverIsTappedWhen) {
         party.app->open({"quibbits://unfocus"});
         party.computer.setCameras({false});
         party.watch(20);
-        EXPECT_FALSE(party.sparrel().ballBusy || party.umbrool().ballBusy) << seed;
+        EXPECT_FALSE(party.sparrel().presence().isBusy() || party.umbrool().presence().isBusy())
+            << seed;
         // Tricks leave wet spots and prints for a while.
         for (int i = 0; i < 60 && party.app->ballFX()->isPlaying(); ++i) party.watch(10);
         EXPECT_FALSE(party.app->ballFX()->isPlaying()) << seed;

@@ -25,49 +25,49 @@ protected:
 };
 
 TEST_F(OnTheDial, SomebodyElseGoesInFirstAndTheOneChosenComesALittleLater) {
-    ASSERT_TRUE(sparrel().isOut);
-    ASSERT_FALSE(umbrool().isOut);
+    ASSERT_TRUE(sparrel().presence().isOut());
+    ASSERT_FALSE(umbrool().presence().isOut());
     pick(1);
-    EXPECT_TRUE(sparrel().ballBusy);
+    EXPECT_TRUE(sparrel().presence().isBusy());
     EXPECT_EQ(savedOut(), "umbrool");
     living.advance(1.09);
-    EXPECT_FALSE(umbrool().ballBusy);
+    EXPECT_FALSE(umbrool().presence().isBusy());
     living.advance(0.02);
-    EXPECT_TRUE(umbrool().ballBusy);
+    EXPECT_TRUE(umbrool().presence().isBusy());
     living.advance(5);
-    EXPECT_FALSE(sparrel().isOut);
-    EXPECT_TRUE(umbrool().isOut);
+    EXPECT_FALSE(sparrel().presence().isOut());
+    EXPECT_TRUE(umbrool().presence().isOut());
 }
 
 TEST_F(OnTheDial, TheOneThatIsOutIsJustCalledBack) {
     pick(0);
-    EXPECT_TRUE(sparrel().ballBusy);
+    EXPECT_TRUE(sparrel().presence().isBusy());
     living.advance(5);
-    EXPECT_FALSE(sparrel().isOut);
-    EXPECT_FALSE(umbrool().isOut);
+    EXPECT_FALSE(sparrel().presence().isOut());
+    EXPECT_FALSE(umbrool().presence().isOut());
     EXPECT_EQ(savedOut(), "nobody") << "only sending out is remembered";
     pick(0);
-    EXPECT_TRUE(sparrel().ballBusy) << "nobody else is out, so it comes at once";
+    EXPECT_TRUE(sparrel().presence().isBusy()) << "nobody else is out, so it comes at once";
     EXPECT_EQ(savedOut(), "pet");
 }
 
 TEST_F(OnTheDial, BallsFlyFromTheIconsLowerEdge) {
     const Point edge{1292, 876};
-    EXPECT_EQ(sparrel().ballStart(), edge);
+    EXPECT_EQ(sparrel().habitat().ballStart(), edge);
     living.computer.statusItem.place = Rect{100, 0, 20, 20};
-    EXPECT_EQ(sparrel().ballStart(), (Point{110, 0}));
+    EXPECT_EQ(sparrel().habitat().ballStart(), (Point{110, 0}));
     living.computer.statusItem.place.reset();
 
     // The screen may come to lie elsewhere, beside another one; the stage goes with it.
     Screen& screen = *living.computer.screens.screen;
     screen.frame = screen.visibleFrame = {1920, 120, 1440, 900};
     living.computer.screens.changed.emit();
-    EXPECT_EQ(sparrel().ballStart(), edge);
+    EXPECT_EQ(sparrel().habitat().ballStart(), edge);
     living.computer.movePointer({2000, 220});
-    EXPECT_EQ(sparrel().cursor(), (Point{80, 100}));
+    EXPECT_EQ(sparrel().habitat().pointer(), (Point{80, 100}));
 
     living.computer.screens.screen.reset();
-    EXPECT_EQ(sparrel().ballStart(), Point{});
+    EXPECT_EQ(sparrel().habitat().ballStart(), Point{});
 }
 
 TEST_F(OnTheDial, TheMenusLinesReachWhoeverRunsTheProgram) {

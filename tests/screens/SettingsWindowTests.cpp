@@ -90,7 +90,7 @@ TEST(ACreaturesPage, TellsHowItIs) {
         life.shows("Jolly nature · Ability: Lightning Rod · Medium Fast growth · "
                    "Shimmerpox cured"));
     EXPECT_TRUE(life.shows("Friendship  120 / 255"));
-    EXPECT_TRUE(life.shows("EXP " + screens::grouped(life.creature().exp) + " / 9,261"));
+    EXPECT_TRUE(life.shows("EXP " + screens::grouped(life.creature().identity().exp) + " / 9,261"));
     EXPECT_TRUE(
         life.shows("Ready to evolve: drag the Storm Pebble from the menu bar dial onto it."));
     EXPECT_TRUE(life.shows("Sparrel's own tricks"));
@@ -177,11 +177,11 @@ TEST(StartingOver, IsAskedFirst) {
     life.act("confirm", false);
     EXPECT_EQ(life.find("confirm"), nullptr);
     life.advance(5);
-    EXPECT_EQ(life.creature().stage, Stage::sparrel);
+    EXPECT_EQ(life.creature().stage(), Stage::sparrel);
     life.act("start over");
     life.act("confirm", true);
     life.advance(10);
-    EXPECT_EQ(life.creature().stage, Stage::egg);
+    EXPECT_EQ(life.creature().stage(), Stage::egg);
 }
 
 TEST(General, HoldsEveryRuleAndItsLimits) {
@@ -210,7 +210,7 @@ TEST(General, HoldsEveryRuleAndItsLimits) {
 
     EXPECT_TRUE(life.shows("Awake"));
     life.act("quiet");
-    EXPECT_TRUE(life.creature().focusQuiet);
+    EXPECT_TRUE(life.creature().isQuiet());
     EXPECT_TRUE(life.shows("Asleep: a Focus is on"));
     EXPECT_TRUE(life.shows("Wake It Up"));
     EXPECT_TRUE(life.computer.workspace.opened.empty()) << "its own addresses stay at home";

@@ -94,7 +94,7 @@ TEST(TheButtonOfQuietTimes, StaysTheSameButton) {
     EXPECT_EQ(title(), "Wake It Up");
     life.settings()->act("quiet");
     EXPECT_EQ(title(), "Quiet Now");
-    EXPECT_FALSE(life.creature().focusQuiet);
+    EXPECT_FALSE(life.creature().isQuiet());
 }
 
 // What is not a matter of creatures ---------------------------------------------------------------

@@ -14,13 +14,19 @@ namespace quibbits {
 
 class CompanionProbe {
 public:
+    /// To begin with other needs, experience or an offer than its life has brought it.
+    static Needs::Values& needs(Companion& who) { return who.needs_.values_; }
+    static Identity& identity(Companion& who) { return who.identity_; }
+    static Presence& presence(Companion& who) { return who.presence_; }
+    static std::optional<Evolution>& offer(Companion& who) { return who.pendingEvolution_; }
+
     /// Lets it decide for the intent, as it would with what it sees.
     static void begin(Companion& who, Intent intent, Done done) {
         Companion::Surroundings seen{.spots = who.pet().openSpots()};
         for (const Ground& spot : seen.spots) {
             if (!spot.solid && !seen.file) seen.newFile = seen.file = spot;
         }
-        seen.cursorSpot = spotNearCursor(who.pet().position(), who.cursor(), seen.spots);
+        seen.cursorSpot = spotNearCursor(who.pet().position(), who.habitat_.pointer(), seen.spots);
         who.act(intent, seen, std::move(done));
     }
 };
@@ -44,7 +50,7 @@ inline void expectAtRest(SimulatedComputer& computer, AppDelegate& app, Companio
     EXPECT_EQ(pet.figure().mask(), nullptr);
     EXPECT_TRUE(pet.sprite().sublayers().empty());
     EXPECT_EQ(pet.node().sublayers().size(), 4u) << "figure, bubble, panel and thought";
-    EXPECT_EQ(pet.interactive, who.isOut && !who.ballBusy);
+    EXPECT_EQ(pet.interactive, who.presence().isOut() && !who.presence().isBusy());
     EXPECT_FALSE(computer.pointer.hidden);
     EXPECT_EQ(pet.node().superlayer()->sublayers().size(), app.party().size()) << "no shades";
     EXPECT_FALSE(app.ballFX()->isPlaying());

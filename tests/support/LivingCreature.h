@@ -47,15 +47,17 @@ public:
         app = std::make_unique<AppDelegate>(computer.computer(), computer.panels(),
                                             computer.viewWindows);
         app->onCreature = [this](Companion& each) {
-            each.onDecision = [this](const Companion& who, const Mind& mind) {
-                if (who.store() != store_) return;
-                decisions.push_back(*who.why().choice);
-                minds.push_back(mind);
-                times.push_back(computer.runLoop.now());
-            };
-            each.onUtterance = [this](const Companion& who, const Utterance& said) {
-                if (who.store() == store_) utterances.push_back(said);
-            };
+            each.listen({.onDecision =
+                             [this](const Companion& who, const Mind& mind) {
+                                 if (who.store() != store_) return;
+                                 decisions.push_back(*who.why().choice);
+                                 minds.push_back(mind);
+                                 times.push_back(computer.runLoop.now());
+                             },
+                         .onUtterance =
+                             [this](const Companion& who, const Utterance& said) {
+                                 if (who.store() == store_) utterances.push_back(said);
+                             }});
         };
         if (onLaunch) onLaunch(*app);
         app->applicationDidFinishLaunching();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "rules/Thresholds.h"
 #include "settings/screens/Screens.h"
 
 namespace quibbits::screens {
@@ -10,7 +11,6 @@ using namespace views;
 
 namespace {
 
-constexpr double mostFriendship = 255;
 constexpr std::int64_t blurbLines = 3;
 constexpr Color pink = Color::rgb(0xff5a8f);
 

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "rules/Region.h"
+#include "rules/Thresholds.h"
 #include "settings/screens/Screens.h"
 
 namespace quibbits::screens {
@@ -13,7 +14,6 @@ using namespace views;
 
 namespace {
 
-constexpr double mostFriendship = 255;
 constexpr Color pink = Color::rgb(0xff5a8f);
 constexpr Color orange = Color::rgb(0xff9a3c);
 constexpr Color yellow = Color::rgb(0xf2c230);
