@@ -140,7 +140,7 @@ void Companion::hatch(Point from) {
 void Companion::rollAnew() {
     identity_ = Identity::hatched(firstStage(), random(), computer().defaults.boolean("QuibShiny"));
     needs_.beginAnew();
-    sheets_.reset();
+    changeSheets();
 }
 
 void Companion::introduceItself() {
@@ -169,7 +169,7 @@ void Companion::restart() {
     pendingEvolution_.reset();
     identity_ = identity_.asEgg();
     needs_.meetAnew();
-    sheets_.reset();
+    changeSheets();
     save();
     stayIn();
     habitat_.onPlaceChanged();
@@ -263,7 +263,7 @@ void Companion::transform(const Evolution& evolution, const Sheets& sheets) {
     if (light_) light_->removeFromSuperlayer();
     identity_.stage = evolution.to;
     identity_.form = evolution.form;
-    sheets_ = sheets;
+    changeSheets(sheets);
     save();
     refreshMoves();
     pet_.hold(a().idle, 0);

@@ -1,6 +1,6 @@
 #pragma once
-// A creature: its state, needs, decisions, routines and reactions, on a body of its own. This is
-// the base of both species, which override what differs. AppDelegate owns one object of each for
+// What a creature does: its decisions, routines and reactions. Who it is stands in Character.h. This
+// is the base of both species, which override what differs. AppDelegate owns one object of each for
 // the life of the process. The header follows the topics; each has a source file of its name.
 //
 // There is no timer that makes a creature think. `think` decides and starts a routine whose end is
@@ -10,107 +10,33 @@
 
 #include <algorithm>
 #include <map>
-#include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "aware/Power.h"
-#include "aware/Senses.h"
-#include "body/Pet.h"
-#include "body/Sheets.h"
 #include "body/Steps.h"
 #include "brain/Brain.h"
 #include "creature/Attention.h"
+#include "creature/Character.h"
 #include "creature/FileMemory.h"
 #include "creature/Habitat.h"
-#include "creature/Identity.h"
-#include "creature/Needs.h"
-#include "creature/Presence.h"
 #include "creature/Reactions.h"
-#include "creature/Voice.h"
-#include "party/PetStats.h"
-#include "platform/Computer.h"
-#include "rules/Item.h"
-#include "settings/model/Setting.h"
 
 namespace quibbits {
-
-/// An evolution that was offered and waits for an answer.
-struct Evolution {
-    Stage to = Stage::egg;
-    std::optional<std::string> form;
-    bool operator==(const Evolution&) const = default;
-};
-
-/// How a species that has no jaws eats: it licks the food off its tongue.
-struct Nibble {
-    std::string anim;
-    Point mouth;       // art pixels from the foot point, facing right
-    Seconds bite = 0;  // into the animation
-};
 
 /// Where files are seen on the stage, by their paths.
 using FilePoints = std::map<std::string, Point>;
 
-/// A bubble that a creature has shown, for whoever keeps a record.
-struct Utterance {
-    Face face = Face::happy;
-    std::optional<std::string> caption;
-    std::optional<std::string> speaker;
-    Seconds seconds = 0;
-};
-
-class Companion {
+class Companion : public Character {
 public:
-    /// What a creature shares with the others. All of it outlives the creature.
-    struct World {
-        const Computer& computer;
-        LayerEngine& layers;
-        Power& power;
-        Senses& senses;
-    };
-
-    virtual ~Companion();
-    Companion(const Companion&) = delete;
-    Companion& operator=(const Companion&) = delete;
-
-    // State and saving ------------------------------------------------------------------------
+    ~Companion() override;
 
     /// Begins a creature's life at launch. An egg, or a creature that is not out, stays still.
     void start();
-    /// Writes everything that is remembered but the hungry minutes.
-    void save();
-    PetStats stats() const;
     Why why() const;
-
-    const std::string& store() const { return store_; }
-    Pet& pet() { return pet_; }
-    const Pet& pet() const { return pet_; }
-    /// The animations of the present form; loaded when first asked for.
-    const Sheets& a() const;
-    /// How the creature is shown in lists.
-    const Anim& portrait() const { return a().idle; }
-    const Identity& identity() const { return identity_; }
-    Stage stage() const { return identity_.stage; }
-    int level() const { return identity_.level(); }
-    const Needs::Values& needs() const { return needs_.values(); }
-    const Presence& presence() const { return presence_; }
-    bool hasShimmerpox() const;
-    bool knows(std::string_view move) const { return known().contains(move); }
-    Mood mood() const;
-    /// How it comes down when it is in the air.
-    Pet::Falling falling() const {
-        return floats() ? Pet::Falling::floating : Pet::Falling::freely;
-    }
     /// A demo owns the creature.
     bool isInDemo() const { return demoRunning_; }
-    /// The user wants quiet.
-    bool isQuiet() const { return focusQuiet_; }
-    /// An evolution that was offered and waits for an answer.
-    const std::optional<Evolution>& offer() const { return pendingEvolution_; }
     /// Puts a creature away at launch, without a show.
     void stayIn();
     /// It is no longer for the camera's sake that it is in.
@@ -125,29 +51,6 @@ public:
     };
     void listen(Listener listener) { listener_ = std::move(listener); }
 
-    // What species say of themselves ----------------------------------------------------------
-
-    virtual AnimRoles animRoles() const { return {}; }
-    virtual std::string sheetName(Stage stage, const std::optional<std::string>& form,
-                                  bool shiny) const = 0;
-    virtual Stage firstStage() const = 0;
-    virtual std::string name() const { return displayName(stage()); }
-    virtual Ability ability() const { return {}; }
-    virtual bool abilityOnCharge() const { return false; }
-    virtual MoveNames known() const { return {}; }
-    virtual std::span<const Move> learnset() const { return {}; }
-    virtual MoveNames signatureMoves() const { return {}; }
-    virtual bool canEvolve() const { return false; }
-    virtual bool isCoralian() const { return false; }
-    virtual bool floats() const { return false; }
-    virtual double pettingFriendship() const { return 2.0; }
-    virtual double paceBoost() const { return 1.0; }
-    virtual std::optional<Nibble> nibble() const { return std::nullopt; }
-    virtual const VoiceTable& voice() const;
-    virtual std::string cry() const { return name(); }
-    virtual std::optional<Item> evolveItem() const { return std::nullopt; }
-    virtual std::string evolutionName(Stage to, const std::optional<std::string>& form) const;
-
     // Thinking --------------------------------------------------------------------------------
 
     /// Decides what to do next and starts it. The heartbeat.
@@ -155,7 +58,7 @@ public:
     /// Breaks off what the creature is doing, brings it to the ground, and goes on.
     void stop(Done then);
 
-    // Needs -----------------------------------------------------------------------------------
+    // Growing ---------------------------------------------------------------------------------
 
     /// Earns a share of the present level's span of experience.
     void gainEXP(double share);
@@ -203,7 +106,7 @@ public:
     /// A move that the user wants to see now; nothing while it is in its ball, busy or held.
     void perform(const std::string& name);
 
-    // Ball, hatching and evolution (all of it with `ballBusy` set from the first step to the last)
+    // Ball, hatching and evolution; it is busy from the first step of each to the last ----------
 
     /// Sends the creature into its ball or lets it out; an egg hatches. `from` is where a thrown
     /// ball starts, on the stage.
@@ -291,52 +194,6 @@ protected:
     /// Something that takes no time.
     Step doing(std::function<void()> act);
 
-    // The computer, as routines see it.
-    /// For whatever elapses while the program runs; no clock that is set moves it.
-    Instant now() const { return world_.computer.runLoop.now(); }
-    /// For what is saved or belongs to the calendar.
-    Date date() const { return world_.computer.runLoop.date(); }
-    int hour() const { return world_.computer.runLoop.localTime(date()).hour; }
-    Random& random() const { return world_.computer.random; }
-    double between(double a, double b) const { return random().uniform(a, b); }
-    bool isOn(Setting setting) const { return quibbits::isOn(world_.computer.defaults, setting); }
-    const Computer& computer() const { return world_.computer; }
-    const Power& power() const { return world_.power; }
-    const Senses& senses() const { return world_.senses; }
-    std::string key(std::string_view suffix) const;
-
-    // Voice -----------------------------------------------------------------------------------
-
-    std::optional<std::string> line(Moment moment) const;
-    Image image(Face face) const;
-    struct Bubble {
-        std::optional<std::string> caption = std::nullopt;
-        std::optional<std::string> speaker = std::nullopt;
-        Image thought = {};
-        Seconds seconds = 2.5;
-    };
-    /// Shows a face, whatever the settings say.
-    void feel(Face face, const Bubble& bubble);
-    /// Shows a face while portraits are switched on.
-    void feelIfShown(Face face, const Bubble& bubble);
-    /// Shows what goes through its head as it sets out for something. What it has said in the same
-    /// turn of the loop is not replaced by that.
-    void muse(Face face, const Bubble& bubble);
-    /// Whether words of this turn of the loop stand in its bubble; others had better wait.
-    bool hasJustSaid() const { return hasJustSaid_; }
-    struct Speech {
-        Moment moment = Moment::hello;
-        Face face = Face::happy;
-        Image thought = {};
-        Seconds silent = 2.5;  // how long the face shows without a line
-        Seconds spoken = 3.0;  // and with one, beside the typing
-        /// What stands in the panel without a line. With it the bubble shows whatever the settings
-        /// say; without it the face shows alone, while portraits are switched on.
-        std::optional<std::string> otherwise = std::nullopt;
-    };
-    /// Says a line for the moment, or only shows the face, as the settings allow.
-    void speak(const Speech& speech);
-
     /// The attack on a file is under way: it hits whatever befalls the creature.
     void launch(const std::string& path);
     /// Moves a file to the Trash at the height of an attack, for a reward.
@@ -372,32 +229,18 @@ protected:
 
     void greetTheDay();
     void quietDown();
-    struct Notice {
-        std::string title;
-        std::string body;
-        std::string suffix;  // of the identifier, behind the store id
-        std::string category = {};
-        bool sound = false;
-        std::vector<std::string> paths = {};
-    };
-    void notify(const Notice& notice);
-
-    Pet pet_;
-    Identity identity_;
-    Needs needs_;
-    Presence presence_;
     Attention attention_;
     Habitat habitat_;
-    std::optional<Evolution> pendingEvolution_;
     Begun chargeSparks_;
     Begun bobbing_;
     LayerRef light_;  // the white shape of an evolving body
+
+    void uttered(const Utterance& utterance) override;
 
 private:
     friend class CompanionProbe;  // lets tests begin a routine that chance would seldom choose
 
     // State and saving.
-    void restore();
     void joinBody();
     void saveHungryMinutes();
 
@@ -415,7 +258,7 @@ private:
     void comeDownAndThink();
     double hoursSincePetted() const;
 
-    // Needs.
+    // Growing.
     void needsStep(double minutes);
     void growHungry(double minutes);
     void levelUp(const MoveNames& knewBefore);
@@ -538,10 +381,6 @@ private:
         return std::max(now() - mark.instant, date() - mark.date);
     }
 
-    const std::string store_;
-    const World world_;
-    mutable std::optional<Sheets> sheets_;
-
     /// A file that the user has given it to destroy.
     struct Doomed {
         std::string path;
@@ -551,9 +390,6 @@ private:
     std::vector<Doomed> doomed_;
     Begun attack_;  // from the first file to the end of the boast
 
-    // In this turn of the loop: any bubble, and one with words.
-    bool hasJustShown_ = false;
-    bool hasJustSaid_ = false;
     bool wasCharging_ = false;
     std::optional<Mood> lastMood_;
     Brain brain_;
@@ -566,7 +402,6 @@ private:
     Begun meal_;  // the food in its paws and what falls off it
     bool hungerNotified_ = false;
     bool demoRunning_ = false;
-    bool focusQuiet_ = false;
     bool hiddenForCall_ = false;  // recalled because a camera came on
     Listener listener_;
     std::vector<Subscription> subscriptions_;

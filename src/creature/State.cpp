@@ -1,4 +1,4 @@
-// What a creature is, how it is remembered, and what others may see of it.
+// How a creature is joined to its body, set going, and asked for its reasons.
 
 #include <algorithm>
 #include <utility>
@@ -10,48 +10,19 @@ namespace quibbits {
 
 namespace {
 
-constexpr double artScale = 3;  // points per sheet pixel
 constexpr Seconds anHour = 3600;
-
-// Friendship from which the portrait in lists looks content, and glad.
-constexpr double contentFriendship = 70;
-constexpr double gladFriendship = 200;
 
 }  // namespace
 
 Companion::Companion(std::string store, const World& world)
-    : pet_(world.layers, world.computer.text, artScale),
-      store_(std::move(store)),
-      world_(world),
-      lastThought_(mark()),
-      lastPetted_(lastThought_) {
-    restore();
+    : Character(std::move(store), world), lastThought_(mark()), lastPetted_(lastThought_) {
     wasCharging_ = power().charging();
 }
 
 Companion::~Companion() = default;
 
-std::string Companion::key(std::string_view suffix) const {
-    return store_ + "." + std::string(suffix);
-}
-
-void Companion::restore() {
-    const UserDefaults& saved = computer().defaults;
-    identity_ = Identity::load(saved, store_, random());
-    needs_ = Needs::load(saved, store_);
-    focusQuiet_ = saved.boolean("focus.on");
-}
-
 void Companion::awaken() {
-    // A stage of the other line is as good as none.
-    const auto own = quibbits::line(firstStage());
-    if (std::ranges::find(own, stage()) == own.end()) identity_.stage = Stage::egg;
-    pet_.hold(a().idle, 0);
-    presence_.put(stage() != Stage::egg);
-    {
-        const Transaction still(world_.layers, Transaction::withoutActions());
-        pet_.node().setHidden(!presence_.isOut());
-    }
+    embody();
     refreshMoves();
     joinBody();
 }
@@ -76,15 +47,7 @@ void Companion::joinBody() {
 
 void Companion::stayIn() {
     presence_.put(false);
-    const Transaction still(world_.layers, Transaction::withoutActions());
-    pet_.node().setHidden(true);
-}
-
-const Sheets& Companion::a() const {
-    if (!sheets_)
-        sheets_.emplace(computer().resources, sheetName(stage(), identity_.form, identity_.shiny),
-                        animRoles());
-    return *sheets_;
+    setHidden(true);
 }
 
 void Companion::start() {
@@ -94,69 +57,16 @@ void Companion::start() {
     if (!startDemo(word)) runDemo(word);
 }
 
-void Companion::save() {
-    needs_.save(computer().defaults, store_);
-    identity_.save(computer().defaults, store_);
-}
-
 void Companion::saveHungryMinutes() {
     computer().defaults.set(key("hungryMinutes"), needs().hungryMinutes);
-}
-
-bool Companion::hasShimmerpox() const {
-    return identity_.shimmerpoxUntil && *identity_.shimmerpoxUntil > date();
-}
-
-Mood Companion::mood() const {
-    return moodFor({.feelsHeat = isOn(Setting::heat),
-                    .thermalState = senses().thermalState(),
-                    .charging = power().charging(),
-                    .level = power().level()});
 }
 
 double Companion::hoursSincePetted() const {
     return std::min(since(lastPetted_) / anHour, 1.0);
 }
 
-PetStats Companion::stats() const {
-    const GrowthRate rate = growthRate(stage());
-    const int current = level();
-    const int next = std::min(current + 1, maxLevel);
-    const double begins = expForLevel(rate, current);
-    const double ends = expForLevel(rate, next);
-
-    Face face = Face::sigh;
-    if (needs().friendship >= gladFriendship)
-        face = Face::joyous;
-    else if (needs().friendship >= contentFriendship)
-        face = Face::happy;
-
-    auto pox = PetStats::Shimmerpox::none;
-    if (hasShimmerpox())
-        pox = PetStats::Shimmerpox::infected;
-    else if (identity_.shimmerpoxUntil)
-        pox = PetStats::Shimmerpox::cured;
-
-    return {.name = name(),
-            .gender = identity_.gender,
-            .nature = identity_.nature,
-            .ability = ability(),
-            .shiny = identity_.shiny && stage() != Stage::egg,
-            .coralis = isCoralian(),
-            .shimmerpox = pox,
-            .stage = stage(),
-            .level = current,
-            .exp = identity_.exp,
-            .nextLevelEXP = ends,
-            .levelProgress =
-                current == maxLevel ? 1.0 : (identity_.exp - begins) / std::max(ends - begins, 1.0),
-            .friendship = needs().friendship,
-            .hunger = needs().hunger,
-            .energy = needs().energy,
-            .portrait = stage() == Stage::egg ? Pixels::eggPortrait() : image(face),
-            .canEvolve = canEvolve(),
-            .evolveItem = evolveItem(),
-            .known = known()};
+void Companion::uttered(const Utterance& utterance) {
+    if (listener_.onUtterance) listener_.onUtterance(*this, utterance);
 }
 
 Why Companion::why() const {
@@ -168,15 +78,6 @@ Why Companion::why() const {
                       {"Friendship", needs().friendship / mostFriendship},
                       {"Boredom", needs().boredom},
                       {"Missing you", hoursSincePetted()}}};
-}
-
-const VoiceTable& Companion::voice() const {
-    static const VoiceTable silent;
-    return silent;
-}
-
-std::string Companion::evolutionName(Stage to, const std::optional<std::string>&) const {
-    return displayName(to);
 }
 
 bool Companion::use(Item) {

@@ -122,7 +122,7 @@ void Companion::showIntent(Intent intent, const Surroundings& seen) {
     if (intent == Intent::teleport && !seen.cursorSpot) return;
     const auto bubble = std::ranges::find(intentBubbles, intent, &IntentBubble::intent);
     if (bubble == intentBubbles.end()) return;
-    if (intent == Intent::play && !hasJustSaid_) {
+    if (intent == Intent::play && !hasJustSaid()) {
         return speak({.moment = Moment::playing,
                       .face = bubble->face,
                       .thought = bubble->thought(),

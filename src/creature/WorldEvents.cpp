@@ -2,8 +2,6 @@
 // words from outside, the morning.
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <utility>
 
 #include "body/Pixels.h"
@@ -17,14 +15,6 @@ constexpr int dayBegins = 5;
 constexpr int noon = 12;
 constexpr int evening = 18;
 constexpr Seconds failureLasts = 8;
-
-void logFailure(const NotificationOutcome& outcome) {
-    using Kind = NotificationOutcome::Kind;
-    if (outcome.kind == Kind::shown) return;
-    const char* what =
-        outcome.kind == Kind::notAllowed ? "notifications not allowed" : "notification failed";
-    std::fprintf(stderr, "Quibbits: %s (%s)\n", what, outcome.error.c_str());
-}
 
 }  // namespace
 
@@ -158,7 +148,7 @@ void Companion::suggestBreak() {
          .title = "Time for a break?",
          .body = breath ? name() + " wants you to take a few deep breaths with it."
                         : name() + " is stretching. Maybe you should too.",
-         .pet = store_},
+         .pet = store()},
         [](const NotificationOutcome&) {});
 
     std::vector<Step> steps;
@@ -307,18 +297,6 @@ void Companion::offerZap(const std::vector<std::string>& paths, const std::strin
         paths.size() == 1 ? paths.front() : "batch-" + std::to_string(date().secondsSince1970);
     notify(
         {.title = title, .body = why, .suffix = "zap-" + offer, .category = "zap", .paths = paths});
-}
-
-void Companion::notify(const Notice& notice) {
-    if (notice.category != "zap" && !isOn(Setting::notifications)) return;
-    computer().notifications.send({.identifier = key(notice.suffix),
-                                   .title = notice.title,
-                                   .body = notice.body,
-                                   .category = notice.category,
-                                   .sound = notice.sound,
-                                   .pet = store_,
-                                   .paths = notice.paths},
-                                  logFailure);
 }
 
 }  // namespace quibbits
