@@ -1,14 +1,17 @@
 #include "Accessible.h"
 
 #include <QAccessibleWidget>
+#include <QFrame>
 #include <QWidget>
+
+#include "Window.h"
 
 namespace quibbits::window {
 namespace {
 
 bool canBePressed(QAccessible::Role role) {
     return role == QAccessible::CheckBox || role == QAccessible::Button ||
-           role == QAccessible::ListItem;
+           role == QAccessible::ListItem || role == QAccessible::RadioButton;
 }
 
 class SpokenInterface final : public QAccessibleWidget, public QAccessibleValueInterface {
@@ -19,10 +22,14 @@ public:
     QAccessible::Role role() const override { return spoken_->spokenRole(); }
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
-        state.checkable = spoken_->spokenRole() == QAccessible::CheckBox;
+        state.checkable = role() == QAccessible::CheckBox || role() == QAccessible::RadioButton;
         state.checked = spoken_->isSpokenChecked();
-        state.selectable = spoken_->spokenRole() == QAccessible::ListItem;
+        state.selectable = role() == QAccessible::ListItem;
         state.selected = spoken_->isSpokenSelected();
+        const auto open = spoken_->isSpokenOpen();
+        state.expandable = open.has_value();
+        state.expanded = open == true;
+        state.collapsed = open == false;
         return state;
     }
     QString text(QAccessible::Text what) const override {
@@ -57,10 +64,20 @@ private:
     Spoken* spoken_;
 };
 
+/// To the toolkit every frame is a window's frame, and a plain window is nothing in particular.
+std::optional<QAccessible::Role> roleOf(const QWidget& widget) {
+    if (dynamic_cast<const Window*>(&widget)) return QAccessible::Window;
+    if (widget.metaObject() != &QFrame::staticMetaObject) return std::nullopt;
+    if (widget.objectName() == "hairline") return QAccessible::Separator;
+    return widget.objectName() == "sidebar" ? QAccessible::List : QAccessible::Grouping;
+}
+
 QAccessibleInterface* interfaceOf(const QString&, QObject* object) {
-    auto* spoken = dynamic_cast<Spoken*>(object);
     auto* widget = qobject_cast<QWidget*>(object);
-    return spoken && widget ? new SpokenInterface(widget, spoken) : nullptr;
+    if (!widget) return nullptr;
+    if (auto* spoken = dynamic_cast<Spoken*>(object)) return new SpokenInterface(widget, spoken);
+    const auto role = roleOf(*widget);
+    return role ? new QAccessibleWidget(widget, *role) : nullptr;
 }
 
 }  // namespace

@@ -18,6 +18,8 @@ public:
     virtual std::optional<int> spokenPercentage() const { return std::nullopt; }
     virtual bool isSpokenChecked() const { return false; }
     virtual bool isSpokenSelected() const { return false; }
+    /// Whether what belongs to it is open, for what opens and closes.
+    virtual std::optional<bool> isSpokenOpen() const { return std::nullopt; }
     /// As a press of its key; does nothing where nothing can be pressed.
     virtual void pressBySpeech() {}
 };

@@ -203,6 +203,21 @@ private:
     std::vector<views::Picker::Choice> choices_;
 };
 
+/// One of the choices side by side.
+class Segment final : public QToolButton, public Spoken {
+public:
+    explicit Segment(QWidget* parent) : QToolButton(parent) {
+        setCheckable(true);
+        setAutoExclusive(true);
+        setFocusPolicy(Qt::StrongFocus);
+        setObjectName("segment");
+        setMinimumWidth(96);
+    }
+    QAccessible::Role spokenRole() const override { return QAccessible::RadioButton; }
+    bool isSpokenChecked() const override { return isChecked(); }
+    void pressBySpeech() override { click(); }
+};
+
 /// The choices side by side.
 class SegmentedItem final : public Item {
 public:
@@ -220,6 +235,7 @@ public:
         for (qsizetype i = 0; i < buttons_.size(); ++i) {
             const auto& choice = choices_[static_cast<std::size_t>(i)];
             buttons_[i]->setText(text(choice.title));
+            buttons_[i]->setAccessibleName(text(choice.title));
             buttons_[i]->setChecked(choice.id == picker.chosen);
         }
     }
@@ -230,24 +246,19 @@ private:
         while (QLayoutItem* each = line_->takeAt(0)) delete each;
         line_->addStretch(1);
         for (std::size_t i = 0; i < choices_.size(); ++i) {
-            auto* button = new QToolButton(this);
-            button->setCheckable(true);
-            button->setAutoExclusive(true);
-            button->setFocusPolicy(Qt::StrongFocus);
-            button->setObjectName("segment");
+            auto* button = new Segment(this);
             if (i == 0) button->setProperty("end", "first");
             if (i + 1 == choices_.size()) button->setProperty("end", "last");
-            button->setMinimumWidth(96);
             line_->addWidget(button);
             buttons_.push_back(button);
-            connect(button, &QToolButton::clicked, this, [this, i] { act(choices_[i].id); });
+            connect(button, &Segment::clicked, this, [this, i] { act(choices_[i].id); });
         }
         line_->addStretch(1);
     }
 
     QHBoxLayout* line_;
     std::vector<views::Picker::Choice> choices_;
-    QList<QToolButton*> buttons_;
+    QList<Segment*> buttons_;
 };
 
 class ButtonItem final : public Item {

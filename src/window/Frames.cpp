@@ -3,7 +3,6 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolButton>
@@ -14,12 +13,13 @@
 #include "Accessible.h"
 #include "Kinds.h"
 #include "Look.h"
+#include "Symbols.h"
 #include "Words.h"
 
 namespace quibbits::window {
 namespace {
 
-class SectionItem final : public Item {
+class SectionItem final : public Item, public Spoken {
 public:
     explicit SectionItem(Tell tell) : Item(std::move(tell)) {
         auto* whole = new QVBoxLayout(this);
@@ -37,6 +37,7 @@ public:
         whole->addWidget(frame_);
         whole->addWidget(footer_);
     }
+    QAccessible::Role spokenRole() const override { return QAccessible::Grouping; }
     void show(const views::View& view) override {
         const auto& section = *view.as<views::Section>();
         setAccessibleName(text(section.heading));
@@ -84,13 +85,16 @@ private:
 
 /// With an arrow to the right while it is closed, and down while it is open, where its neighbours
 /// have their symbols.
-class DisclosureTitle final : public QToolButton {
+class DisclosureTitle final : public QToolButton, public Spoken {
 public:
     explicit DisclosureTitle(QWidget* parent) : QToolButton(parent) {
         setCheckable(true);
         setFocusPolicy(Qt::StrongFocus);
         setCursor(Qt::PointingHandCursor);
     }
+    QAccessible::Role spokenRole() const override { return QAccessible::Button; }
+    std::optional<bool> isSpokenOpen() const override { return isChecked(); }
+    void pressBySpeech() override { click(); }
     QSize sizeHint() const override {
         return {besideSymbols + fontMetrics().horizontalAdvance(text()) + 4,
                 fontMetrics().height() + 6};
@@ -128,7 +132,8 @@ public:
         connect(title_, &QToolButton::toggled, content_, &QWidget::setVisible);
     }
     void show(const views::View& view) override {
-        title_->setText(QString::fromStdString(view.as<views::Disclosure>()->title));
+        title_->setText(text(view.as<views::Disclosure>()->title));
+        title_->setAccessibleName(title_->text());
     }
     void place(const QList<Item*>& children) override {
         clear(*box_);
@@ -149,8 +154,8 @@ public:
         whole->setSpacing(12);
         box_ = new QHBoxLayout;
         whole->addLayout(box_, 1);
-        chevron_ = new Words(views::TextStyle::title, this);
-        chevron_->setText("›");
+        chevron_ = new SymbolMark(12, QPalette::WindowText, this);
+        chevron_->show("chevron.right");
         whole->addWidget(chevron_);
     }
     void show(const views::View& view) override {
@@ -206,7 +211,7 @@ private:
     }
 
     QHBoxLayout* box_;
-    QLabel* chevron_;
+    SymbolMark* chevron_;
     bool opens_ = false;
     bool hovered_ = false;
 };

@@ -156,7 +156,10 @@ public:
         update();
     }
 
-    QAccessible::Role spokenRole() const override { return QAccessible::Graphic; }
+    /// One without a name only adorns what stands beside it.
+    QAccessible::Role spokenRole() const override {
+        return accessibleName().isEmpty() ? QAccessible::Whitespace : QAccessible::Graphic;
+    }
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -253,7 +256,7 @@ public:
         update();
     }
 
-    QAccessible::Role spokenRole() const override { return QAccessible::Indicator; }
+    QAccessible::Role spokenRole() const override { return QAccessible::StaticText; }
 
 protected:
     void paintEvent(QPaintEvent*) override {

@@ -49,6 +49,7 @@ constexpr std::array symbols{
            "M 2 2 L 2 14 L 14 14 M 4.6 10.6 L 7.2 7.6 L 9.4 9.3 L 13.4 4 M 10.4 3.8 L 13.6 3.8 "
            "L 13.6 7"},
     Symbol{"checkmark.circle.fill", "F O 8 8 7 K M 4.9 8.3 L 7.2 10.6 L 11.2 5.8"},
+    Symbol{"chevron.right", "M 5.5 2.5 L 11 8 L 5.5 13.5"},
     Symbol{"circle", "O 8 8 6.3"},
     Symbol{"circle.circle", "O 8 8 6.5 F O 8 8 2.7"},
     Symbol{"circle.dotted.circle",

@@ -84,8 +84,7 @@ private:
     int wholeWidth() const {
         if (wholeWidth_ == untold) {
             const bool isOneLine = textFormat() == Qt::PlainText && !text().contains('\n');
-            wholeWidth_ =
-                isOneLine ? fontMetrics().horizontalAdvance(text()) + 1 : QWIDGETSIZE_MAX;
+            wholeWidth_ = isOneLine ? fontMetrics().horizontalAdvance(text()) + 1 : QWIDGETSIZE_MAX;
         }
         return wholeWidth_;
     }

@@ -228,6 +228,7 @@ TEST_F(TheWindow, EverythingThatCanBeUsedHasANameAndARole) {
     walk(QAccessible::queryAccessibleInterface(&window_), [&](QAccessibleInterface& each) {
         const QString name = each.text(QAccessible::Name);
         if (each.role() != QAccessible::StaticText) roles.insert_or_assign(name, each.role());
+        EXPECT_NE(each.role(), QAccessible::Border) << "which a bus takes for a window's frame";
         if (!each.state().focusable || each.role() == QAccessible::Window) return;
         ++usable;
         EXPECT_FALSE(name.isEmpty()) << "role " << each.role();
@@ -237,6 +238,9 @@ TEST_F(TheWindow, EverythingThatCanBeUsedHasANameAndARole) {
     EXPECT_GE(usable, 12);
     EXPECT_EQ(roles["Gets hungry"], QAccessible::CheckBox);
     EXPECT_EQ(roles["Party"], QAccessible::ListItem);
+    EXPECT_EQ(roles["Pages"], QAccessible::List);
+    EXPECT_EQ(roles["Rules"], QAccessible::Grouping);
+    EXPECT_EQ(roles["Quibbits"], QAccessible::Window);
     EXPECT_EQ(roles["Remove Firefox"], QAccessible::Button);
     EXPECT_EQ(roles["Sparrel"], QAccessible::Button);
     EXPECT_EQ(roles["Belly"], QAccessible::ProgressBar);
@@ -263,6 +267,27 @@ TEST_F(TheWindow, StatesAndValuesAreToldAndPressesHeard) {
     EXPECT_EQ(toggle->text(QAccessible::Description), "Comes and asks.");
     toggle->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(actions_.back(), (Action{"toggle", false}));
+
+    const auto named = [this](const QString& name) {
+        QAccessibleInterface* found = nullptr;
+        walk(QAccessible::queryAccessibleInterface(&window_), [&](QAccessibleInterface& each) {
+            if (each.state().focusable && each.text(QAccessible::Name) == name) found = &each;
+        });
+        return found;
+    };
+    const auto press = [](QAccessibleInterface* what) {
+        what->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    };
+    QAccessibleInterface* segment = named("Y");
+    ASSERT_NE(segment, nullptr);
+    EXPECT_EQ(segment->role(), QAccessible::RadioButton);
+    press(segment);
+    EXPECT_EQ(actions_.back(), (Action{"segments", std::string("y")}));
+    QAccessibleInterface* more = named("All natures");
+    ASSERT_NE(more, nullptr);
+    EXPECT_TRUE(more->state().collapsed);
+    press(more);
+    EXPECT_TRUE(more->state().expanded);
 }
 
 // Bad input --------------------------------------------------------------------------------------
