@@ -20,6 +20,11 @@ bool isBeside(Rect icon, const Screen& screen) {
     return icon.midX() < free.minX() || icon.midX() > free.maxX();
 }
 
+/// Whether the icon is in a panel along the upper edge, which may be higher than the icon.
+bool isInBarAtTop(Rect icon, const Screen& screen) {
+    return !isBeside(icon, screen) && icon.minY() >= screen.visibleFrame.maxY();
+}
+
 }  // namespace
 
 PartyDial::PartyDial(const Computer& computer, Panels& panels, std::vector<PartyMember> party)
@@ -76,6 +81,9 @@ Rect PartyDial::viewFrame(Rect icon, const std::optional<Screen>& screen) {
     if (atBottom && frame.minY() < all.minY()) {
         frame.y = std::max(icon.maxY(), free.minY()) + belowIcon;
     }
+    if (isInBarAtTop(icon, *screen)) {
+        frame.y = std::min(frame.y, free.maxY() - size.height);  // the bar covers no end of an arm
+    }
     const auto clear = [](double low, double high, double length) {
         return Range{low, std::max(low, high - length)};
     };
@@ -94,9 +102,10 @@ DialShape::Ends PartyDial::ends(const Rect& view, Rect icon, const std::optional
     if (!screen) return DialShape::Ends::cut;
     if (isBeside(icon, *screen)) return DialShape::Ends::round;
     const double upperEdge = screen->frame.maxY();
-    const bool isInBarAtTop = upperEdge - icon.maxY() < icon.height;
+    const bool isHighUp = upperEdge - icon.maxY() < icon.height;
     const bool isAtEdge = upperEdge - view.maxY() <= belowIcon;
-    return isInBarAtTop || isAtEdge ? DialShape::Ends::cut : DialShape::Ends::round;
+    return isHighUp || isAtEdge || isInBarAtTop(icon, *screen) ? DialShape::Ends::cut
+                                                               : DialShape::Ends::round;
 }
 
 void PartyDial::open() {

@@ -90,6 +90,14 @@ TEST(ThePlaceOfTheDial, IsBelowTheIconOrAboveATrayAtTheBottomAndInsideTheScreen)
         EXPECT_EQ(PartyDial::ends(frame, at, beside), ends) << icon;
         EXPECT_LE(frame.maxY() + 14, 900) << icon;
     }
+    // Below a bar that is higher than its icons.
+    const Screen below{.frame = {0, 0, 1440, 900}, .visibleFrame = {0, 0, 1440, 836}};
+    for (const Rect at : {Rect{700, 856, 24, 24}, Rect{700, 870, 24, 24}, Rect{700, 838, 24, 24}}) {
+        const Rect frame = PartyDial::viewFrame(at, below);
+        EXPECT_LE(frame.maxY(), 836) << at.y;
+        EXPECT_GE(frame.maxY(), 834) << at.y;
+        EXPECT_EQ(PartyDial::ends(frame, at, below), Ends::cut) << at.y;
+    }
     EXPECT_EQ(PartyDial::viewFrame({10, 4, 24, 24}, std::nullopt).origin(), (Point{-136, -272}));
 }
 
