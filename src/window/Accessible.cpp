@@ -11,7 +11,8 @@ namespace {
 
 bool canBePressed(QAccessible::Role role) {
     return role == QAccessible::CheckBox || role == QAccessible::Button ||
-           role == QAccessible::ListItem || role == QAccessible::RadioButton;
+           role == QAccessible::ListItem || role == QAccessible::RadioButton ||
+           role == QAccessible::Link;
 }
 
 class SpokenInterface final : public QAccessibleWidget, public QAccessibleValueInterface {

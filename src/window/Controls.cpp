@@ -311,27 +311,44 @@ private:
     QList<QShortcut*> keys_;
 };
 
+/// The toolkit's own wants the keyboard to be on the words within it.
+class LinkLabel final : public QLabel, public Spoken {
+public:
+    explicit LinkLabel(QWidget* parent) : QLabel(parent) {
+        setTextInteractionFlags(Qt::LinksAccessibleByMouse);
+        setFocusPolicy(Qt::StrongFocus);
+    }
+    QAccessible::Role spokenRole() const override { return QAccessible::Link; }
+    void pressBySpeech() override { emit linkActivated({}); }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        const bool chooses = event->key() == Qt::Key_Return || event->key() == Qt::Key_Space ||
+                             event->key() == Qt::Key_Enter;
+        if (chooses) return pressBySpeech();
+        QLabel::keyPressEvent(event);
+    }
+};
+
 class LinkItem final : public Item {
 public:
     explicit LinkItem(Tell tell) : Item(std::move(tell)) {
         auto* line = new QHBoxLayout(this);
         line->setContentsMargins(0, 0, 0, 0);
-        label_ = new QLabel(this);
-        label_->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+        label_ = new LinkLabel(this);
         line->addWidget(label_);
         connect(label_, &QLabel::linkActivated, this, [this] { act(); });
     }
     void show(const views::View& view) override {
         keepIdentity(view);
         const auto& link = *view.as<views::Link>();
-        label_->setFocusPolicy(Qt::StrongFocus);
         label_->setAccessibleName(text(link.title));
         label_->setText("<a href=\"open\">" + text(link.title).toHtmlEscaped() + "</a>");
         label_->setToolTip(text(link.address).toHtmlEscaped());
     }
 
 private:
-    QLabel* label_;
+    LinkLabel* label_;
 };
 
 }  // namespace

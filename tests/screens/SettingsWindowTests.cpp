@@ -166,6 +166,21 @@ TEST(TheGallery, ReadsWhatIsSeenFirstAndTheRestALittleLater) {
     EXPECT_LE(life.window()->updates - told, 2) << "then it is quiet";
 }
 
+TEST(TheCredits, LeadToWhatTheyName) {
+    SettingsOf life({.defaults = {{"QuibSettings", std::string("credits")}}});
+    Texts addresses;
+    const std::function<void(const views::View&)> collect = [&](const views::View& view) {
+        if (const auto* link = view.as<views::Link>()) {
+            addresses.push_back(link->address);
+            EXPECT_TRUE(life.act(view.id)) << link->title;
+        }
+        for (const views::View& child : view.children) collect(child);
+    };
+    collect(views::View(life.window()->tree));
+    EXPECT_FALSE(addresses.empty());
+    EXPECT_EQ(life.computer.workspace.opened, addresses);
+}
+
 TEST(StartingOver, IsAskedFirst) {
     SettingsOf life(
         {.defaults = {{"QuibSettings", std::string("pet")}, {"QuibSettingsTab", std::int64_t{2}}}});

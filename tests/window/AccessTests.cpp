@@ -164,6 +164,16 @@ TEST_F(TheWindow, ArrowsWalkTheSidebarAndKeysActOnSwitches) {
     EXPECT_EQ(actions_.back(), (Action{"toggle", false}));
 }
 
+TEST_F(TheWindow, ReturnAndSpaceFollowALink) {
+    show(everything());
+    for (auto* label : all<QLabel>()) {
+        if (label->accessibleName() == "Somebody") label->setFocus(Qt::TabFocusReason);
+    }
+    press(Qt::Key_Return);
+    press(Qt::Key_Space);
+    EXPECT_EQ(actions_, (std::vector<Action>{{"link", {}}, {"link", {}}}));
+}
+
 TEST_F(TheWindow, KeysScrollAPageThatHasNothingToStopAt) {
     View page{.content = Form{}};
     for (int i = 0; i < 60; ++i) page.children.push_back({.content = Text{"line"}});

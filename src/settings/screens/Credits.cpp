@@ -14,6 +14,7 @@ using namespace views;
 namespace {
 
 constexpr std::string_view listedLast = "Quibbits";
+constexpr const char* licence = "https://opensource.org/license/mit";
 constexpr std::string_view socialProfiles = "https://bsky.app/profile/";
 
 /// The rows of an artist: the name, then what came from it.
@@ -96,6 +97,12 @@ View credits(const Resources& resources) {
                                   "text): written for Quibbits."}},
                  {.content = Text{"Egg, berries, Storm Pebble, Homeball, hearts and sparks: pixel "
                                   "art made for Quibbits."}},
+                 {.content = Line{},
+                  .children = {{.content =
+                                    Text{"Code and art may be used and passed on under the"}},
+                               {.content = Link{"MIT licence", licence},
+                                .id = std::string(opensPrefix) + licence},
+                               {.content = Spacer{}}}},
                  {.content = Text{"The creatures belong to the people of the Quibbits project.",
                                   TextStyle::caption}}}}}};
 }
