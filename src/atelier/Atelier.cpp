@@ -60,8 +60,11 @@ template <typename Paint>
 bool writeBoth(const fs::path& folder, const Commission& work, const std::string& suffix,
                Paint paint) {
     const std::string base{work.form.name};
-    return writePng(folder / (base + suffix), paint(work.paints.plain)) &&
-           writePng(folder / (base + "-shiny" + suffix), paint(work.paints.shiny));
+    const Image plain = paint(work.paints.plain);
+    const Image shiny = paint(work.paints.shiny);
+    const auto files = encodePngs({plain.width, plain.height}, {plain.argb, shiny.argb});
+    return writeBytes(folder / (base + suffix), files[0]) &&
+           writeBytes(folder / (base + "-shiny" + suffix), files[1]);
 }
 
 /// A creature that wakes keeps the feet it has in Idle, counted from the middle of the cell. So the

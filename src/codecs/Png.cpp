@@ -6,6 +6,7 @@
 #include <array>
 #include <csetjmp>
 #include <cstring>
+#include <map>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -257,21 +258,31 @@ std::vector<std::uint32_t> paletteOf(std::span<const std::uint32_t> argb) {
     return colours;
 }
 
-Page palettePage(PngInfo size, std::span<const std::uint32_t> argb,
+/// A page of indices into colours, of which some may be the same.
+Page indexedPage(PngInfo size, std::vector<std::uint8_t> indices,
                  std::span<const std::uint32_t> colours) {
-    Page page{.size = size, .colourType = PNG_COLOR_TYPE_PALETTE};
+    Page page{.size = size, .colourType = PNG_COLOR_TYPE_PALETTE, .pixels = std::move(indices)};
     const auto count = colours.size();
     page.bitDepth = count <= 2 ? 1 : count <= 4 ? 2 : count <= 16 ? 4 : 8;
-    std::unordered_map<std::uint32_t, std::uint8_t> indexOf;
     for (const auto colour : colours) {
         const auto [red, green, blue, alpha] = straight(colour);
-        indexOf.emplace(colour, static_cast<std::uint8_t>(page.palette.size()));
         page.palette.push_back({red, green, blue});
-        if (alpha != 0xff) page.alphas.push_back(alpha);
+        if (alpha != 0xff) page.alphas.resize(page.palette.size(), 0xff);
+        if (alpha != 0xff) page.alphas.back() = alpha;
     }
-    for (const auto colour : argb) page.pixels.push_back(indexOf.at(colour));
     page.rowBytes = static_cast<std::size_t>(size.width);
     return page;
+}
+
+Page palettePage(PngInfo size, std::span<const std::uint32_t> argb,
+                 std::span<const std::uint32_t> colours) {
+    std::unordered_map<std::uint32_t, std::uint8_t> indexOf;
+    for (const auto colour : colours) {
+        indexOf.emplace(colour, static_cast<std::uint8_t>(indexOf.size()));
+    }
+    std::vector<std::uint8_t> indices;
+    for (const auto colour : argb) indices.push_back(indexOf.at(colour));
+    return indexedPage(size, std::move(indices), colours);
 }
 
 Page rgbaPage(PngInfo size, std::span<const std::uint32_t> argb) {
@@ -317,15 +328,7 @@ bool writePage(png_structp png, png_infop info, const Page& page) {
     return true;
 }
 
-}  // namespace
-
-std::vector<std::byte> encodePng(PngInfo size, std::span<const std::uint32_t> argb) {
-    if (!withinLimits(size.width, size.height)) return {};
-    if (argb.size() != static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height))
-        return {};
-    const auto colours = paletteOf(argb);
-    const auto page = colours.empty() ? rgbaPage(size, argb) : palettePage(size, argb, colours);
-
+std::vector<std::byte> fileOf(const Page& page) {
     std::vector<std::byte> file;
     png_structp png =
         png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, giveUp, ignoreWarning);
@@ -336,6 +339,53 @@ std::vector<std::byte> encodePng(PngInfo size, std::span<const std::uint32_t> ar
     png_destroy_write_struct(&png, &info);
     if (!written) file.clear();
     return file;
+}
+
+bool fits(PngInfo size, std::size_t pixels) {
+    return withinLimits(size.width, size.height) &&
+           pixels == static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
+}
+
+}  // namespace
+
+std::vector<std::byte> encodePng(PngInfo size, std::span<const std::uint32_t> argb) {
+    if (!fits(size, argb.size())) return {};
+    const auto colours = paletteOf(argb);
+    return fileOf(colours.empty() ? rgbaPage(size, argb) : palettePage(size, argb, colours));
+}
+
+std::vector<std::vector<std::byte>> encodePngs(
+    PngInfo size, const std::vector<std::vector<std::uint32_t>>& coats) {
+    const auto alone = [&] {
+        std::vector<std::vector<std::byte>> files;
+        for (const auto& coat : coats) files.push_back(encodePng(size, coat));
+        return files;
+    };
+    const bool allFit =
+        std::ranges::all_of(coats, [&](const auto& coat) { return fits(size, coat.size()); });
+    if (coats.empty() || !allFit) return alone();
+    std::map<std::vector<std::uint32_t>, std::uint8_t> indexOf;  // by the colour in each coat
+    std::vector<std::vector<std::uint32_t>> palettes(coats.size());
+    std::vector<std::uint8_t> indices;
+    std::vector<std::uint32_t> colours(coats.size());
+    for (std::size_t i = 0; i < coats.front().size(); ++i) {
+        for (std::size_t coat = 0; coat < coats.size(); ++coat) colours[coat] = coats[coat][i];
+        const auto known = indexOf.find(colours);
+        if (known == indexOf.end() && indexOf.size() == 256) return alone();
+        if (known == indexOf.end()) {
+            for (std::size_t coat = 0; coat < coats.size(); ++coat) {
+                palettes[coat].push_back(colours[coat]);
+            }
+            indices.push_back(static_cast<std::uint8_t>(indexOf.size()));
+            indexOf.emplace(colours, indices.back());
+        } else {
+            indices.push_back(known->second);
+        }
+    }
+    std::vector<std::vector<std::byte>> files;
+    for (const auto& palette : palettes)
+        files.push_back(fileOf(indexedPage(size, indices, palette)));
+    return files;
 }
 
 }  // namespace quibbits

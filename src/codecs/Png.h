@@ -63,4 +63,10 @@ std::optional<DecodedImage> decodePng(std::span<const std::byte> file, PngRows r
 /// not fit the number of pixels.
 std::vector<std::byte> encodePng(PngInfo size, std::span<const std::uint32_t> argb);
 
+/// Writes one picture in several sets of colours, each `width` * `height` premultiplied values. As
+/// long as a palette holds all their combinations, the files differ in their palettes alone, so
+/// that an archive of them holds the pixels once.
+std::vector<std::vector<std::byte>> encodePngs(
+    PngInfo size, const std::vector<std::vector<std::uint32_t>>& coats);
+
 }  // namespace quibbits

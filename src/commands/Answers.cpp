@@ -42,7 +42,7 @@ std::string doing(const Companion& creature) {
     if (creature.presence().isFainted()) return "fainted";
     if (creature.presence().isDozing()) return "asleep";
     const auto choice = creature.why().choice;
-    return choice ? std::string(row(*choice).label) : "out";
+    return choice ? std::string(row(*choice).label) : "finding its feet";
 }
 
 std::string titled(const Companion& creature) {

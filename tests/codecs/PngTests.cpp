@@ -39,6 +39,32 @@ struct Case {
     bool palette;
 };
 
+TEST(Png, OnePictureInTwoCoatsDiffersInItsPaletteAlone) {
+    const std::vector<std::uint32_t> plain{0, 0xff102030, 0xff405060, 0xff102030};
+    const std::vector<std::uint32_t> shiny{0, 0xff708090, 0xff708090, 0xffa0b0c0};
+    const auto files = encodePngs({2, 2}, {plain, shiny});
+    ASSERT_EQ(files.size(), 2u);
+    const auto one = decodePng(files[0]);
+    const auto other = decodePng(files[1]);
+    ASSERT_TRUE(one && other);
+    EXPECT_EQ(one->indices, other->indices);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(one->colourAt(i % 2, i / 2), plain[static_cast<std::size_t>(i)]);
+        EXPECT_EQ(other->colourAt(i % 2, i / 2), shiny[static_cast<std::size_t>(i)]);
+    }
+    EXPECT_TRUE(encodePngs({2, 2}, {plain, {0}})[1].empty()) << "too few pixels";
+    // More combinations than a palette holds: each file by itself.
+    std::vector<std::uint32_t> grey;
+    std::vector<std::uint32_t> mixed;
+    for (std::uint32_t i = 0; i < 400; ++i) {
+        grey.push_back(0xff000000 | i % 200);
+        mixed.push_back(0xff000000 | i % 3);
+    }
+    const auto many = encodePngs({20, 20}, {grey, mixed});
+    EXPECT_EQ(many[0], encodePng({20, 20}, grey));
+    EXPECT_EQ(many[1], encodePng({20, 20}, mixed));
+}
+
 TEST(Png, APictureComesBackAsItWasWritten) {
     for (const auto& [size, count, palette] : {Case{{1, 1}, 1, true},
                                                {{5, 3}, 2, true},
