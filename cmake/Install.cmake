@@ -7,7 +7,7 @@ install(TARGETS quibbits quibbits-sim quibbits-defaults quibbits-atelier
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 # Not for a user's own hands: the program that shows the settings, and what sets text.
 install(TARGETS quibbits-settings RUNTIME DESTINATION libexec/quibbits)
-install(TARGETS quibbits-text LIBRARY DESTINATION lib/quibbits
+install(TARGETS quibbits-text LIBRARY DESTINATION libexec/quibbits
   PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 install(DIRECTORY "${QUIBBITS_SHEETS_DIR}/" DESTINATION "${share}/quibbits/sheets")
 

@@ -40,7 +40,7 @@ std::string programFolder() {
 using Export = const TextEngine* (*)();
 
 Export load() {
-    for (const char* place : {"quibbits-text.so", "../lib/quibbits/quibbits-text.so"}) {
+    for (const char* place : {"quibbits-text.so", "../libexec/quibbits/quibbits-text.so"}) {
         void* module = dlopen((programFolder() + place).c_str(), RTLD_NOW | RTLD_LOCAL);
         if (!module) continue;
         if (void* symbol = dlsym(module, "quibbitsTextEngine")) {

@@ -121,8 +121,12 @@ int main(int count, char** arguments) {
     QApplication application(count, arguments);
     QApplication::setApplicationName("quibbits");
     QApplication::setDesktopFileName("quibbits");
-    // Not installed, it lies beside the icons that were drawn for it.
-    const QIcon drawn(QCoreApplication::applicationDirPath() + "/../icons/quibbits-48.png");
+    QIcon drawn;  // where the desktop's theme does not have it: beside a build, or in a moved tree
+    for (const char* place :
+         {"/../icons/quibbits-48.png", "/../../share/icons/hicolor/48x48/apps/quibbits.png"}) {
+        const QString file = QCoreApplication::applicationDirPath() + place;
+        if (QFile::exists(file)) drawn.addFile(file);
+    }
     QApplication::setWindowIcon(QIcon::fromTheme("quibbits", drawn));
     window::tellAssistivePrograms();
     window::Window window([](const views::Action& action) { window::send(write(action)); });
