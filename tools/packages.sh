@@ -9,9 +9,13 @@ install_packages() {
         # shellcheck disable=SC2207
         wanted+=($(sed -n "s/^$purpose  *//p" "$root/packages.txt"))
     done
+    local installed
+    installed=$(dpkg-query -W -f='${Package} ${Status}\n' "${wanted[@]}" 2>/dev/null || true)
     for package in "${wanted[@]}"; do
-        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed' ||
-            missing+=("$package")
+        case $'\n'$installed in
+            *$'\n'"$package install ok installed"*) ;;
+            *) missing+=("$package") ;;
+        esac
     done
     [ ${#missing[@]} -eq 0 ] && return 0
 
@@ -30,6 +34,17 @@ install_packages() {
     [ "${PIPESTATUS[0]}" -eq 0 ]
 }
 
+# is_configured PRESET OPTIONS: whether the last configuration was one with these options. What it
+# read itself the build tool looks after.
+is_configured() {
+    local folder=$root/build/$1 option
+    [ "$folder/build.ninja" -nt "$root/CMakePresets.json" ] || return 1
+    for option in $2; do
+        option=${option#-D}
+        grep -q "^${option%%=*}:[A-Z]*=${option#*=}\$" "$folder/CMakeCache.txt" || return 1
+    done
+}
+
 # build_preset PRESET OPTIONS [TARGET...]: configures with the options and builds, quietly unless it
 # fails.
 build_preset() {
@@ -37,7 +52,8 @@ build_preset() {
     shift 2
     log=$(mktemp)
     # shellcheck disable=SC2086
-    cmake --preset "$preset" -S "$root" $options >"$log" 2>&1 &&
+    { is_configured "$preset" "$options" || cmake --preset "$preset" -S "$root" $options; } \
+        >"$log" 2>&1 &&
         cmake --build "$root/build/$preset" ${1:+--target "$@"} 2>&1 | tee -a "$log" |
             follow_build "$root/build/$preset"
     if [ "${PIPESTATUS[0]}" -ne 0 ]; then
