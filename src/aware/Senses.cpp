@@ -21,7 +21,8 @@ Senses::Senses(Machine& machine, const Pointer& pointer, RunLoop& loop,
       pointer_(pointer),
       loop_(loop),
       defaults_(defaults),
-      activeSince_(loop.now()) {
+      activeSince_(loop.now()),
+      lastCheck_{loop.now(), loop.date()} {
     checkIdle();
     heat_ = machine_.thermalStateChanged.subscribe([this] {
         if (onHeat) onHeat();
@@ -33,6 +34,7 @@ Senses::Senses(Machine& machine, const Pointer& pointer, RunLoop& loop,
 }
 
 void Senses::checkIdle() {
+    checkSleep();
     checkPresence(pointer_.idle());
     if (!away_) checkBreak();
     idleTimer_ = loop_.timer(
@@ -48,6 +50,14 @@ void Senses::checkPresence(Seconds idle) {
         activeSince_ = loop_.now();
         if (onBack) onBack();
     }
+}
+
+/// While the machine sleeps no time passes for it, and nobody is idle either; only the date tells.
+void Senses::checkSleep() {
+    const Check now{loop_.now(), loop_.date()};
+    const Seconds slept = (now.date - lastCheck_.date) - (now.at - lastCheck_.at);
+    if (slept > awayAfter) activeSince_ = now.at;
+    lastCheck_ = now;
 }
 
 void Senses::checkBreak() {

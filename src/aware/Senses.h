@@ -33,7 +33,12 @@ public:
     std::function<void(bool online)> onOnline;
 
 private:
+    struct Check {
+        Instant at = 0;
+        Date date;
+    };
     void checkIdle();
+    void checkSleep();
     void checkPresence(Seconds idle);
     void checkBreak();
     void camerasChanged();
@@ -48,6 +53,7 @@ private:
     bool musicPlaying_ = false;
     bool cameraOn_ = false;
     Instant activeSince_;
+    Check lastCheck_;
     std::optional<bool> online_;
     Timer idleTimer_;
     Subscription heat_;

@@ -125,6 +125,21 @@ TEST_F(SensesTests, TimeAwayIsNoWorkAndNoBreakFallsIntoIt) {
     EXPECT_EQ(news, (News{"back", "break"}));
 }
 
+TEST_F(SensesTests, ANightThatTheMachineSleptThroughIsNoWork) {
+    remindAfter(15);
+    for (const Seconds asleep : {8 * 3600.0, 60.0}) {
+        advance(800);
+        computer.runLoop.shiftClock(asleep);
+        news.clear();
+        advance(140);
+        EXPECT_EQ(news, asleep > 300 ? News{} : News{"break"}) << asleep;
+        advance(800);
+        news.clear();
+        computer.runLoop.shiftClock(8 * 3600.0);
+        advance(20);
+    }
+}
+
 TEST_F(SensesTests, AReturnBeginsAStretchEvenWhileNobodyWantsReminders) {
     advance(1000);
     computer.setUserPresent(false);
