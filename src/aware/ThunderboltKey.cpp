@@ -59,9 +59,6 @@ void ThunderboltKey::update() {
 void ThunderboltKey::pressed() {
     const auto front = world_.workspace.frontmost();
     if (!isOn() || press_ || !front) return;
-    if (!world_.accessibility.isTrusted() && !std::exchange(toldUntrusted_, true) && onUntrusted) {
-        onUntrusted();
-    }
     press_ = {*front, world_.loop.now()};
     world_.fileBrowser.readSelection(
         lifetime_.guard([this](const FileSelection& selection) { strike(selection); }));
@@ -71,6 +68,8 @@ void ThunderboltKey::strike(const FileSelection& selection) {
     const auto press = std::exchange(press_, std::nullopt);
     const bool isLate = !press || world_.loop.now() - press->at > longestAnswer;
     if (isLate || !isOn() || world_.workspace.frontmost() != press->front) return;
+    const bool isBlind = !selection.isKnown && !world_.accessibility.isTrusted();
+    if (isBlind && !std::exchange(toldUntrusted_, true) && onUntrusted) onUntrusted();
     if (selection.paths.empty() || !onStrike) return;
     onStrike(selection.paths,
              selection.window ? spots(selection.paths, *selection.window) : Spots{});

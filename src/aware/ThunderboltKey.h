@@ -42,8 +42,8 @@ public:
 
     /// At least one path, and points for as many as were found.
     std::function<void(const std::vector<std::string>& paths, const Spots& points)> onStrike;
-    /// The key was pressed, and the desktop may not tell what is selected. Once; nobody's settings
-    /// are changed for them.
+    /// The key was pressed, and nobody may tell what is selected. Once; nobody's settings are
+    /// changed for them.
     std::function<void()> onUntrusted;
 
 private:

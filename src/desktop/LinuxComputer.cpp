@@ -19,6 +19,7 @@
 #include "desktop/session/TrayIcon.h"
 #include "desktop/windows/ProcessWindows.h"
 #include "desktop/words/DesktopWords.h"
+#include "desktop/x11/CopiedFiles.h"
 #include "desktop/x11/SystemTray.h"
 #include "desktop/x11/XDock.h"
 #include "desktop/x11/XHotKeys.h"
@@ -78,9 +79,11 @@ struct LinuxComputer::Parts {
           notifications(*loop, sessionBus),
           appearance(sessionBus),
           accessibility(sessionBus),
+          copiedFiles(*connection),
           fileBrowser(*loop, sessionBus,
                       {.screen = [this] { return screenPixels(); },
-                       .toPoints = [this](Rect r) { return points(r); }}),
+                       .toPoints = [this](Rect r) { return points(r); },
+                       .copied = [this](auto done) { copiedFiles.read(std::move(done)); }}),
           systemTray(*connection, screens, pointer),
           statusItem(
               *loop, sessionBus,
@@ -156,6 +159,7 @@ struct LinuxComputer::Parts {
     session::BusNotifications notifications;
     session::PortalAppearance appearance;
     session::AccessibilityStatus accessibility;
+    x11::CopiedFiles copiedFiles;
     session::DesktopIcons fileBrowser;
     x11::SystemTray systemTray;
     session::TrayIcon statusItem;

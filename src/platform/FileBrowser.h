@@ -22,6 +22,7 @@ struct DesktopIcon {
 struct FileSelection {
     std::vector<std::string> paths;          // in the window's order
     std::optional<AccessibleWindow> window;  // nothing: the desktop lets nobody look
+    bool isKnown = true;                     // whether somebody could tell what is selected
 };
 
 class FileBrowser {

@@ -242,6 +242,29 @@ TEST_F(SelectionTest, IsNothingWithoutAnybodyToAsk) {
     EXPECT_FALSE(found.window);
 }
 
+TEST_F(SelectionTest, IsCopiedWhereNobodyTells) {
+    using Copied = session::DesktopIcons::Display::Files;
+    int copies = 0;
+    Copied copied = std::vector<std::string>{"/tmp/a"};
+    display.copied = [&](const std::function<void(const Copied&)>& done) {
+        ++copies;
+        loop.post([done, copied] { done(copied); });
+    };
+    show({bar(), icons({0})});
+    EXPECT_THAT(read().paths, ElementsAre(path("a.txt")));
+    EXPECT_EQ(copies, 0) << "the window tells by itself";
+    show({bar(), icons({})});
+    const auto found = read();
+    EXPECT_THAT(found.paths, ElementsAre("/tmp/a"));
+    EXPECT_TRUE(found.window && found.isKnown) << "where things lie is known all the same";
+    show({bar(), icons({0})}, showing | active, "editor");
+    EXPECT_THAT(read().paths, ElementsAre("/tmp/a"));
+    end(door);
+    EXPECT_THAT(read().paths, ElementsAre("/tmp/a"));
+    copied = std::nullopt;
+    EXPECT_FALSE(read().isKnown);
+}
+
 TEST_F(SelectionTest, SurvivesAProgramThatNeverAnswers) {
     show({bar(), icons({0})});
     files->on("GetRole", [](sd_bus_message*) { return 1; });

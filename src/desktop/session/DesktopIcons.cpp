@@ -13,7 +13,7 @@ namespace {
 
 constexpr Seconds staleAfter = 20;
 constexpr Seconds untilNextLook = 0.1;
-constexpr Seconds longestWithoutWindow = 2;
+constexpr Seconds longestWithoutWindow = 0.6;
 constexpr std::size_t mostObjects = 4000;
 constexpr std::size_t deepest = 9;
 constexpr double smallestIcon = 8;  // pixels
@@ -112,10 +112,10 @@ void DesktopIcons::readSelection(std::function<void(const FileSelection&)> done)
     selectionAsked_.push_back(std::move(done));
     if (selectionAsked_.size() > 1) return;  // one reading answers all
     withBus([this] {
-        if (!bus_) return tellSelection({});
+        if (!bus_) return copySelection({});
         // While the key that asks for this is down, no window may say that it is active.
         selectionGivenUp_ = loop_.now() + longestWithoutWindow;
-        selectionDeadline_ = loop_.timer(AccessibleWalk::longest, [this] { tellSelection({}); });
+        selectionDeadline_ = loop_.timer(AccessibleWalk::longest, [this] { copySelection({}); });
         walkSelection();
     });
 }
@@ -130,10 +130,23 @@ void DesktopIcons::walkSelection() {
                 if (!found.window && loop_.now() < selectionGivenUp_) {
                     selectionRetry_ = loop_.timer(untilNextLook, [this] { walkSelection(); });
                 } else {
-                    tellSelection(std::move(found));
+                    copySelection(std::move(found));
                 }
             }));
         });
+}
+
+/// What was seen tells at least where things lie.
+void DesktopIcons::copySelection(FileSelection seen) {
+    seen.isKnown = seen.window.has_value();
+    if (!seen.paths.empty() || !display_.copied) return tellSelection(std::move(seen));
+    ++selectionNumber_;
+    selectionDeadline_.cancel();
+    display_.copied(lifetime_.guard([this, seen](const Display::Files& files) mutable {
+        seen.isKnown = files.has_value();
+        if (files) seen.paths = *files;
+        tellSelection(std::move(seen));
+    }));
 }
 
 void DesktopIcons::tellSelection(FileSelection selection) {
@@ -173,7 +186,7 @@ void DesktopIcons::openBus(const std::string& address) {
             selectionWalk_.reset();
             loss_.reset();
             bus_.reset();
-            tellSelection({});
+            tellSelection({.isKnown = false});
         }));
     });
 }

@@ -27,6 +27,10 @@ public:
         std::function<Size()> screen;
         /// A rectangle of the display, in pixels with y downwards, in global points.
         std::function<Rect(Rect pixels)> toPoints;
+        /// Finds out which files are selected in the window in front where it does not tell
+        /// assistive programs, or that this cannot be found out. May be missing.
+        using Files = std::optional<std::vector<std::string>>;
+        std::function<void(std::function<void(const Files&)>)> copied = {};
     };
     DesktopIcons(EventRunLoop& loop, Bus& session, Display display);
     ~DesktopIcons();
@@ -47,6 +51,7 @@ private:
     void walk();
     void finish(std::vector<DesktopIcon> icons);
     void walkSelection();
+    void copySelection(FileSelection seen);
     void tellSelection(FileSelection selection);
 
     EventRunLoop& loop_;

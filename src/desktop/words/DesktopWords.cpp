@@ -98,9 +98,9 @@ constexpr std::array table{
     Row{"Lets it aim exactly at a file's icon in Finder windows and next to desktop widgets. "
         "Without it, it still deletes, just aimed less precisely. Turn on Quibbits in System "
         "Settings › Privacy & Security › Accessibility.",
-        "Lets it know which files are selected in your file manager, and aim exactly at their "
-        "icons. Without it, only dropping files onto a Quibbit deletes them. Turning it on makes "
-        "your programs tell what they show; those that are open take it up when they start again."},
+        "Lets it aim exactly at a file's icon. Without it, it still deletes, just aimed less "
+        "precisely. Turning it on makes your programs tell what they show; those that are open "
+        "take it up when they start again."},
     Row{"Open Settings", "Turn On"},
     Row{"Ask Now", "Turn On"},
     Row{"Allowed", "Ready"},

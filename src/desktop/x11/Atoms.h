@@ -67,6 +67,10 @@ enum class Atom {
     privateItem,
     dropTransfer,
     inPieces,
+    // the clipboard
+    clipboard,
+    targets,
+    clipboardTransfer,
     count,
 };
 
@@ -127,6 +131,9 @@ inline constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> 
     "com.quibbits.item",
     "_QUIBBITS_DROP",
     "INCR",
+    "CLIPBOARD",
+    "TARGETS",
+    "_QUIBBITS_CLIPBOARD",
 };
 static_assert(atomNames.back() != nullptr, "an atom has no name");
 

@@ -28,9 +28,9 @@ constexpr std::array services{
                  "Shows what your Quibbit has to tell you.",
                  "Notifications are lost. Install one, such as your desktop's own or dunst."},
     ServiceWords{SessionService::accessibility, "Accessibility",
-                 "Tells where your desktop files are and which files are selected.",
-                 "Off: desktop files are not climbed and the delete key does nothing. Turned on, "
-                 "programs that are open take it up when they start again."},
+                 "Tells where the files on your desktop and in your file manager lie.",
+                 "Off: desktop files are not climbed, and deleting is aimed less precisely. Turned "
+                 "on, programs that are open take it up when they start again."},
 };
 
 View serviceFact(const ServiceWords& words, bool there) {
