@@ -205,7 +205,7 @@ TEST(WhatIsOfNoUseHere, IsLeftOutWhole) {
     const views::View& section = *views::find(here, "focus section");
     EXPECT_FALSE(hasEmptyLine(section)) << "and nothing is left in its place";
     const auto texts = views::texts(section);
-    EXPECT_TRUE(std::ranges::find(texts, "quibbits quibbits://focus") != texts.end());
+    EXPECT_TRUE(std::ranges::find(texts, "quibbits focus") != texts.end());
 }
 
 void collectTexts(const Layer& layer, std::string& all) {

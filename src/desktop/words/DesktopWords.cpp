@@ -33,9 +33,8 @@ constexpr std::array table{
     Row{"1. Shortcuts › Automation › New Automation › Focus › pick the Focus › “When Turning On” › "
         "Run Immediately.",
         ""},
-    Row{"2. Add the “Open URLs” action with  quibbits://focus", "quibbits quibbits://focus"},
-    Row{"3. Make another for “When Turning Off” with  quibbits://unfocus",
-        "quibbits quibbits://unfocus"},
+    Row{"2. Add the “Open URLs” action with  quibbits://focus", "quibbits focus"},
+    Row{"3. Make another for “When Turning Off” with  quibbits://unfocus", "quibbits unfocus"},
     Row{"Open Shortcuts", ""},
 
     // A creature's page.
@@ -69,8 +68,6 @@ constexpr std::array table{
     Row{"Select files in Finder and press ⌥⌘⌫: zaps them into the Trash.",
         "Select files in your file manager and press Super+Alt+Backspace: zaps them into the "
         "Trash."},
-    Row{"`quibbits celebrate` sets off sparks all around.",
-        "`quibbits quibbits://celebrate` sets off sparks all around."},
 
     // The welcome guide.
     Row{"The Homeball in your menu bar", "The Homeball in your tray"},
