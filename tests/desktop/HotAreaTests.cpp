@@ -63,6 +63,8 @@ TEST(HotArea, TakingTheMouseIsNeededOnlyOutsideTheHotArea) {
 
 TEST(DropData, OnlyFilesOfThisMachineAreTaken) {
     using Files = std::vector<std::string>;
+    EXPECT_EQ(filesOfUriList(std::string("file:///a\0", 10)), std::vector<std::string>{"/a"});
+    EXPECT_TRUE(filesOfUriList(std::string("file:///a\0b", 11)).empty());
     EXPECT_EQ(filesOfUriList("file:///a\nfile:/b\r\nfile://localhost/c%25d\n"),
               (Files{"/a", "/b", "/c%d"}));
     EXPECT_EQ(filesOfUriList("file://elsewhere.example/a\nsmb://x/a\nfile:relative\nfile://\n"

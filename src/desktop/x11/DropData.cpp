@@ -57,6 +57,7 @@ std::optional<std::string> fileOfUri(std::string_view uri) {
 
 std::vector<std::string> filesOfUriList(std::string_view list) {
     std::vector<std::string> files;
+    while (list.ends_with('\0')) list.remove_suffix(1);  // as C ends a text
     while (!list.empty()) {
         const auto end = std::min(list.find_first_of("\r\n"), list.size());
         if (auto file = fileOfUri(list.substr(0, end))) files.push_back(std::move(*file));
