@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -53,12 +54,28 @@ void Window::begin(const views::WindowSpec& spec) {
     }
 }
 
+/// Where Tab would lead from here.
+QWidget* Window::nextStop() const {
+    QWidget* here = focusWidget();
+    if (!here) return nullptr;
+    const auto isStop = [](const QWidget* widget) {
+        return (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isVisible() &&
+               widget->isEnabled();
+    };
+    QWidget* next = here->nextInFocusChain();
+    while (next != here && !isStop(next)) next = next->nextInFocusChain();
+    return next == here ? nullptr : next;
+}
+
 void Window::showTree(views::View tree) {
+    const QPointer<QWidget> next = nextStop();
     if (tree_.show(std::move(tree))) {
         box_->addWidget(tree_.top());
         tree_.top()->setVisible(true);
     }
     tree_.orderStops();
+    // What had the keyboard may be gone, as a row that the user has just removed.
+    if (!focusWidget() && next && next->window() == this) next->setFocus(Qt::OtherFocusReason);
     if (!isVisible()) bringToFront();
 }
 

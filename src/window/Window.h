@@ -35,6 +35,7 @@ protected:
 
 private:
     void fitToScreen();
+    QWidget* nextStop() const;
     bool scrolls(int key);
 
     ViewTree tree_;

@@ -222,6 +222,25 @@ TEST_F(TheWindow, APageThatGoesAwayHandsTheKeyboardToNobody) {
     EXPECT_TRUE(!focused || focused->accessibleName() != "Party");
 }
 
+TEST_F(TheWindow, TheKeyboardGoesOnWhenItsRowIsRemoved) {
+    const auto row = [](const char* id) {
+        return View{.content = Button{.title = "", .symbol = "minus.circle"},
+                    .id = id,
+                    .spoken = std::string("Remove ") + id};
+    };
+    const auto list = [](Views rows) {
+        return View{.content = Form{},
+                    .children = {{.content = Section{"Apps"}, .id = "s", .children = rows}}};
+    };
+    show(list({row("a"), row("b"), row("c")}));
+    for (auto* button : all<QPushButton>()) {
+        if (button->accessibleName() == "Remove b") button->setFocus(Qt::TabFocusReason);
+    }
+    show(list({row("a"), row("c")}));
+    ASSERT_TRUE(QApplication::focusWidget());
+    EXPECT_EQ(QApplication::focusWidget()->accessibleName(), "Remove c");
+}
+
 // Assistive programs
 // --------------------------------------------------------------------------------
 
