@@ -25,6 +25,7 @@ QPushButton:hover, QComboBox:hover, QToolButton#step:hover { border-color: palet
 QPushButton:pressed, QToolButton#step:pressed { background: palette(midlight); }
 QPushButton:disabled, QComboBox:disabled, QToolButton#step:disabled {
     color: palette(placeholder-text); }
+QPushButton, QToolButton, QComboBox, QTabBar, QListWidget { outline: none; }
 QPushButton:flat { border: none; background: transparent; padding: 2px 6px; }
 QPushButton#primary { background: palette(highlight); color: palette(highlighted-text);
     border-color: palette(highlight); }
