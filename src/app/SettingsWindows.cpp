@@ -23,7 +23,7 @@ void AppDelegate::joinKeyboard() {
     dial_->onGive = [this](Item item) {
         for (const auto& creature : party_) {
             if (!creature->presence().isOut() || creature->stage() == Stage::egg) continue;
-            if (const auto take = creature->pet().onItem) return take(item);
+            return creature->received(item);
         }
     };
 }

@@ -30,7 +30,7 @@ constexpr double shortestSwing = 8;  // points of a drag step that counts
 bool Pet::isAirborne() const {
     const Point at = position();
     const auto below = surfaceIndex(at);
-    return at.y > (below ? ground[*below].y : 0) + standing;
+    return at.y > (below ? ground()[*below].y : 0) + standing;
 }
 
 void Pet::travel(Point to, const Gait& gait, Done done) {
@@ -56,7 +56,7 @@ void Pet::travel(Point to, const Gait& gait, Done done) {
 
 void Pet::walk(double toX, const Anim& anim, double speed, double animSpeed, Done done) {
     const Point here = position();
-    const double x = walkArea.clamp(toX);
+    const double x = walkArea().clamp(toX);
     const double way = std::abs(x - here.x);
     if (way <= standing) return done();
     face(here.x < x);
@@ -92,16 +92,16 @@ void Pet::move(Point to, Motion motion, Done done) {
             if (!finished || token_ != started) return;
             constexpr Seconds toTheOtherSide = 0.3;  // of the head, where it has got too high
             glideSpeech(keepSpeechInSight(position()), toTheOtherSide);
-            if (!onMoved()) return;
+            if (!events_.onMoved()) return;
             if (done) done();
         }));
 }
 
 double Pet::fall(Falling how, Done done) {
     const Point from = position();
-    const double x = walkArea.clamp(from.x);
+    const double x = walkArea().clamp(from.x);
     const auto below = surfaceIndex({x, from.y});
-    const Point floor{x, below ? ground[*below].y : 0};
+    const Point floor{x, below ? ground()[*below].y : 0};
     const double height = from.y - floor.y;
     if (height <= standing) {
         move(floor, {.duration = 0.1}, std::move(done));
@@ -121,8 +121,8 @@ double Pet::fall(Falling how, Done done) {
 
 Point Pet::inFront(Vector artPixels) const {
     const Point here = position();
-    const double side = (facingRight ? artPixels.dx : -artPixels.dx) * scale_;
-    const Range screen{walkArea.lo - sideMargin, walkArea.hi + sideMargin};
+    const double side = (facesRight_ ? artPixels.dx : -artPixels.dx) * scale_;
+    const Range screen{walkArea().lo - sideMargin, walkArea().hi + sideMargin};
     const double x = screen.contains(here.x + side) ? here.x + side : here.x - side;
     return {x, here.y + artPixels.dy * scale_};
 }

@@ -88,8 +88,18 @@ void Pet::interrupt() {
     node_->setPosition(seen);
 }
 
+void Pet::enter(StageAccess stage, Terrain terrain) {
+    stage_ = std::move(stage);
+    terrain_ = std::move(terrain);
+}
+
+void Pet::setTerrain(Terrain terrain) {
+    terrain_ = std::move(terrain);
+    events_.onGroundChanged();
+}
+
 void Pet::face(bool right) {
-    facingRight = right;
+    facesRight_ = right;
     const Transaction still(engine_, Transaction::withoutActions());
     sprite_->setTransform(right ? Transform{} : Transform::mirrored());
 }

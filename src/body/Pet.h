@@ -1,7 +1,7 @@
 #pragma once
 // A creature's body on the stage: a small tree of layers, and the operations that play animations,
 // walk, jump, fall, speak and sparkle. It knows nothing of needs or decisions; a creature drives it
-// and hears its events through the callbacks. It lives as long as its creature.
+// and hears its events through `PetEvents`. It lives as long as its creature.
 //
 // Positions are in stage coordinates. The position of the body is its foot point: the spot on the
 // ground under the middle of its feet. While a motion runs, the model is already at the target, so
@@ -34,6 +34,43 @@ struct Gait {
     double animSpeed = 1;  // of the walk animation
 };
 
+/// What a body knows of the stage on which it stands.
+struct Terrain {
+    std::vector<Ground> ground;  // base rows first, then desktop icons
+    bool iconsKnown = true;      // false until the desktop's icons have been read
+    Range walkArea;              // where the foot point may go, sideMargin inside the screen
+    double ceiling = 0;          // highest y that a flying creature may use
+    double skyline = std::numeric_limits<double>::infinity();  // y where the screen ends
+};
+
+/// What a body can ask of its stage.
+struct StageAccess {
+    std::function<std::vector<Ground>()> openSpots = [] { return std::vector<Ground>{}; };
+    std::function<bool(Point)> isVisible = [](Point) { return true; };
+    std::function<std::optional<Rect>()> frontWindow = [] { return std::nullopt; };
+    std::function<std::optional<Point>(const std::string& path)> iconCenter =
+        [](const std::string&) { return std::nullopt; };
+    /// Opens the creature's menu above it.
+    std::function<void()> showMenu = [] {};
+};
+
+/// What happens to a body, for the creature to which it belongs. Points are in stage coordinates.
+struct PetEvents {
+    std::function<void(Point)> onHover = [](Point) {};  // the pointer moved over it, no button down
+    std::function<void(Point)> onCursor = [](Point) {};    // it moved anywhere, no button down
+    std::function<void()> onPickUp = [] {};                // the left button went down on it
+    std::function<void()> onDrop = [] {};                  // it was let go
+    std::function<void(Item)> onItem = [](Item) {};        // an item was dropped on it
+    std::function<void(Point)> onItemNear = [](Point) {};  // an item is being dragged nearby
+    /// Files were dropped on it.
+    std::function<void(const std::vector<std::string>& paths)> onZap = [](const auto&) {};
+    std::function<std::optional<Menu>()> onMenu = [] { return std::optional<Menu>(); };
+    std::function<void()> onGroundChanged = [] {};  // the stage has handed out new ground
+    /// A motion has ended. False when somebody has taken the body over, so that what was to follow
+    /// does not.
+    std::function<bool()> onMoved = [] { return true; };
+};
+
 class Pet {
 public:
     /// Points of the screen at either side that the foot point keeps away from.
@@ -45,36 +82,26 @@ public:
     Pet(const Pet&) = delete;
     Pet& operator=(const Pet&) = delete;
 
-    // The world, as the stage tells it.
-    std::vector<Ground> ground;  // base rows first, then desktop icons
-    bool iconsKnown = true;      // false until the desktop's icons have been read
-    Range walkArea;              // where the foot point may go, sideMargin inside the screen
-    double ceiling = 0;          // highest y that a flying creature may use
-    double skyline = std::numeric_limits<double>::infinity();  // y where the screen ends
-    std::function<std::optional<Rect>()> frontWindow = [] { return std::nullopt; };
-    std::function<std::vector<Ground>()> openSpots = [] { return std::vector<Ground>{}; };
-    std::function<bool(Point)> isVisible = [](Point) { return true; };
-    std::function<std::optional<Point>(const std::string& path)> iconCenter =
-        [](const std::string&) { return std::nullopt; };
-    std::function<void()> showMenu;  // opens the creature's menu above it
+    // Where it stands.
 
-    // What happens to the body. Points are in stage coordinates.
-    std::function<void(Point)> onHover;     // the pointer moved over this creature, no button down
-    std::function<void(Point)> onCursor;    // the pointer moved anywhere, no button down
-    std::function<void()> onPickUp;         // the left button went down on it
-    std::function<void()> onDrop;           // it was let go
-    std::function<void(Item)> onItem;       // an item was dropped on it
-    std::function<void(Point)> onItemNear;  // an item is being dragged nearby
-    std::function<void(const std::vector<std::string>& paths)> onZap;  // files were dropped on it
-    std::function<std::optional<Menu>()> onMenu;
-    std::function<void()> onGroundChanged;  // the stage has handed out new ground
-    /// A motion has ended. False when somebody has taken the body over, so that what was to follow
-    /// does not.
-    std::function<bool()> onMoved = [] { return true; };
+    /// Comes onto a stage; it is told of nothing yet.
+    void enter(StageAccess stage, Terrain terrain);
+    /// The stage has other ground; the creature is told.
+    void setTerrain(Terrain terrain);
+    const Terrain& terrain() const { return terrain_; }
+    const std::vector<Ground>& ground() const { return terrain_.ground; }
+    const Range& walkArea() const { return terrain_.walkArea; }
+    const StageAccess& stage() const { return stage_; }
 
-    bool interactive = true;  // false lets the mouse through
-    bool canLeap = true;      // knows how to jump high
-    bool facingRight = true;
+    /// Whom it belongs to.
+    void listen(PetEvents events) { events_ = std::move(events); }
+    const PetEvents& events() const { return events_; }
+    /// Whether the mouse reaches it; else it lets the mouse through.
+    void setInteractive(bool on) { interactive_ = on; }
+    bool isInteractive() const { return interactive_; }
+    /// Whether it knows how to jump high.
+    void setCanLeap(bool can) { canLeap_ = can; }
+    bool facesRight() const { return facesRight_; }
 
     // The layers. The root's position is the foot point.
     Layer& node() const { return *node_; }
@@ -117,15 +144,15 @@ public:
 
     // Moving.
 
-    double floorY(double atX) const { return quibbits::floorY(ground, atX); }
+    double floorY(double atX) const { return quibbits::floorY(ground(), atX); }
     std::optional<std::size_t> surfaceIndex(Point under) const {
-        return quibbits::surfaceIndex(ground, under);
+        return quibbits::surfaceIndex(ground(), under);
     }
     /// More than a point above the surface beneath it.
     bool isAirborne() const;
-    JumpAbility jumpAbility() const { return {scale_, canLeap}; }
+    JumpAbility jumpAbility() const { return {scale_, canLeap_}; }
     std::optional<Route> route(std::size_t from, std::size_t to) const {
-        return quibbits::route(ground, from, to, jumpAbility());
+        return quibbits::route(ground(), from, to, jumpAbility());
     }
     /// Walks and jumps to a point. Without a way there the body stays and is done at once.
     void travel(Point to, const Gait& gait, Done done);
@@ -251,6 +278,13 @@ private:
     int bubbleTurn_ = 0;
     Speech speech_;           // without bounds while nothing is shown
     double enlargement_ = 1;  // of the node, as bubbles are placed for
+
+    Terrain terrain_;
+    StageAccess stage_;
+    PetEvents events_;
+    bool interactive_ = true;
+    bool canLeap_ = true;
+    bool facesRight_ = true;
 
     int token_ = 0;
     Beginnings begun_;

@@ -141,7 +141,7 @@ Vector Pet::shiftIntoSight(Rect bubble, Point from, Point to) const {
     constexpr double margin = 4;      // points kept free at the screen's edges
     constexpr double underFeet = 10;  // points between the feet and a bubble beneath them
     Vector shift;
-    const Range across{walkArea.lo - sideMargin + margin, walkArea.hi + sideMargin - margin};
+    const Range across{walkArea().lo - sideMargin + margin, walkArea().hi + sideMargin - margin};
     if (across.width() >= bubble.width) {
         const auto right = [&](double x) { return std::max(across.lo - x - bubble.minX(), 0.0); };
         const auto left = [&](double x) { return std::min(across.hi - x - bubble.maxX(), 0.0); };
@@ -151,7 +151,7 @@ Vector Pet::shiftIntoSight(Rect bubble, Point from, Point to) const {
         shift.dx = wholeWay ? in + back : right(to.x) + left(to.x);
     }
     const double y = std::min(from.y, to.y);
-    const double over = y + bubble.maxY() - (skyline - margin);
+    const double over = y + bubble.maxY() - (terrain_.skyline - margin);
     if (over <= 0) return shift;
     const double beneath = bubble.maxY() + underFeet;
     shift.dy = y + bubble.minY() - beneath >= margin ? -beneath : -over;

@@ -41,7 +41,7 @@ void Companion::toggleBall(Point from) {
     if (stage() == Stage::egg) return hatch(from);
     demoRunning_ = false;
     presence_.wake();
-    pet_.interactive = false;
+    pet_.setInteractive(false);
     if (presence_.isOut())
         goIn();
     else
@@ -69,7 +69,7 @@ void Companion::comeOut(Point from) {
     hiddenForCall_ = false;  // whoever let it out
     pet_.interrupt();
     const Point spot = summonSpot();
-    const bool right = pet_.walkArea.lo + lookAlongThrow * pet_.scale() < spot.x;
+    const bool right = pet_.walkArea().lo + lookAlongThrow * pet_.scale() < spot.x;
     pet_.face(right);
     pet_.hold(a().idle, 0);
     const double aside = ballAside * pet_.scale();
@@ -84,7 +84,7 @@ void Companion::comeOut(Point from) {
 
 void Companion::becomeFree() {
     presence_.arrive();
-    pet_.interactive = true;
+    pet_.setInteractive(true);
     lastMood_ = mood();
     habitat_.onPlaceChanged();
 }
@@ -105,9 +105,9 @@ void Companion::comeOutRoutine(Done done) {
 }
 
 Point Companion::summonSpot() const {
-    const double middle = pet_.walkArea.middle();
+    const double middle = pet_.walkArea().middle();
     std::optional<Ground> nearest;
-    for (const Ground& spot : pet_.openSpots()) {
+    for (const Ground& spot : pet_.stage().openSpots()) {
         if (!spot.solid || spot.span.width() <= wideSpot) continue;
         if (!nearest || distanceTo(spot.span, middle) < distanceTo(nearest->span, middle)) {
             nearest = spot;
@@ -122,13 +122,13 @@ Point Companion::summonSpot() const {
 
 void Companion::hatch(Point from) {
     presence_.comeOut();
-    pet_.interactive = false;
+    pet_.setInteractive(false);
     rollAnew();
     save();
     refreshMoves();
     pet_.face(true);
     pet_.hold(a().idle, 0);
-    const double x = pet_.walkArea.middle();
+    const double x = pet_.walkArea().middle();
     habitat_.fx->hatch(pet_, from, {x, pet_.floorY(x)}, pet_.lifetime().guard([this] {
         becomeFree();
         lastThought_ = mark();
@@ -138,9 +138,8 @@ void Companion::hatch(Point from) {
 }
 
 void Companion::rollAnew() {
-    identity_ = Identity::hatched(firstStage(), random(), computer().defaults.boolean("QuibShiny"));
+    become(Identity::hatched(firstStage(), random(), computer().defaults.boolean("QuibShiny")));
     needs_.beginAnew();
-    changeSheets();
 }
 
 void Companion::introduceItself() {
@@ -167,9 +166,8 @@ void Companion::restart() {
     presence_.wake();
     hiddenForCall_ = false;
     pendingEvolution_.reset();
-    identity_ = identity_.asEgg();
+    become(identity_.asEgg());
     needs_.meetAnew();
-    changeSheets();
     save();
     stayIn();
     habitat_.onPlaceChanged();
@@ -181,7 +179,7 @@ void Companion::offerEvolution(const Evolution& evolution, bool askNow) {
     if (pendingEvolution_ && !askNow) return;
     pendingEvolution_ = evolution;
     if (askNow) {
-        if (pet_.showMenu) pet_.showMenu();
+        pet_.stage().showMenu();
         return;
     }
     feel(Face::inspired,
@@ -212,7 +210,7 @@ void Companion::evolve(const Evolution& evolution) {
         return;
     }
     presence_.beginToEvolve();
-    pet_.interactive = false;
+    pet_.setInteractive(false);
     stop([this, evolution, oldName = name(), knewBefore = known()] {
         const Sheets before = a();
         const Sheets after(computer().resources,
@@ -235,7 +233,7 @@ void Companion::evolve(const Evolution& evolution) {
              })},
             [this] {
                 presence_.haveEvolved();
-                pet_.interactive = true;
+                pet_.setInteractive(true);
                 think();
                 habitat_.onPlaceChanged();
             });
@@ -261,9 +259,10 @@ Step Companion::flicker(const Sheets& before, const Sheets& after) {
 
 void Companion::transform(const Evolution& evolution, const Sheets& sheets) {
     if (light_) light_->removeFromSuperlayer();
-    identity_.stage = evolution.to;
-    identity_.form = evolution.form;
-    changeSheets(sheets);
+    Identity grown = identity_;
+    grown.stage = evolution.to;
+    grown.form = evolution.form;
+    become(std::move(grown), sheets);
     save();
     refreshMoves();
     pet_.hold(a().idle, 0);

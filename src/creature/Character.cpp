@@ -45,6 +45,11 @@ void Character::embody() {
     setHidden(!presence_.isOut());
 }
 
+void Character::become(Identity identity, std::optional<Sheets> sheets) {
+    identity_ = std::move(identity);
+    sheets_ = std::move(sheets);
+}
+
 void Character::setHidden(bool hidden) {
     const Transaction still(world_.layers, Transaction::withoutActions());
     pet_.node().setHidden(hidden);

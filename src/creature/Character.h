@@ -117,8 +117,8 @@ protected:
     /// of a creature that is out. For when the species' overrides answer.
     void embody();
     void setHidden(bool hidden);
-    /// The sheets are another form's.
-    void changeSheets(std::optional<Sheets> sheets = std::nullopt) { sheets_ = std::move(sheets); }
+    /// Becomes somebody else; of the sheets given, or of those that its form asks for.
+    void become(Identity identity, std::optional<Sheets> sheets = std::nullopt);
     /// It has shown a bubble.
     virtual void uttered(const Utterance&) {}
 

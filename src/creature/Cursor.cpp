@@ -51,7 +51,7 @@ void Companion::watch(Point point) {
         else if (-way.dy > steepness * std::abs(way.dx))
             seen = Gaze::down;
         attention_.watch(now());
-        const bool behindIt = (way.dx > 0) != pet_.facingRight;
+        const bool behindIt = (way.dx > 0) != pet_.facesRight();
         if (std::abs(way.dx) > besideIt && behindIt) pet_.face(way.dx > 0);
         react(point);
     }

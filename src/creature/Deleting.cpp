@@ -44,7 +44,7 @@ void Companion::strikeNext() {
     const auto next = std::ranges::find(doomed_, false, &Doomed::launched);
     if (next != doomed_.end()) {
         const Doomed file = *next;
-        return strikeFile(file.path, file.place ? file.place : pet_.iconCenter(file.path),
+        return strikeFile(file.path, file.place ? file.place : pet_.stage().iconCenter(file.path),
                           [this] { strikeNext(); });
     }
     boast([this] {

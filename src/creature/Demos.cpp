@@ -44,8 +44,8 @@ void Companion::playScene(std::vector<Step> steps) {
 
 /// Up onto the dock from the left, and down on its other side.
 void Companion::dockDemo() {
-    if (pet_.ground.size() != 3) return think();
-    const Ground dock = pet_.ground[1];
+    if (pet_.ground().size() != 3) return think();
+    const Ground dock = pet_.ground()[1];
     pet_.drag({dock.span.lo - 160, 0});
     playScene({sitting(2), going({.to = {dock.span.lo + 120, dock.y}, .speed = 60}), sitting(1.5),
                going({.to = {dock.span.hi + 120, 0}, .speed = 90}), sitting(2)});
@@ -54,8 +54,8 @@ void Companion::dockDemo() {
 /// A visit to the nearest file of the desktop and to the highest of those about it.
 void Companion::filesDemo() {
     constexpr Seconds iconsReadWithin = 3;
-    pet_.openSpots();  // has the desktop's icons read
-    if (pet_.iconsKnown) return visitFiles();
+    pet_.stage().openSpots();  // has the desktop's icons read
+    if (pet_.terrain().iconsKnown) return visitFiles();
     demoRunning_ = true;  // while it waits, too
     pet_.after(iconsReadWithin, [this] {
         demoRunning_ = false;
@@ -64,9 +64,9 @@ void Companion::filesDemo() {
 }
 
 void Companion::visitFiles() {
-    pet_.openSpots();
+    pet_.stage().openSpots();
     std::vector<Ground> icons;
-    std::ranges::copy_if(pet_.ground, std::back_inserter(icons),
+    std::ranges::copy_if(pet_.ground(), std::back_inserter(icons),
                          [](const Ground& row) { return !row.solid; });
     const auto reachable = canReach(icons);
     std::vector<Ground> files;
@@ -86,7 +86,7 @@ void Companion::visitFiles() {
         return going({.to = {file.span.middle(), file.y}, .speed = 70});
     };
     playScene({onto(first), sitting(2), onto(second), sitting(between(3, 6)),
-               going({.to = {pet_.walkArea.hi - fromTheEdge, 0}, .speed = 70})});
+               going({.to = {pet_.walkArea().hi - fromTheEdge, 0}, .speed = 70})});
 }
 
 /// Picked up and dropped again and again, without a hand.

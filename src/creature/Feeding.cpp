@@ -133,7 +133,7 @@ void Companion::lickUp(Item item, const Anim& licking, const Nibble& tongue, Don
     const Image& picture = Pixels::item(item);
     const double scale = pet_.scale();
     pet_.faceTowards(pet_.inFront({tongue.mouth.x, tongue.mouth.y}));  // not off the screen
-    const double ahead = pet_.facingRight ? 1 : -1;
+    const double ahead = pet_.facesRight() ? 1 : -1;
     const Seconds once = licking.duration;
     const LayerRef food = pet_.holdFood(
         {.image = picture, .bites = licks, .over = once * licks, .at = tongue.mouth.y});

@@ -43,7 +43,7 @@ void Companion::dropped() {
     dizzyNext_ = pet_.swings() > dizzySwings;
     const Point here = pet_.position();
     const auto below = pet_.surfaceIndex(here);
-    const double height = here.y - (below ? pet_.ground[*below].y : 0);
+    const double height = here.y - (below ? pet_.ground()[*below].y : 0);
     // The pointer that let it go lies on it, and petting would cut short how it lands.
     attention_.petAgainIn(pettableAgainIn, now());
     habitat_.onPlaceChanged();

@@ -46,9 +46,9 @@ Step Companion::move(const std::string& name) {
 void Companion::tumble(Done done) {
     const Point here = pet_.position();
     const auto under = pet_.surfaceIndex(here);
-    const Range span = under ? pet_.ground[*under].span : Range{here.x, here.x};
+    const Range span = under ? pet_.ground()[*under].span : Range{here.x, here.x};
     const double way = tumbleWay * pet_.scale();
-    const double target = here.x + (pet_.facingRight ? way : -way);
+    const double target = here.x + (pet_.facesRight() ? way : -way);
     const Range room{span.lo + tumbleMargin, span.hi - tumbleMargin};
     const double x = room.width() > 0 ? room.clamp(target) : here.x;
     pet_.play(a().tumble, 1);
@@ -84,9 +84,9 @@ void Companion::victoryLap(Done done) {
     pet_.sparks(16, 0.4);
     const Point start = pet_.position();
     const auto under = pet_.surfaceIndex(start);
-    const Range span = under ? pet_.ground[*under].span : Range{start.x, start.x};
+    const Range span = under ? pet_.ground()[*under].span : Range{start.x, start.x};
     const Range room{span.lo + lapMargin, span.hi - lapMargin};
-    const double x = room.clamp(start.x + (pet_.facingRight ? lapWay : -lapWay));
+    const double x = room.clamp(start.x + (pet_.facesRight() ? lapWay : -lapWay));
     const auto running = [this](Point to) {
         return going({.to = to, .speed = 140, .animSpeed = 1.6});
     };
@@ -131,13 +131,14 @@ void Companion::bob() {
 void Companion::levitate(Air air, Done done) {
     const double head = headHeight * pet_.scale();
     const auto isFreeAir = [&](Point stop) {
-        return air == Air::any || (pet_.isVisible(stop) && pet_.isVisible(stop + Vector{0, head}));
+        return air == Air::any ||
+               (pet_.stage().isVisible(stop) && pet_.stage().isVisible(stop + Vector{0, head}));
     };
     const Point here = pet_.position();
     std::vector<Point> stops{{here.x, here.y + between(70, 180)}};
     if (!isFreeAir(stops.front())) return sit(between(3, 6), std::move(done));
     for (std::size_t more = 2 + random().index(3); more > 0; --more) {
-        const double x = pet_.walkArea.clamp(stops.back().x + between(-260, 260));
+        const double x = pet_.walkArea().clamp(stops.back().x + between(-260, 260));
         const Point stop{x, stops.front().y + between(-40, 40)};
         if (isFreeAir(stop)) stops.push_back(stop);
     }

@@ -29,20 +29,21 @@ void Companion::awaken() {
 
 void Companion::joinBody() {
     // The body is a part of the creature, so these may name it plainly.
-    pet_.onHover = [this](Point at) { cursorNearby(at); };
-    pet_.onCursor = [this](Point at) { watch(at); };
-    pet_.onItem = [this](Item item) { received(item); };
-    pet_.onItemNear = [this](Point at) { itemNear(at); };
-    pet_.onMoved = [this] { return findFeet(); };
+    pet_.listen({
+        .onHover = [this](Point at) { cursorNearby(at); },
+        .onCursor = [this](Point at) { watch(at); },
+        .onPickUp = [this] { pickedUp(); },
+        .onDrop = [this] { dropped(); },
+        .onItem = [this](Item item) { received(item); },
+        .onItemNear = [this](Point at) { itemNear(at); },
+        .onZap = [this](const std::vector<std::string>& paths) { zap(paths); },
+        .onMenu = [this] { return menu(); },
+        // The ground may change while the creature thinks; it looks down afterwards.
+        .onGroundChanged =
+            [this] { pet_.runLoop().post(pet_.lifetime().guard([this] { groundChanged(); })); },
+        .onMoved = [this] { return findFeet(); },
+    });
     subscriptions_.push_back(computer().workspace.activated.subscribe([this] { glance(); }));
-    pet_.onMenu = [this] { return menu(); };
-    pet_.onZap = [this](const std::vector<std::string>& paths) { zap(paths); };
-    pet_.onPickUp = [this] { pickedUp(); };
-    pet_.onDrop = [this] { dropped(); };
-    // The ground may change while the creature thinks; it looks down afterwards.
-    pet_.onGroundChanged = [this] {
-        pet_.runLoop().post(pet_.lifetime().guard([this] { groundChanged(); }));
-    };
 }
 
 void Companion::stayIn() {

@@ -51,6 +51,8 @@ void Companion::think() {
     greetTheDay();
     chargeSparks_.end();
     if (!pet_.surfaceIndex(pet_.position())) standUp();  // the ground changed while it was busy
+    // Looking about may show that what it stood on is no longer there.
+    const std::vector<Ground> spots = pet_.stage().openSpots();
     if (pet_.isAirborne()) return comeDownAndThink();
     const Mood present = mood();
     if (present == Mood::fainted) {
@@ -60,8 +62,6 @@ void Companion::think() {
     presence_.comeRound();  // power may have come back while it was held or asleep
     if (present == Mood::charging) needs_.rest(chargedByThinking);
 
-    const std::vector<Ground> spots = pet_.openSpots();
-    if (pet_.isAirborne()) return comeDownAndThink();  // what it stood on is no longer there
     std::vector<Ground> tiles;
     std::ranges::copy_if(spots, std::back_inserter(tiles), [](auto& g) { return !g.solid; });
     Surroundings seen{.spots = spots, .newFile = noticeNewFiles(tiles)};
@@ -107,7 +107,7 @@ Mind Companion::makeMind(const Surroundings& seen) const {
             .newFile = seen.newFile.has_value(),
             .filesToExplore = seen.file.has_value(),
             .cursorReachable = seen.cursorSpot.has_value(),
-            .openAir = floats() && pet_.isVisible(above),
+            .openAir = floats() && pet_.stage().isVisible(above),
             .canPlay = !unlockedMoves().empty(),
             .knowsChargeOrb = knows("Charge Orb"),
             .knowsPsychic = knows("Psychic"),

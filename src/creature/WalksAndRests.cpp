@@ -26,7 +26,7 @@ constexpr Seconds lookAgain = 2;
 
 std::optional<Point> Companion::strollTarget(const std::vector<Ground>& spots,
                                              double within) const {
-    return quibbits::strollTarget(pet_.position(), pet_.ground, spots, within, random());
+    return quibbits::strollTarget(pet_.position(), pet_.ground(), spots, within, random());
 }
 
 void Companion::go(const Walk& walk, Done done) {
@@ -46,7 +46,7 @@ void Companion::stroll(Point to, Done done) {
 }
 
 void Companion::trudge(Done done) {
-    const auto target = strollTarget(pet_.openSpots(), trudgeRadius);
+    const auto target = strollTarget(pet_.stage().openSpots(), trudgeRadius);
     if (target) return go({.to = *target, .speed = 25, .animSpeed = 0.5}, std::move(done));
     rest(std::move(done));
 }
@@ -139,7 +139,7 @@ void Companion::explore(const Ground& file, Done done) {
 void Companion::climbOn(const Ground& from, Done done) {
     if (needs().energy <= climbEnergy || !random().coin()) return done();
     std::vector<Ground> higher;
-    for (const Ground& spot : pet_.openSpots()) {
+    for (const Ground& spot : pet_.stage().openSpots()) {
         if (spot.solid || spot.y <= from.y + 1) continue;
         if (distance(spot.middle(), from.middle()) < climbReach) higher.push_back(spot);
     }
@@ -158,7 +158,7 @@ std::vector<bool> Companion::canReach(const std::vector<Ground>& files) const {
     std::vector<bool> answers(files.size(), false);
     const auto here = pet_.surfaceIndex(pet_.position());
     if (!here || files.empty()) return answers;
-    const auto found = reachable(pet_.ground, *here, pet_.jumpAbility());
+    const auto found = reachable(pet_.ground(), *here, pet_.jumpAbility());
     for (std::size_t i = 0; i < files.size(); ++i) {
         const auto surface = pet_.surfaceIndex(files[i].middle());
         answers[i] = surface && found[*surface];
@@ -167,8 +167,8 @@ std::vector<bool> Companion::canReach(const std::vector<Ground>& files) const {
 }
 
 std::optional<Ground> Companion::noticeNewFiles(const std::vector<Ground>& tiles) {
-    if (!pet_.iconsKnown) return std::nullopt;
-    const std::vector<Ground> fresh = files_.look(pet_.ground);
+    if (!pet_.terrain().iconsKnown) return std::nullopt;
+    const std::vector<Ground> fresh = files_.look(pet_.ground());
     const auto reach = canReach(fresh);
     for (std::size_t i = 0; i < fresh.size(); ++i) {
         const bool inSight = std::ranges::any_of(tiles, [&](const Ground& tile) {

@@ -88,10 +88,10 @@ bool Companion::hasLostGround() const {
 /// Puts it on its feet where it is, or as near to that as it can stand.
 void Companion::standUp() {
     const Point here = pet_.position();
-    const double x = pet_.walkArea.clamp(here.x);
+    const double x = pet_.walkArea().clamp(here.x);
     const auto below = pet_.surfaceIndex({x, here.y});
     bobbing_.end();
-    pet_.drag({x, below ? pet_.ground[*below].y : pet_.floorY(x)});
+    pet_.drag({x, below ? pet_.ground()[*below].y : pet_.floorY(x)});
 }
 
 void Companion::powerChanged() {

@@ -98,7 +98,7 @@ void BallFX::hide() {
 void BallFX::recall(Pet& pet, Done done) {
     const auto guest = begin(pet);
     const Point body = pet.position();
-    const double side = pet.facingRight ? beside : -beside;
+    const double side = pet.facesRight() ? beside : -beside;
     const Point at{body.x + side * px_, body.y + ballHeight * px_};
     const Ball ball = makeBall(at);
     ball.node->add({.keyPath = KeyPath::transformScale,
@@ -289,9 +289,10 @@ void BallFX::form(Pet& pet, Point at) {
          .motion = KeyframeMotion{.values = values({0.1, 1.12, 1}), .keyTimes = {0, 0.75, 1}},
          .timing = {.duration = 0.4}},
         "grow");
-    after(0.45, [&pet, light] {
+    const std::function<void()> sparkle = pet.lifetime().guard([&pet] { pet.sparks(16, 0.3); });
+    after(0.45, [light, sparkle] {
         light->setOpacity(0);
-        pet.sparks(16, 0.3);
+        sparkle();
     });
     after(0.8, [light] { light->removeFromSuperlayer(); });
 }

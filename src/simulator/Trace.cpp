@@ -134,7 +134,7 @@ void Trace::position(const Companion& creature) {
                        {"x", brief(at.x)},
                        {"y", brief(at.y)},
                        {"out", creature.presence().isOut()},
-                       {"facing", creature.pet().facingRight ? "right" : "left"}});
+                       {"facing", creature.pet().facesRight() ? "right" : "left"}});
 }
 
 }  // namespace quibbits

@@ -138,7 +138,7 @@ void Sparrel::didLevelUp() {
 }
 
 void Sparrel::refreshMoves() {
-    pet_.canLeap = knows("Fleet Dash");
+    pet_.setCanLeap(knows("Fleet Dash"));
 }
 
 void Sparrel::petted() {
@@ -155,7 +155,7 @@ bool Sparrel::use(Item item) {
     const bool abroad = currentRegion(computer().defaults) == Region::coralis;
     pendingEvolution_ = {Stage::thrummet,
                          abroad ? std::optional(std::string(coralisForm)) : std::nullopt};
-    if (pet_.showMenu) pet_.showMenu();
+    pet_.stage().showMenu();
     return true;
 }
 

@@ -108,7 +108,8 @@ Anim Umbrool::front(const char* name, const Anim& otherwise) const {
 
 void Umbrool::fill(Mind& mind) {
     mind.ghost = true;
-    mind.windowToHaunt = isOn("umbrool.phaseThroughWindows") && pet_.frontWindow().has_value();
+    mind.windowToHaunt =
+        isOn("umbrool.phaseThroughWindows") && pet_.stage().frontWindow().has_value();
     mind.canLick = isOn("umbrool.licksScreen") && knows("Lick");
     mind.cursorLeftAlone = canSteal();
     mind.shadowTricks = isOn("umbrool.shadowTricks");
@@ -169,7 +170,7 @@ bool Umbrool::use(Item item) {
         return true;
     }
     pendingEvolution_ = {Stage::umbrool, std::nullopt};
-    if (pet_.showMenu) pet_.showMenu();
+    pet_.stage().showMenu();
     return true;
 }
 

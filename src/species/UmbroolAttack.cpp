@@ -14,7 +14,7 @@ constexpr Vector mouthPlace{13, 14};
 }  // namespace
 
 Point Umbrool::besideBody(Vector artPixels) const {
-    const double side = pet_.facingRight ? artPixels.dx : -artPixels.dx;
+    const double side = pet_.facesRight() ? artPixels.dx : -artPixels.dx;
     return pet_.position() + Vector{side, artPixels.dy} * pet_.scale();
 }
 

@@ -32,7 +32,7 @@ bool Umbrool::startDemo(const std::string& word) {
         return true;
     }
     if (word == "gloomorb") {
-        pet_.drag({pet_.position().x, std::max(pet_.ceiling * 0.6, 300.0)});
+        pet_.drag({pet_.position().x, std::max(pet_.terrain().ceiling * 0.6, 300.0)});
         pet_.after(1, [this] { orbDemo(); });
         return true;
     }

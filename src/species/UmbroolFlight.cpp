@@ -37,7 +37,7 @@ void Umbrool::go(const Walk& walk, Done done) {
     const auto under = pet_.surfaceIndex(here);
     const bool walks = stage() == Stage::umbrool && std::abs(walk.to.y - here.y) < negligible &&
                        std::abs(walk.to.x - here.x) < footpath && under &&
-                       pet_.ground[*under].span.contains(walk.to.x);
+                       pet_.ground()[*under].span.contains(walk.to.x);
     if (walks) return Companion::go(walk, std::move(done));
     glide(walk.to, std::max(slowestGlide, 2 * walk.speed) * identity_.nature.walkSpeed(),
           [this, done = std::move(done)] {
@@ -75,7 +75,7 @@ void Umbrool::glide(Point to, double speed, Done done) {
 void Umbrool::trail(const Anim& anim, Seconds flight) {
     for (const int i : {1, 2, 3, 4}) {
         pet_.after(flight * i / 5, [this, anim] {
-            vanish(shade(anim, pet_.position(), pet_.facingRight, 0.4), {.over = 0.5});
+            vanish(shade(anim, pet_.position(), pet_.facesRight(), 0.4), {.over = 0.5});
         });
     }
 }
@@ -96,13 +96,13 @@ Step Umbrool::hovering(Seconds seconds) {
 }
 
 Point Umbrool::randomSpot() const {
-    const double highest = std::max(lowestCeiling, pet_.ceiling);
+    const double highest = std::max(lowestCeiling, pet_.terrain().ceiling);
     std::optional<Point> first;
     for (int i = 0; i < triedSpots; ++i) {
-        const Point spot{between(pet_.walkArea.lo, pet_.walkArea.hi),
+        const Point spot{between(pet_.walkArea().lo, pet_.walkArea().hi),
                          between(lowestFlight, highest)};
         const Point head = spot + Vector{0, headHeight * pet_.scale()};
-        if (pet_.isVisible(spot) && pet_.isVisible(head)) return spot;
+        if (pet_.stage().isVisible(spot) && pet_.stage().isVisible(head)) return spot;
         if (!first) first = spot;
     }
     return *first;

@@ -28,7 +28,7 @@ double Umbrool::along(const Rect& window) const {
 }
 
 void Umbrool::phase(Done done) {
-    const auto window = pet_.frontWindow();
+    const auto window = pet_.stage().frontWindow();
     if (!isOn("umbrool.phaseThroughWindows") || !window) return fly(std::move(done));
     const double top = lookout(*window, 1);
     muse(Face::happy, {.thought = Pixels::exclaim(), .seconds = 1.6});
@@ -50,7 +50,7 @@ void Umbrool::phase(Done done) {
 
 double Umbrool::lookout(const Rect& window, double share) const {
     const double body = share * (a().idle.height + 2) * pet_.scale();
-    return std::max(std::min(window.maxY(), pet_.skyline - body), window.minY());
+    return std::max(std::min(window.maxY(), pet_.terrain().skyline - body), window.minY());
 }
 
 Step Umbrool::appearing(const Rect& window) {
@@ -159,7 +159,7 @@ void Umbrool::clipBelowFeet(bool on) {
 
 /// From here on it is inside a window: neither drawn as usual nor touched by the mouse.
 void Umbrool::beginHaunting() {
-    pet_.interactive = false;
+    pet_.setInteractive(false);
     haunting_ = pet_.begin([this] { showWhole(); });
 }
 
@@ -170,7 +170,7 @@ void Umbrool::showWhole() {
     pet_.sprite().removeAnimation("fade");
     pet_.sprite().setPosition({});
     pet_.sprite().setOpacity(1);
-    pet_.interactive = !presence_.isBusy();
+    pet_.setInteractive(!presence_.isBusy());
 }
 
 }  // namespace quibbits

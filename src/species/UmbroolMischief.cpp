@@ -39,11 +39,12 @@ constexpr Seconds printEvery = 0.35;
 
 bool Umbrool::canSteal() const {
     return isOn("umbrool.stealsCursor") && stage() == Stage::umbrool && a().anim("Pull") &&
-           stillFor.contains(computer().pointer.untouched()) && pet_.isVisible(habitat_.pointer());
+           stillFor.contains(computer().pointer.untouched()) &&
+           pet_.stage().isVisible(habitat_.pointer());
 }
 
 double Umbrool::clamped(double x) const {
-    return pet_.walkArea.clamp(x);
+    return pet_.walkArea().clamp(x);
 }
 
 Anim Umbrool::firstOf(std::initializer_list<const char*> names, const Anim& otherwise) const {
@@ -73,10 +74,10 @@ void Umbrool::lick(Done done) {
     if (!habitat_.fx || !tongue) return sit(3, std::move(done));
     const Point pointer = habitat_.pointer();
     Point spot = pet_.position();
-    if (pet_.isVisible(pointer)) {
+    if (pet_.stage().isVisible(pointer)) {
         spot = {pointer.x + between(-160, 160), std::max(lowest, pointer.y - 140)};
     }
-    spot = {clamped(spot.x), std::min(spot.y, std::max(lowestCeiling, pet_.ceiling))};
+    spot = {clamped(spot.x), std::min(spot.y, std::max(lowestCeiling, pet_.terrain().ceiling))};
     needs_.tire(lickEnergy);
     gainEXP(trickShare);
 
@@ -130,8 +131,8 @@ void Umbrool::snatch(Done done) {
         grab(prey);
         pet_.face(pet_.position().x < prey.x);
         const Step carry = [this](Done next) {
-            const Point away{between(pet_.walkArea.lo, pet_.walkArea.hi),
-                             between(60, std::max(120.0, pet_.ceiling * 0.8))};
+            const Point away{between(pet_.walkArea().lo, pet_.walkArea().hi),
+                             between(60, std::max(120.0, pet_.terrain().ceiling * 0.8))};
             go({.to = away, .speed = 220}, std::move(next));
         };
         run({playing(pulls, 2), carry, [this](Done next) { gloat(std::move(next)); }}, done);
@@ -254,7 +255,7 @@ void Umbrool::replaceShadow(const Anim& anim, bool right) {
 
 void Umbrool::shadowGag(Done done) {
     const Point here = pet_.position();
-    const bool leavesRight = here.x < pet_.walkArea.middle();
+    const bool leavesRight = here.x < pet_.walkArea().middle();
     const double way = (leavesRight ? shadowWay : -shadowWay) * pet_.scale();
     const Point far{clamped(here.x + way), here.y};
     beginShades();
@@ -298,13 +299,13 @@ void Umbrool::shadowGag(Done done) {
 void Umbrool::prank(Done done) {
     std::vector<std::function<void(Done)>> choices;
     choices.push_back([this](Done next) { handprints(std::move(next)); });
-    if (pet_.ground.size() == 3) {  // a dock, and no icons on the desktop
-        const Ground dock = pet_.ground[1];
-        if (pet_.isVisible({dock.span.middle(), dock.y + 20})) {
+    if (pet_.ground().size() == 3) {  // a dock, and no icons on the desktop
+        const Ground dock = pet_.ground()[1];
+        if (pet_.stage().isVisible({dock.span.middle(), dock.y + 20})) {
             choices.push_back([this, dock](Done next) { tickleDock(dock, std::move(next)); });
         }
     }
-    if (const auto window = pet_.frontWindow()) {
+    if (const auto window = pet_.stage().frontWindow()) {
         choices.push_back(
             [this, window = *window](Done next) { tugWindow(window, std::move(next)); });
     }
@@ -349,10 +350,10 @@ void Umbrool::handprints(Done done) {
     const double px = pet_.scale();
     const Point pointer = habitat_.pointer();
     Point start = pet_.position();
-    if (pet_.isVisible(pointer)) {
+    if (pet_.stage().isVisible(pointer)) {
         start = {clamped(pointer.x - 80 * px), std::max(pointer.y - 40 * px, 60.0)};
     }
-    const bool right = start.x < pet_.walkArea.middle();
+    const bool right = start.x < pet_.walkArea().middle();
     const double step = (right ? printStep : -printStep) * px;
     const std::size_t count = 4 + random().index(3);
     std::vector<Point> prints;

@@ -77,11 +77,9 @@ void StageWindow::updateGround() {
 
 void StageWindow::handOutGround() {
     for (Pet* pet : pets_) {
-        pet->ground = ground_;
-        pet->ground.insert(pet->ground.end(), icons_.begin(), icons_.end());
-        pet->iconsKnown = !computer_.fileBrowser.isReading();
-        measureRoom(*pet);
-        if (pet->onGroundChanged) pet->onGroundChanged();
+        std::vector<Ground> ground = ground_;
+        ground.insert(ground.end(), icons_.begin(), icons_.end());
+        pet->setTerrain(terrainFor(*pet, std::move(ground)));
     }
 }
 

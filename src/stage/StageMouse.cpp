@@ -50,7 +50,7 @@ void StageWindow::takeMouseOver(const Pet* pet) {
 std::vector<Rect> StageWindow::mouseAreas() const {
     std::vector<Rect> areas;
     for (const Pet* pet : pets_) {
-        if (!pet->node().model().hidden && pet->interactive) {
+        if (!pet->node().model().hidden && pet->isInteractive()) {
             areas.push_back(mouseArea(*pet, mouseReach_));
         }
     }
@@ -67,9 +67,9 @@ void StageWindow::cursorMoved() {
     mouseReach_ = 0;
     takeMouseOver(pet);
     if (computer_.pointer.buttons().any()) return;
-    if (pet && pet->onHover) pet->onHover(at);
+    if (pet) pet->events().onHover(at);
     for (Pet* each : pets_) {
-        if (each->onCursor) each->onCursor(at);
+        each->events().onCursor(at);
     }
 }
 
@@ -82,7 +82,7 @@ void StageWindow::mouseDown() {
         return;
     }
     held_ = Carry{pet, pet->position() - at};
-    if (pet->onPickUp) pet->onPickUp();
+    pet->events().onPickUp();
 }
 
 void StageWindow::mouseDragged() {
@@ -100,15 +100,15 @@ void StageWindow::mouseUp() {
     if (!held_) return;
     Pet& pet = *held_->pet;
     held_.reset();
-    if (pet.onDrop) pet.onDrop();
+    pet.events().onDrop();
     cursorMoved();
 }
 
 void StageWindow::rightMouseDown() {
     const Point at = pointerOnStage();
     Pet* pet = visiblePet(at, 0);
-    if (!pet || !pet->onMenu) return;
-    if (auto menu = pet->onMenu()) panel_->popUp(std::move(*menu), at);
+    if (!pet) return;
+    if (auto menu = pet->events().onMenu()) panel_->popUp(std::move(*menu), at);
 }
 
 Pet* StageWindow::dropTarget(const DragInfo& drag) const {
@@ -122,9 +122,9 @@ bool StageWindow::drop(const DragInfo& drag) {
     Pet* pet = dropTarget(drag);
     if (!pet) return false;
     if (const auto item = drag.item ? itemNamed(*drag.item) : std::nullopt) {
-        if (pet->onItem) pet->onItem(*item);
-    } else if (!drag.files.empty() && pet->onZap) {
-        pet->onZap(drag.files);
+        pet->events().onItem(*item);
+    } else if (!drag.files.empty()) {
+        pet->events().onZap(drag.files);
     }
     return true;
 }
@@ -140,8 +140,8 @@ void StageWindow::itemDragMoved(std::optional<Point> at) {
     mouseReach_ = itemReach;
     takeMouseOver(pet);
     for (Pet* each : pets_) {
-        if (distance(each->position(), here) < itemNotice && each->onItemNear) {
-            each->onItemNear(here);
+        if (distance(each->position(), here) < itemNotice) {
+            each->events().onItemNear(here);
         }
     }
 }

@@ -33,19 +33,16 @@ StageWindow::StageWindow(Panels& panels, const Computer& computer, const Screen&
 StageWindow::~StageWindow() = default;
 
 void StageWindow::add(Pet& pet, double x) {
-    pet.ground = ground_;
-    pet.iconsKnown = !computer_.fileBrowser.isReading();
-    measureRoom(pet);
-
-    pet.openSpots = lifetime_.guard([this] { return openSpots(); });
-    pet.isVisible = lifetime_.guard([this](Point at) { return isOpen(at); });
-    pet.frontWindow = lifetime_.guard([this] { return frontWindow(); });
-    pet.iconCenter =
-        lifetime_.guard([this](const std::string& path) { return desktopIconCenter(path); });
-    pet.showMenu = lifetime_.guard([this, &pet] {
+    const auto openMenu = [this, &pet] {
         computer_.runLoop.post(lifetime_.guard([this, &pet] { popUpMenu(pet); }));
-    });
-
+    };
+    pet.enter({.openSpots = lifetime_.guard([this] { return openSpots(); }),
+               .isVisible = lifetime_.guard([this](Point at) { return isOpen(at); }),
+               .frontWindow = lifetime_.guard([this] { return frontWindow(); }),
+               .iconCenter = lifetime_.guard(
+                   [this](const std::string& path) { return desktopIconCenter(path); }),
+               .showMenu = lifetime_.guard(openMenu)},
+              terrainFor(pet, ground_));
     {
         const Transaction still(pet.node().engine(), Transaction::withoutActions());
         pet.node().setPosition({x, pet.floorY(x)});
@@ -54,19 +51,21 @@ void StageWindow::add(Pet& pet, double x) {
     pets_.push_back(&pet);
 }
 
-void StageWindow::measureRoom(Pet& pet) const {
+Terrain StageWindow::terrainFor(const Pet& pet, std::vector<Ground> ground) const {
     const Rect frame = panel_->frame();
     const double left = room_.lo + Pet::sideMargin;
-    pet.walkArea = {left, std::max(room_.hi - Pet::sideMargin, left)};
     const auto screen = computer_.screens.main();
     const Rect visible = screen ? screen->visibleFrame : frame;
-    pet.skyline = visible.maxY() - frame.minY();
-    pet.ceiling = pet.skyline - headroom * pet.scale();
+    const double skyline = visible.maxY() - frame.minY();
+    return {.ground = std::move(ground),
+            .iconsKnown = !computer_.fileBrowser.isReading(),
+            .walkArea = {left, std::max(room_.hi - Pet::sideMargin, left)},
+            .ceiling = skyline - headroom * pet.scale(),
+            .skyline = skyline};
 }
 
 void StageWindow::popUpMenu(Pet& pet) {
-    if (!pet.onMenu) return;
-    if (auto menu = pet.onMenu()) {
+    if (auto menu = pet.events().onMenu()) {
         panel_->popUp(std::move(*menu), {pet.position().x, pet.frame().maxY()});
     }
 }
@@ -78,7 +77,7 @@ Rect StageWindow::mouseArea(const Pet& pet, double margin) const {
 Pet* StageWindow::visiblePet(Point at, double margin) const {
     for (auto it = pets_.rbegin(); it != pets_.rend(); ++it) {
         Pet& pet = **it;
-        if (pet.node().model().hidden || !pet.interactive) continue;
+        if (pet.node().model().hidden || !pet.isInteractive()) continue;
         if (!mouseArea(pet, margin).contains(at)) continue;
         // The window list is asked only now: it is a round trip to the desktop.
         return isOpen(at) ? &pet : nullptr;

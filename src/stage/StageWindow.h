@@ -62,7 +62,7 @@ private:
     void updateGround();
     void handOutGround();
     /// How far a creature may go to the sides and up.
-    void measureRoom(Pet& pet) const;
+    Terrain terrainFor(const Pet& pet, std::vector<Ground> ground) const;
     std::optional<Rect> estimatedDock(const Screen& screen) const;
     double estimatedDockWidth(const DockPreferences& preferences) const;
     std::optional<Point> desktopIconCenter(const std::string& path) const;

@@ -136,13 +136,13 @@ TEST_F(PetMotion, AnInterruptionLeavesTheBodyWhereItIsSeen) {
 
 TEST_F(PetMotion, AWalkTakesItsTimeAndStaysInTheWalkArea) {
     pet->walk(290, walking, 45, 1, note());
-    EXPECT_TRUE(pet->facingRight);
+    EXPECT_TRUE(pet->facesRight());
     advance(1);
     EXPECT_NEAR(pet->position().x, 245, 1e-9);
     advance(1);
     EXPECT_EQ(doneAt, std::vector<Instant>{2});
     pet->walk(-500, walking, 290, 1, note());
-    EXPECT_FALSE(pet->facingRight);
+    EXPECT_FALSE(pet->facesRight());
     EXPECT_EQ(pet->sprite().model().transform, Transform::mirrored());
     advance(1);
     EXPECT_EQ(pet->position(), (Point{0, 0}));
@@ -154,11 +154,11 @@ TEST_F(PetMotion, AStepOfAPointIsDoneAtOnceWithoutTurning) {
     pet->hold(hopping, 0);
     for (const double x : {201.0, 199.0, 200.0, 200.5}) pet->walk(x, walking, 45, 1, note());
     EXPECT_EQ(doneAt, (std::vector<Instant>{0, 0, 0, 0}));
-    EXPECT_FALSE(pet->facingRight);
+    EXPECT_FALSE(pet->facesRight());
     EXPECT_EQ(imageShown(), hopping.image);
     EXPECT_EQ(pet->position(), (Point{200, 0}));
     pet->walk(201.1, walking, 45, 1, note());
-    EXPECT_TRUE(pet->facingRight);
+    EXPECT_TRUE(pet->facesRight());
 }
 
 TEST_F(PetMotion, AJumpIsALeapWithSparksFromThirtyFiveArtPixelsUp) {
@@ -227,13 +227,13 @@ TEST_F(PetMotion, AFallTakesAsLongAsItIsHigh) {
 }
 
 TEST_F(PetMotion, AFallEndsOnAnIconOnTheWay) {
-    pet->ground.push_back({{150, 250}, 100, false});
+    change([](Terrain& t) { t.ground.push_back({{150, 250}, 100, false}); });
     pet->drag({200, 400});
     EXPECT_EQ(pet->fall(Pet::Falling::freely, note()), 300);
     advance(2);
     EXPECT_EQ(pet->position(), (Point{200, 100}));
     EXPECT_FALSE(pet->isAirborne());
-    pet->ground.pop_back();
+    change([](Terrain& t) { t.ground.pop_back(); });
     EXPECT_TRUE(pet->isAirborne()) << "its icon was taken away";
 }
 
@@ -262,7 +262,7 @@ TEST_F(PetMotion, ADragCountsItsReversalsAndNoTrembling) {
 }
 
 TEST_F(PetMotion, ATripGoesByItsLegsAndIsDoneOnce) {
-    pet->ground = {{{0, 400}, 0, true}, {{400, 1000}, 70, true}};
+    change([](Terrain& t) { t.ground = {{{0, 400}, 0, true}, {{400, 1000}, 70, true}}; });
     pet->travel({700, 75}, {.walk = walking, .hop = hopping, .leap = leaping, .speed = 100},
                 note());
     advance(1.82);  // 182 points to the take-off
@@ -280,7 +280,7 @@ TEST_F(PetMotion, ATripGoesByItsLegsAndIsDoneOnce) {
 
 TEST_F(PetMotion, ATripWithoutAWayIsDoneAtOnceAndABrokenOneNever) {
     const Gait gait{.walk = walking, .hop = hopping, .leap = leaping};
-    pet->ground = {{{0, 400}, 0, true}, {{500, 1000}, 0, true}};
+    change([](Terrain& t) { t.ground = {{{0, 400}, 0, true}, {{500, 1000}, 0, true}}; });
     pet->travel({700, 0}, gait, note());
     pet->travel({450, 0}, gait, note());
     pet->travel({300, -20}, gait, note());

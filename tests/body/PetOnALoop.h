@@ -23,10 +23,15 @@ inline Anim strip(const std::vector<int>& ticks, int emptyRows = 0) {
 class PetOnALoop : public testing::Test {
 protected:
     PetOnALoop() {
-        pet->walkArea = {0, 1000};
-        pet->ground = {{{0, 1000}, 0, true}};
+        pet->setTerrain({.ground = {{{0, 1000}, 0, true}}, .walkArea = {0, 1000}});
         pet->drag({200, 0});
         pet->forgetSwings();
+    }
+    /// The stage has become another in some respect.
+    void change(const std::function<void(Terrain&)>& what) {
+        Terrain terrain = pet->terrain();
+        what(terrain);
+        pet->setTerrain(std::move(terrain));
     }
     void advance(Seconds seconds) { loop.advance(seconds); }
     Done note() {

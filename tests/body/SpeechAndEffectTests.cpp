@@ -108,7 +108,7 @@ TEST_F(PetSpeech, ABubbleStandsClearOfATallCreature) {
 }
 
 TEST_F(PetSpeech, ABubbleFollowsOntoTheScreenWhileItsCreatureIsCarried) {
-    pet->skyline = 600;
+    change([](Terrain& t) { t.skyline = 600; });
     pet->drag({500, 300});
     pet->showFace({.image = portrait(), .caption = "Whee", .thought = Pixels::zzz()});
     const Rect panel = dialog().frame();
@@ -131,7 +131,7 @@ TEST_F(PetSpeech, ABubbleFollowsOntoTheScreenWhileItsCreatureIsCarried) {
 }
 
 TEST_F(PetSpeech, ABubbleChangesSidesOfTheHeadWithoutAJump) {
-    pet->skyline = 600;
+    change([](Terrain& t) { t.skyline = 600; });
     pet->drag({500, 560});
     pet->showFace({.image = portrait(), .caption = "Whee", .seconds = 100});
     const auto seen = [&] {
@@ -154,7 +154,7 @@ TEST_F(PetSpeech, ABubbleChangesSidesOfTheHeadWithoutAJump) {
 }
 
 TEST_F(PetSpeech, ABubbleIsOnTheScreenAllTheWayOfAWalk) {
-    pet->skyline = 600;
+    change([](Terrain& t) { t.skyline = 600; });
     pet->drag({100, 0});
     pet->showFace({.image = portrait(), .caption = "On my way to the very edge", .seconds = 100});
     ASSERT_GT(dialog().frame().minX() + 100, -20);
@@ -311,7 +311,7 @@ TEST_F(PetEffects, ASilhouetteKeepsTheShapeOfItsMoment) {
 }
 
 TEST_F(PetSpeech, MovesIntoSightWhenTheBodySetsOutForTheEdge) {
-    pet->walkArea = {20, 980};
+    change([](Terrain& t) { t.walkArea = {20, 980}; });
     pet->drag({500, 0});
     pet->showFace({.image = {}, .caption = "Something long enough to say"});
     const double half = dialog().model().bounds.width / 2;

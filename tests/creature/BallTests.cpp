@@ -47,7 +47,7 @@ TEST(TheBall, TakesACreatureInAndLetsItOut) {
     EXPECT_FALSE(life.isSeen());
     life.advance(0.02);
     EXPECT_FALSE(life.creature().presence().isOut());
-    EXPECT_FALSE(life.pet().interactive);
+    EXPECT_FALSE(life.pet().isInteractive());
     life.expectClean();
     const auto decided = life.decisions.size();
     life.advance(3600);
@@ -59,7 +59,7 @@ TEST(TheBall, TakesACreatureInAndLetsItOut) {
     EXPECT_TRUE(life.isSeen());
     life.advance(0.02);
     EXPECT_TRUE(life.creature().presence().isOut());
-    EXPECT_TRUE(life.pet().interactive);
+    EXPECT_TRUE(life.pet().isInteractive());
     life.expectClean();
     EXPECT_EQ(life.pet().position(), life.creature().summonSpot());
     life.advance(10);
@@ -103,7 +103,7 @@ TEST(ACalledCreature, StandsOnTheWideSpotNearestToTheMiddle) {
         return Ground{.span = {lo, hi}, .y = y, .solid = solid};
     };
     Life life({});
-    const double middle = life.pet().walkArea.middle();
+    const double middle = life.pet().walkArea().middle();
     const double ground = life.pet().floorY(middle);
     for (const auto& [spots, spot] : std::vector<Row>{
              {{}, {middle, ground}},
@@ -113,7 +113,7 @@ TEST(ACalledCreature, StandsOnTheWideSpotNearestToTheMiddle) {
              {{floor(0, 300, 50), floor(1000, 1400, 60)}, {1060, 60}},
              {{floor(0, 1440, 50), floor(500, 900, 90)}, {middle, 50}},
          }) {
-        life.pet().openSpots = [seen = spots] { return seen; };
+        life.pet().enter({.openSpots = [seen = spots] { return seen; }}, life.pet().terrain());
         EXPECT_EQ(life.creature().summonSpot(), spot);
     }
 }
@@ -184,7 +184,7 @@ TEST(AnEvolution, FlickersEverFasterAndEndsInTheNewForm) {
     EXPECT_TRUE(life.creature().presence().isBusy());
     life.advance(3.8);
     EXPECT_FALSE(life.creature().presence().isBusy());
-    EXPECT_TRUE(life.pet().interactive);
+    EXPECT_TRUE(life.pet().isInteractive());
     EXPECT_TRUE(life.pet().sprite().sublayers().empty());
     const auto decided = life.decisions.size();
     life.advance(60);

@@ -83,12 +83,12 @@ TEST_P(UnderASetClock, ItSeesNewFilesOnTheDesktopAndRestsItsPersonInTime) {
         breaks += each.identifier == "break";
     };
     life.computer.fileBrowser.icons = std::vector<DesktopIcon>{};
-    life.pet().openSpots();
+    life.pet().stage().openSpots();
     setClock(life);
     life.computer.fileBrowser.icons = {{"new", {700, 10, 50, 50}}};
     life.advance(25);
-    life.pet().openSpots();
-    EXPECT_EQ(life.pet().ground.size(), 2u);
+    life.pet().stage().openSpots();
+    EXPECT_EQ(life.pet().ground().size(), 2u);
     life.advance(840);
     EXPECT_EQ(breaks, 0);
     life.advance(80);

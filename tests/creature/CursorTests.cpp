@@ -28,13 +28,13 @@ struct Sitting : LivingCreature {
 TEST(ASittingCreature, FollowsThePointerWithinItsReachAndTurnsToIt) {
     Sitting life;
     life.computer.movePointer({480 - 100, life.head()});
-    EXPECT_FALSE(life.pet().facingRight);
+    EXPECT_FALSE(life.pet().facesRight());
     life.computer.movePointer({480 + 12, life.head() + 100});
-    EXPECT_FALSE(life.pet().facingRight) << "so little to the side turns nobody";
+    EXPECT_FALSE(life.pet().facesRight()) << "so little to the side turns nobody";
     life.computer.movePointer({480 + 260, life.head()});
-    EXPECT_FALSE(life.pet().facingRight) << "260 points away is too far";
+    EXPECT_FALSE(life.pet().facesRight()) << "260 points away is too far";
     life.computer.movePointer({480 + 259, life.head()});
-    EXPECT_TRUE(life.pet().facingRight);
+    EXPECT_TRUE(life.pet().facesRight());
 }
 
 TEST(ASittingCreature, KeepsSittingWhileItIsWatchingButNotForEver) {
@@ -204,7 +204,7 @@ TEST(Greetings, SwitchedOffLeaveThePointerUnnoticed) {
     life.computer.movePointer(life.pet().frame().center());
     life.advance(1);
     EXPECT_TRUE(life.utterances.empty());
-    EXPECT_TRUE(life.pet().facingRight);
+    EXPECT_TRUE(life.pet().facesRight());
 }
 
 TEST(AGlance, LooksUpWhenAnotherApplicationComesForwardAndNotAgainForAWhile) {

@@ -24,12 +24,12 @@ public:
     }
     /// Advances until it is hidden in the window, half an hour at most.
     bool untilInside() {
-        for (int i = 0; i < 18000 && pet().interactive; ++i) advance(0.1);
-        return !pet().interactive;
+        for (int i = 0; i < 18000 && pet().isInteractive(); ++i) advance(0.1);
+        return !pet().isInteractive();
     }
     bool isPlain() {
         return !pet().figure().mask() && pet().sprite().model().opacity == 1 &&
-               pet().sprite().model().position == Point{} && pet().interactive;
+               pet().sprite().model().position == Point{} && pet().isInteractive();
     }
 
 private:
@@ -148,7 +148,7 @@ TEST(AHauntedWindow, ShowsTheGhostAtItsEdgesAndLetsItGoWhole) {
         EXPECT_NEAR(ghost.pet().position().y, 600, 1e-6);
         int appearances = 0;
         bool isUp = false;
-        while (!ghost.pet().interactive) {
+        while (!ghost.pet().isInteractive()) {
             ghost.advance(0.1);
             const bool up =
                 ghost.pet().figure().mask() && ghost.pet().sprite().model().opacity == 1;
@@ -173,7 +173,7 @@ TEST(AHauntedWindow, IsLookedOutOfWithoutAJumpOrAFlash) {
         for (int hauntings = 0; hauntings < 3; ++hauntings) {
             ASSERT_TRUE(ghost.untilInside());
             std::optional<double> before;
-            while (!ghost.pet().interactive) {
+            while (!ghost.pet().isInteractive()) {
                 ghost.advance(0.01);
                 const LayerProperties sprite = ghost.pet().sprite().presentation();
                 const bool shown = ghost.pet().figure().mask() && sprite.opacity > 0.5;
@@ -227,7 +227,7 @@ TEST(AHauntedWindow, IsLeftAtOnceWhenSomethingWantsTheGhost) {
         happens(ghost);
         EXPECT_EQ(ghost.pet().figure().mask(), nullptr) << what;
         EXPECT_EQ(ghost.pet().sprite().model().opacity, 1) << what;
-        EXPECT_EQ(ghost.pet().interactive, !ghost.creature().presence().isBusy()) << what;
+        EXPECT_EQ(ghost.pet().isInteractive(), !ghost.creature().presence().isBusy()) << what;
     }
 }
 

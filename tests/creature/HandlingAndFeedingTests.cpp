@@ -169,7 +169,7 @@ TEST(ADraggedItem, IsNoticedNearbyOncePerApproach) {
         life.advance(0.05);
     }
     EXPECT_EQ(life.utterances.size(), 1u);
-    EXPECT_FALSE(life.pet().facingRight);
+    EXPECT_FALSE(life.pet().facesRight());
     life.app->stage()->itemDragMoved(std::nullopt);
     const auto before = life.decisions.size();
     life.advance(10);

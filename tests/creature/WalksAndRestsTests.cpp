@@ -231,7 +231,7 @@ TEST(AFile, ThatVanishesUnderACreatureHasItDecideOnceItIsDown) {
         life.computer.fileBrowser.icons = {{"high", {700, 300, 60, 60}}};
         life.advance(30);
         life.creature().stop([] {});
-        life.pet().drag(life.pet().ground.back().middle());
+        life.pet().drag(life.pet().ground().back().middle());
         life.creature().sit(22, [&] { life.creature().think(); });
         life.computer.fileBrowser.icons = std::vector<DesktopIcon>{};
         life.decisions.clear();
@@ -288,7 +288,7 @@ TEST(TheGround, ShrinkingWithTheScreenBringsACreatureBackIntoSight) {
     EXPECT_LE(life.pet().position().x, 1004);
     life.computer.setScreen({2560, 1440}, 1);
     life.advance(1);
-    EXPECT_EQ(life.pet().walkArea, (Range{20, 2540}));
+    EXPECT_EQ(life.pet().walkArea(), (Range{20, 2540}));
 }
 
 TEST(TheGround, ShrinkingUnderAHovererEndsItsBobbing) {

@@ -74,21 +74,21 @@ TEST(APanelThatComesUnderACreature, BecomesItsGroundAndOneBesideItBoundsItsRoom)
     StageWindow stage(computer.panels(), computer.computer(), *computer.screens.main());
     stage.add(pet, 700);
     int told = 0;
-    pet.onGroundChanged = [&] { ++told; };
+    pet.listen({.onGroundChanged = [&] { ++told; }});
 
     computer.setPanels({{0, 0, 1440, 30}, {500, 30, 400, 50}});
     EXPECT_EQ(told, 1);
     EXPECT_EQ(pet.floorY(700), 80);
     EXPECT_EQ(pet.floorY(100), 30);
-    EXPECT_EQ(pet.walkArea, (Range{20, 1420}));
+    EXPECT_EQ(pet.walkArea(), (Range{20, 1420}));
 
     computer.setPanels({{0, 0, 64, 900}});
     EXPECT_EQ(pet.floorY(700), 0);
-    EXPECT_EQ(pet.walkArea, (Range{84, 1420}));
-    for (const Ground& spot : pet.openSpots()) EXPECT_GE(spot.span.lo, 64);
+    EXPECT_EQ(pet.walkArea(), (Range{84, 1420}));
+    for (const Ground& spot : pet.stage().openSpots()) EXPECT_GE(spot.span.lo, 64);
 
     computer.setPanels({});
-    EXPECT_EQ(pet.walkArea, (Range{20, 1420}));
+    EXPECT_EQ(pet.walkArea(), (Range{20, 1420}));
 }
 
 }  // namespace

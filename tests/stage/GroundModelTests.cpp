@@ -24,7 +24,7 @@ public:
     void showIcons(std::vector<DesktopIcon> icons) {
         computer.fileBrowser.icons = std::move(icons);
         computer.runLoop.advance(21);
-        pet.openSpots();
+        pet.stage().openSpots();
     }
     void raise() {
         computer.defaults.set("overApps", true);
@@ -108,33 +108,33 @@ TEST(OpenGround, IsWhatWindowsLeaveOfIt) {
         for (const Rect& r : windows) {
             stage.computer.putWindow(std::to_string(r.x), {.process = 7, .frame = r});
         }
-        EXPECT_EQ(stage.pet.openSpots(), spots);
+        EXPECT_EQ(stage.pet.stage().openSpots(), spots);
     }
     // Raised, the creature walks before the windows, and icons lie behind them.
     stage.raise();
-    EXPECT_EQ(stage.pet.openSpots(), (std::vector<Ground>{{{0, 1440}, 0, true}}));
-    EXPECT_TRUE(stage.pet.isVisible({700, 100}));
+    EXPECT_EQ(stage.pet.stage().openSpots(), (std::vector<Ground>{{{0, 1440}, 0, true}}));
+    EXPECT_TRUE(stage.pet.stage().isVisible({700, 100}));
 }
 
 TEST(IconsOfTheDesktop, AreReadAtMostEveryTwentySecondsAndGivenUpWhenNobodyTells) {
     SmallStage stage;
     stage.computer.fileBrowser.icons = {{"a", {100, 100, 50, 50}}};
-    EXPECT_EQ(stage.pet.openSpots().size(), 2u);
+    EXPECT_EQ(stage.pet.stage().openSpots().size(), 2u);
     stage.computer.fileBrowser.icons->push_back({"b", {300, 100, 50, 50}});
     stage.computer.runLoop.advance(20);
-    EXPECT_EQ(stage.pet.openSpots().size(), 2u);
+    EXPECT_EQ(stage.pet.stage().openSpots().size(), 2u);
     stage.computer.runLoop.advance(0.1);
-    EXPECT_EQ(stage.pet.openSpots().size(), 3u);
+    EXPECT_EQ(stage.pet.stage().openSpots().size(), 3u);
     stage.computer.fileBrowser.icons->pop_back();
     stage.computer.fileBrowser.iconsRead.emit();  // read late
-    EXPECT_EQ(stage.pet.ground.size(), 2u);
+    EXPECT_EQ(stage.pet.ground().size(), 2u);
 
     stage.computer.fileBrowser.icons.reset();
     stage.computer.runLoop.advance(21);
-    EXPECT_EQ(stage.pet.openSpots().size(), 2u);
+    EXPECT_EQ(stage.pet.stage().openSpots().size(), 2u);
     stage.computer.fileBrowser.icons = std::vector<DesktopIcon>{};
     stage.computer.runLoop.advance(21);
-    EXPECT_EQ(stage.pet.openSpots().size(), 2u);
+    EXPECT_EQ(stage.pet.stage().openSpots().size(), 2u);
 }
 
 TEST(AFileOnTheDesktop, IsFoundByItsIcon) {
@@ -145,7 +145,7 @@ TEST(AFileOnTheDesktop, IsFoundByItsIcon) {
                      {"twin", {300, 600, 60, 60}},
                      {"twin", {400, 600, 60, 60}}};
     const auto center = [&](const std::string& file) {
-        return stage.pet.iconCenter("/home/user/Desktop/" + file);
+        return stage.pet.stage().iconCenter("/home/user/Desktop/" + file);
     };
     EXPECT_EQ(center("plan.txt"), (Point{130, 630}));
     EXPECT_EQ(center("photo.png"), (Point{230, 630}));  // shown without its extension
@@ -155,7 +155,7 @@ TEST(AFileOnTheDesktop, IsFoundByItsIcon) {
     EXPECT_EQ(center("twin.txt"), (Point{430, 630}));
     browser.positions["nowhere"] = {9, 8};
     EXPECT_EQ(center("nowhere"), (Point{9, 8}));
-    EXPECT_EQ(stage.pet.iconCenter("/home/user/plan.txt"), std::nullopt);
+    EXPECT_EQ(stage.pet.stage().iconCenter("/home/user/plan.txt"), std::nullopt);
     browser.icons.reset();
     EXPECT_EQ(center("twin.txt"), (Point{420, 640}));
 }
@@ -163,15 +163,15 @@ TEST(AFileOnTheDesktop, IsFoundByItsIcon) {
 TEST(TheFrontWindow, IsTheOneToHauntWhileCreaturesAreOverIt) {
     SmallStage stage;
     stage.front("editor", {100, 100, 300, 200});
-    EXPECT_EQ(stage.pet.frontWindow(), std::nullopt);
+    EXPECT_EQ(stage.pet.stage().frontWindow(), std::nullopt);
     stage.raise();
-    EXPECT_EQ(stage.pet.frontWindow(), (Rect{100, 100, 300, 200}));
+    EXPECT_EQ(stage.pet.stage().frontWindow(), (Rect{100, 100, 300, 200}));
     stage.front("editor", {100, 100, 299, 200});
-    EXPECT_EQ(stage.pet.frontWindow(), std::nullopt);
+    EXPECT_EQ(stage.pet.stage().frontWindow(), std::nullopt);
     stage.computer.defaults.set("QuibPhaseWindow", std::string("1,2,3"));
-    EXPECT_EQ(stage.pet.frontWindow(), std::nullopt);
+    EXPECT_EQ(stage.pet.stage().frontWindow(), std::nullopt);
     stage.computer.defaults.set("QuibPhaseWindow", std::string("1, 2,,x,3,4.5"));
-    EXPECT_EQ(stage.pet.frontWindow(), (Rect{1, 2, 3, 4.5}));
+    EXPECT_EQ(stage.pet.stage().frontWindow(), (Rect{1, 2, 3, 4.5}));
 }
 
 TEST(TheStage, RisesOverTheWindowsUnlessSomethingWantsTheScreen) {

@@ -22,7 +22,7 @@ public:
 
     /// Lets it decide for the intent, as it would with what it sees.
     static void begin(Companion& who, Intent intent, Done done) {
-        Companion::Surroundings seen{.spots = who.pet().openSpots()};
+        Companion::Surroundings seen{.spots = who.pet().stage().openSpots()};
         for (const Ground& spot : seen.spots) {
             if (!spot.solid && !seen.file) seen.newFile = seen.file = spot;
         }
@@ -42,7 +42,7 @@ inline void expectAtRest(SimulatedComputer& computer, AppDelegate& app, Companio
     EXPECT_TRUE(!pet.sprite().animation("bob") || pet.isAirborne());
     EXPECT_EQ(pet.sprite().model().position, Point{});
     EXPECT_EQ(sprite.opacity, 1);
-    EXPECT_EQ(sprite.transform, pet.facingRight ? Transform{} : Transform::mirrored());
+    EXPECT_EQ(sprite.transform, pet.facesRight() ? Transform{} : Transform::mirrored());
     EXPECT_EQ(node.transform, Transform{});
     EXPECT_EQ(node.opacity, 1);
     EXPECT_FALSE(node.hidden);
@@ -50,7 +50,7 @@ inline void expectAtRest(SimulatedComputer& computer, AppDelegate& app, Companio
     EXPECT_EQ(pet.figure().mask(), nullptr);
     EXPECT_TRUE(pet.sprite().sublayers().empty());
     EXPECT_EQ(pet.node().sublayers().size(), 4u) << "figure, bubble, panel and thought";
-    EXPECT_EQ(pet.interactive, who.presence().isOut() && !who.presence().isBusy());
+    EXPECT_EQ(pet.isInteractive(), who.presence().isOut() && !who.presence().isBusy());
     EXPECT_FALSE(computer.pointer.hidden);
     EXPECT_EQ(pet.node().superlayer()->sublayers().size(), app.party().size()) << "no shades";
     EXPECT_FALSE(app.ballFX()->isPlaying());
