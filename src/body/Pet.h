@@ -57,9 +57,12 @@ struct StageAccess {
 /// What happens to a body, for the creature to which it belongs. Points are in stage coordinates.
 struct PetEvents {
     std::function<void(Point)> onHover = [](Point) {};  // the pointer moved over it, no button down
-    std::function<void(Point)> onCursor = [](Point) {};    // it moved anywhere, no button down
-    std::function<void()> onPickUp = [] {};                // the left button went down on it
-    std::function<void()> onDrop = [] {};                  // it was let go
+    std::function<void(Point)> onCursor = [](Point) {};  // it moved anywhere, no button down
+    std::function<void()> onPickUp = [] {};              // the left button went down on it
+    std::function<void()> onDrop = [] {};                // it was let go
+    /// Whether something dropped on it now would be heeded; else the drop is refused.
+    std::function<bool()> takesItems = [] { return true; };
+    std::function<bool()> takesFiles = [] { return true; };
     std::function<void(Item)> onItem = [](Item) {};        // an item was dropped on it
     std::function<void(Point)> onItemNear = [](Point) {};  // an item is being dragged nearby
     /// Files were dropped on it.
@@ -234,6 +237,8 @@ public:
     };
     /// The portrait bubble, with a speech panel when there is a caption. A newer one replaces it.
     void showFace(const Expression& expression);
+    /// How long a caption takes to be typed out.
+    static Seconds typingTime(const std::string& caption);
 
     const Lifetime& lifetime() const { return lifetime_; }
     RunLoop& runLoop() const { return engine_.runLoop(); }

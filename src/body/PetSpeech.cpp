@@ -33,6 +33,11 @@ StyledText beginning(const StyledText& whole, std::size_t count) {
     return part;
 }
 
+Seconds letterTime(std::size_t letters) {
+    return std::min(longestTyping / static_cast<double>(std::max<std::size_t>(letters, 1)),
+                    slowestLetter);
+}
+
 /// Where bubbles begin, in art pixels above the foot point.
 double lowestBubble(const Pet::Expression& e) {
     return std::max(headHeight, e.tall + aboveHead);
@@ -130,11 +135,13 @@ std::optional<Pet::Spoken> Pet::showDialog(const Expression& e, int turn) {
                       "blink");
 
     const std::size_t before = characterCount(prefix);
-    const std::size_t letters = characterCount(*e.caption);
-    const Seconds step = std::min(
-        longestTyping / static_cast<double>(std::max<std::size_t>(letters, 1)), slowestLetter);
-    typeOut(whole, before, step, turn);
-    return Spoken{panel, step * static_cast<double>(letters)};
+    typeOut(whole, before, letterTime(characterCount(*e.caption)), turn);
+    return Spoken{panel, typingTime(*e.caption)};
+}
+
+Seconds Pet::typingTime(const std::string& caption) {
+    const std::size_t letters = characterCount(caption);
+    return letterTime(letters) * static_cast<double>(letters);
 }
 
 Vector Pet::shiftIntoSight(Rect bubble, Point from, Point to) const {

@@ -66,7 +66,6 @@ void Companion::goIn() {
 
 void Companion::comeOut(Point from) {
     presence_.comeOut();
-    hiddenForCall_ = false;  // whoever let it out
     pet_.interrupt();
     const Point spot = summonSpot();
     const bool right = pet_.walkArea().lo + lookAlongThrow * pet_.scale() < spot.x;
@@ -84,6 +83,7 @@ void Companion::comeOut(Point from) {
 
 void Companion::becomeFree() {
     presence_.arrive();
+    if (isOutOfSight()) standUp();  // the screen changed while it came out
     pet_.setInteractive(true);
     lastMood_ = mood();
     habitat_.onPlaceChanged();
@@ -164,8 +164,10 @@ void Companion::restart() {
     if (presence_.isBusy() || presence_.isHeld()) return;
     breakOff();
     presence_.wake();
+    presence_.comeRound();
     hiddenForCall_ = false;
-    pendingEvolution_.reset();
+    withdrawOffer();
+    forgetHunger();
     become(identity_.asEgg());
     needs_.meetAnew();
     save();

@@ -12,6 +12,8 @@ namespace {
 
 constexpr double artScale = 3;  // points per sheet pixel
 
+constexpr Seconds reading = 1;  // of words that stand there whole
+
 // Friendship from which the portrait in lists looks content, and glad.
 constexpr double contentFriendship = 70;
 constexpr double gladFriendship = 200;
@@ -148,6 +150,7 @@ void Character::feel(Face face, const Bubble& bubble) {
                    .thought = bubble.thought,
                    .seconds = bubble.seconds,
                    .tall = a().idle.height});
+    if (bubble.caption) readAt_ = now() + Pet::typingTime(*bubble.caption) + reading;
     uttered({face, bubble.caption, bubble.speaker, bubble.seconds});
     hasJustSaid_ = hasJustSaid_ || bubble.caption;
     if (std::exchange(hasJustShown_, true)) return;
@@ -159,7 +162,7 @@ void Character::feelIfShown(Face face, const Bubble& bubble) {
 }
 
 void Character::muse(Face face, const Bubble& bubble) {
-    if (!hasJustShown_) feelIfShown(face, bubble);
+    if (!hasJustShown_ && now() >= readAt_) feelIfShown(face, bubble);
 }
 
 void Character::speak(const Speech& speech) {

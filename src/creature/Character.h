@@ -2,6 +2,7 @@
 // Who a creature is: what is remembered of it, what others may see of it, what it says. Species
 // tell here what sets them apart. What a creature does stands in Companion.h.
 
+#include <limits>
 #include <memory>
 #include <optional>
 #include <span>
@@ -150,8 +151,8 @@ protected:
     void feel(Face face, const Bubble& bubble);
     /// Shows a face while portraits are switched on.
     void feelIfShown(Face face, const Bubble& bubble);
-    /// Shows what goes through its head as it sets out for something. What it has said in the same
-    /// turn of the loop is not replaced by that.
+    /// Shows what goes through its head as it sets out for something. Not in place of what it has
+    /// shown in the same turn of the loop, nor of words that nobody can have read yet.
     void muse(Face face, const Bubble& bubble);
     /// Whether words of this turn of the loop stand in its bubble; others had better wait.
     bool hasJustSaid() const { return hasJustSaid_; }
@@ -192,6 +193,7 @@ private:
     // In this turn of the loop: any bubble, and one with words.
     bool hasJustShown_ = false;
     bool hasJustSaid_ = false;
+    Instant readAt_ = -std::numeric_limits<Instant>::infinity();  // when its words have been read
 };
 
 }  // namespace quibbits

@@ -1,7 +1,8 @@
 #pragma once
-// What a creature does: its decisions, routines and reactions. Who it is stands in Character.h. This
-// is the base of both species, which override what differs. AppDelegate owns one object of each for
-// the life of the process. The header follows the topics; each has a source file of its name.
+// What a creature does: its decisions, routines and reactions. Who it is stands in Character.h.
+// This is the base of both species, which override what differs. AppDelegate owns one object of
+// each for the life of the process. The header follows the topics; each has a source file of its
+// name.
 //
 // There is no timer that makes a creature think. `think` decides and starts a routine whose end is
 // `think` again; whoever wants its attention meanwhile calls `stop`, which voids the old routine,
@@ -321,6 +322,8 @@ private:
     void focus(bool quiet);
     void groundChanged();
     bool hasLostGround() const;
+    bool isOutOfSight() const;
+    void comeIntoSight();
     bool findFeet();
     void standUp();
     /// A dozing creature whose reaction has ended goes on sleeping.
@@ -342,6 +345,7 @@ private:
 
     // Feeding.
     void minds(Seconds gift);
+    void forgetHunger();
     void eat(Item item, Done done);
     void taste(Item item);
     void lickUp(Item item, const Anim& licking, const Nibble& tongue, Done done);

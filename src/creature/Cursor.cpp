@@ -129,7 +129,7 @@ void Companion::cursorNearby(Point point) {
 }
 
 void Companion::shyAway(Point point) {
-    feelIfShown(Face::worried, {.seconds = 2});
+    muse(Face::worried, {.seconds = 2});
     const Point here = pet_.position();
     const bool right = point.x < here.x;
     pet_.face(right);

@@ -72,14 +72,17 @@ void Companion::received(Item item) {
     });
 }
 
+/// A new spell of hunger may be told of.
+void Companion::forgetHunger() {
+    hungerNotified_ = false;
+    computer().notifications.removeDelivered(key("hungry"));
+}
+
 void Companion::eat(Item item, Done done) {
     needs_.eat(filling);
     needs_.forgetHunger();
     saveHungryMinutes();
-    if (needs().hunger < hungryAgain) {
-        hungerNotified_ = false;
-        computer().notifications.removeDelivered(key("hungry"));
-    }
+    if (needs().hunger < hungryAgain) forgetHunger();
     const Image& picture = Pixels::item(item);
     const auto tongue = nibble();
     const Anim* licking = tongue && !a().canEat ? a().anim(tongue->anim) : nullptr;

@@ -106,7 +106,7 @@ void Companion::faint() {
 }
 
 void Companion::lieDown() {
-    feelIfShown(Face::pain, {.seconds = 2.5});
+    muse(Face::pain, {.seconds = 2.5});
     pet_.play(a().faint, 1);  // and there it lies, until its mood is better
 }
 

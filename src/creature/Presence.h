@@ -55,7 +55,12 @@ public:
         dozing_ = false;
         return was;
     }
-    void faint() { fainted_ = true; }
+    void faint() {
+        fainted_ = true;
+        ++faints_;
+    }
+    /// Tells one faint from the next.
+    int faints() const { return faints_; }
     void comeRound() { fainted_ = false; }
 
 private:
@@ -69,6 +74,7 @@ private:
     bool held_ = false;
     bool dozing_ = false;
     bool fainted_ = false;
+    int faints_ = 0;
 };
 
 }  // namespace quibbits

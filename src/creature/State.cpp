@@ -34,6 +34,8 @@ void Companion::joinBody() {
         .onCursor = [this](Point at) { watch(at); },
         .onPickUp = [this] { pickedUp(); },
         .onDrop = [this] { dropped(); },
+        .takesItems = [this] { return presence_.isReady(); },
+        .takesFiles = [this] { return canAttack(); },
         .onItem = [this](Item item) { received(item); },
         .onItemNear = [this](Point at) { itemNear(at); },
         .onZap = [this](const std::vector<std::string>& paths) { zap(paths); },

@@ -53,17 +53,23 @@ void Companion::wakeUp(Done then) {
 }
 
 /// Finds its feet after the stage has handed out new ground. Nowhere to stand, it is put on the
-/// floor; in the air without being on its way, it falls.
+/// floor; in the air without being on its way, or where the screen no longer reaches, it comes
+/// down.
 void Companion::groundChanged() {
-    if (!presence_.isAtHand() || !hasLostGround()) return;
+    if (presence_.isOut() && presence_.isBusy() && isOutOfSight()) return standUp();
+    if (!presence_.isAtHand()) return;
+    const bool outOfSight = isOutOfSight();
+    if (!outOfSight && !hasLostGround()) return;
 
     const bool lost = !pet_.surfaceIndex(pet_.position());
     const bool asleep =
         presence_.isDozing() || presence_.isFainted();  // with no chain to break off
-    if (!lost && !asleep) return stop([this] { think(); });
     if (!asleep) breakOff();
-    standUp();
-    if (!asleep) think();
+    if (lost || asleep)
+        standUp();
+    else if (outOfSight)
+        comeIntoSight();
+    if (!asleep) stop([this] { think(); });
 }
 
 /// Looks down at the end of a motion: the ground may have changed since it set out. False when it
@@ -83,6 +89,22 @@ bool Companion::findFeet() {
 bool Companion::hasLostGround() const {
     if (!pet_.surfaceIndex(pet_.position())) return true;
     return pet_.isAirborne() && !floats() && !pet_.node().animation("move");
+}
+
+/// Whether it is, or is on its way to, where the screen no longer reaches.
+bool Companion::isOutOfSight() const {
+    const Terrain& terrain = pet_.terrain();
+    const Range screen{terrain.walkArea.lo - Pet::sideMargin,
+                       terrain.walkArea.hi + Pet::sideMargin};
+    const auto beyond = [&](Point at) { return at.y > terrain.skyline || !screen.contains(at.x); };
+    return beyond(pet_.position()) || beyond(pet_.node().model().position);
+}
+
+/// To the nearest place where it can be seen, in the air if it is there.
+void Companion::comeIntoSight() {
+    const Point here = pet_.position();
+    const double x = pet_.walkArea().clamp(here.x);
+    pet_.drag({x, std::min(here.y, std::max(pet_.terrain().ceiling, pet_.floorY(x)))});
 }
 
 /// Puts it on its feet where it is, or as near to that as it can stand.
@@ -222,7 +244,10 @@ void Companion::collapse() {
     stop([this] {
         speak({.moment = Moment::failed, .face = Face::pain});
         pet_.play(a().faint, 1);
-        pet_.runLoop().after(failureLasts, pet_.lifetime().guard([this] { comeRound(); }));
+        pet_.runLoop().after(failureLasts,
+                             pet_.lifetime().guard([this, which = presence_.faints()] {
+                                 if (which == presence_.faints()) comeRound();
+                             }));
     });
 }
 
@@ -258,7 +283,10 @@ void Companion::celebrateHook() {
 }
 
 void Companion::cameraChanged(bool on) {
-    if (!isOn(Setting::hideOnCamera)) return;
+    if (!isOn(Setting::hideOnCamera)) {
+        if (!on) hiddenForCall_ = false;  // that call is over
+        return;
+    }
     if (on) {
         if (!presence_.isAtHand()) return;
         hiddenForCall_ = true;

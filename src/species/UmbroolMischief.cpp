@@ -342,7 +342,8 @@ void Umbrool::tugWindow(const Rect& window, Done done) {
     };
     run({going({.to = corner, .speed = 170}), doing(tug),
          playing(firstOf({"Pull", "Attack"}, a().shock), 3), doing(giveUp),
-         playing(firstOf({"TumbleBack", "Trip"}, a().hurt))},
+         playing(firstOf({"TumbleBack", "Trip"}, a().hurt)),
+         doing([this] { pet_.play(front("Idle", a().idle)); })},
         std::move(done));
 }
 

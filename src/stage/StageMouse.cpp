@@ -112,10 +112,14 @@ void StageWindow::rightMouseDown() {
 }
 
 Pet* StageWindow::dropTarget(const DragInfo& drag) const {
-    if (drag.item) return visiblePet(drag.location, itemReach);
+    if (drag.item) {
+        Pet* pet = visiblePet(drag.location, itemReach);
+        return pet && pet->events().takesItems() ? pet : nullptr;
+    }
     const bool meant =
         computer_.pointer.modifiers().option && isOn(computer_.defaults, Setting::thunderbolt);
-    return meant ? visiblePet(drag.location, 0) : nullptr;
+    Pet* pet = meant ? visiblePet(drag.location, 0) : nullptr;
+    return pet && pet->events().takesFiles() ? pet : nullptr;
 }
 
 bool StageWindow::drop(const DragInfo& drag) {

@@ -33,6 +33,8 @@ private:
     const Layer* effectsRoot() { return &effectsPanel()->root(); }
 };
 
+constexpr double expForLevel20 = 8000;  // medium fast
+
 TEST(TheBall, TakesACreatureInAndLetsItOut) {
     Life life({});
     life.advance(20);
@@ -165,8 +167,6 @@ TEST(AnEgg, HatchesIntoSomebodyNewWhoSaysWhoTheyAre) {
     }
 }
 
-constexpr double expForLevel20 = 8000;  // medium fast
-
 TEST(AnEvolution, FlickersEverFasterAndEndsInTheNewForm) {
     Life life({.defaults = {{"pet.exp", expForLevel20 + 100}}});
     life.advance(5);
@@ -176,6 +176,8 @@ TEST(AnEvolution, FlickersEverFasterAndEndsInTheNewForm) {
     EXPECT_EQ(life.pet().sprite().sublayers().size(), 1u);  // one white shape at a time
     life.advance(0.1);
     EXPECT_EQ(life.creature().stage(), Stage::thrummet);
+    EXPECT_EQ(std::get<Picture>(life.pet().sprite().model().content).image,
+              life.creature().a().idle.image);
     const Layer& light = *life.pet().sprite().sublayers().front();
     EXPECT_GT(light.presentation().opacity, 0.5);  // the new form comes out of the light
     EXPECT_EQ(light.model().opacity, 0);
@@ -297,6 +299,44 @@ TEST(ACall, ThatTheUserCutShortForACreatureIsForgotten) {
     life.toggle();
     life.advance(20);
     EXPECT_FALSE(life.creature().presence().isOut()) << "it was put away by hand";
+}
+
+TEST(ACall, LetsOutAtItsEndWhoWasSentBackByHandMeanwhile) {
+    Life life({});
+    life.advance(5);
+    life.computer.setCameras({true});
+    life.advance(5);
+    life.toggle();
+    life.advance(5);
+    life.toggle();
+    life.advance(5);
+    life.computer.setCameras({false});
+    life.advance(5);
+    EXPECT_TRUE(life.creature().presence().isOut());
+}
+
+TEST(StartingOver, LeavesNothingOfTheLifeBefore) {
+    Life life({.defaults = {{"pet.exp", expForLevel20 + 100}, {"pet.hunger", 0.95}}});
+    life.advance(60);
+    life.creature().received(Item::stormPebble);
+    ASSERT_TRUE(life.creature().offer());
+    life.creature().offerZap({"/d/a"}, "", "");
+    life.app->open({"quibbits://failed"});
+    life.advance(1);
+    ASSERT_TRUE(life.creature().presence().isFainted());
+    life.creature().restart();
+    EXPECT_FALSE(life.creature().offer());
+    EXPECT_FALSE(life.computer.notifications.delivered.contains("pet.hungry"));
+    EXPECT_FALSE(life.computer.notifications.delivered.contains("pet.evolve"));
+    life.toggle();
+    life.advance(4.8);
+    ASSERT_TRUE(life.creature().presence().isReady());
+    EXPECT_EQ(life.creature().needs().hunger, 0.3);
+    EXPECT_EQ(life.creature().needs().energy, 0.8);
+    life.advance(11);
+    EXPECT_TRUE(life.hasSaid("Its ability is Lightning Rod!")) << "nobody has come round meanwhile";
+    EXPECT_TRUE(life.hasSaid("It has a " + std::string(life.creature().identity().nature.name) +
+                             " nature."));
 }
 
 TEST(FilesOnOffer, GoToTheTrashOnlyWhenTheUserSaysSo) {

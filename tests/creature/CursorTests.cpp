@@ -169,6 +169,9 @@ TEST(Petting, BuildsFriendshipOnceInAQuarterOfAnHour) {
     const double exp = life.creature().identity().exp;
     pet();
     EXPECT_EQ(life.creature().needs().friendship, 103) << "it knows Cheek Rub";
+    life.advance(9);
+    pet();
+    EXPECT_EQ(life.creature().needs().friendship, 103) << "not again so soon";
     EXPECT_GT(life.creature().identity().exp, exp);
 }
 

@@ -154,6 +154,7 @@ public:
         utterances.clear();
         computer.notifications.delivered.clear();
         watcher.played.clear();
+        watcher.sawHearts = false;
     }
     void expect(const char* when, std::optional<Face> face, const std::vector<std::string>& plays) {
         if (face) {
@@ -176,14 +177,19 @@ TEST(EveryEvent, ShowsAndPlaysWhatItShouldEachTimeAndLeavesNothing) {
             row.happens(life);
             life.watcher.lookOn(row.lasts);
             life.expect("first", row.shows, row.plays);
+            static const std::set<std::string> warm{"done", "a greeting", "petting", "the hand"};
+            EXPECT_EQ(life.watcher.sawHearts, warm.contains(row.what));
             if (!row.notification.empty()) {
                 EXPECT_TRUE(life.computer.notifications.delivered.contains(row.notification));
             }
             life.utterances.clear();
             life.watcher.played.clear();
+            life.watcher.sawHearts = false;
             if (row.ends) row.ends(life);
             life.watcher.lookOn(6);
             life.expect("then", row.thenShows, row.thenPlays);
+            static const std::set<std::string> glad{"focus", "absence"};
+            EXPECT_EQ(life.watcher.sawHearts, glad.contains(row.what));
             pointAway(life);
             const std::size_t before = life.decisions.size();
             life.advance(1300);
@@ -193,6 +199,36 @@ TEST(EveryEvent, ShowsAndPlaysWhatItShouldEachTimeAndLeavesNothing) {
             expectAtRest(life.computer, *life.app, life.creature(), row.what);
             life.creature().think();
         }
+    }
+}
+
+TEST(AFailure, LaysItDownForItsOwnEightSeconds) {
+    Witness life;
+    life.settle();
+    word(life, "failed");
+    life.advance(2);
+    word(life, "celebrate");
+    life.advance(3);
+    word(life, "failed");
+    life.advance(7.5);
+    EXPECT_TRUE(life.creature().presence().isFainted()) << "the first one's time is over";
+    life.advance(1);
+    EXPECT_FALSE(life.creature().presence().isFainted());
+}
+
+TEST(AGift, ToWhoCannotHeedItIsRefused) {
+    for (const char* told : {"focus", "failed"}) {
+        Witness life;
+        life.settle();
+        word(life, told);
+        life.advance(1);
+        life.computer.files.files.insert("/d/a");
+        life.computer.pointer.keys.option = true;
+        EXPECT_FALSE(life.computer.dropOnStage({.location = body(life), .files = {"/d/a"}}));
+        EXPECT_FALSE(life.computer.dropOnStage({.location = body(life), .item = "azurine"}));
+        word(life, "unfocus");
+        life.advance(20);
+        EXPECT_TRUE(life.computer.dropOnStage({.location = body(life), .files = {"/d/a"}})) << told;
     }
 }
 

@@ -150,6 +150,10 @@ TEST(EveryIntent, CostsShowsAndPlaysWhatItShouldAndLeavesNothing) {
                 } else if (row.thinks && !life.utterances.empty()) {
                     EXPECT_NE(life.utterances.front().seconds, 2.2) << "the same thought again";
                 }
+                if (row.intent == Intent::teleport) {
+                    const double pointer = life.computer.pointer.place.x;
+                    EXPECT_EQ(life.pet().facesRight(), life.pet().position().x <= pointer);
+                }
                 for (const std::string& anim : row.plays) {
                     EXPECT_TRUE(life.watcher.played.contains(anim)) << anim;
                 }

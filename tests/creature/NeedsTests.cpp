@@ -58,10 +58,11 @@ TEST(Needs, ADayOfHungerHurtsOnceAndTheCounterBeginsAgain) {
     LivingCreature life(
         {.defaults = {
              {"pet.hunger", 0.9}, {"pet.hungryMinutes", 479.9}, {"pet.friendship", 100.0}}});
-    life.advance(60);
+    life.advance(150);
     EXPECT_TRUE(life.hasSaid("Sparrel went hungry all day…"));
     EXPECT_NEAR(life.creature().needs().friendship, 90, 1e-9);
-    EXPECT_LT(life.creature().needs().hungryMinutes, 2);
+    EXPECT_GT(life.creature().needs().hungryMinutes, 0);
+    EXPECT_LT(life.creature().needs().hungryMinutes, 3);
     EXPECT_EQ(life.computer.defaults.onlyNumber("pet.hungryMinutes"),
               life.creature().needs().hungryMinutes);
 }

@@ -75,6 +75,7 @@ TEST(WhatItSays, IsSeenThoughADecisionFollowsAtOnce) {
                            {"notifications", false},
                            {"pet.exp", almostGrown}}},
               600},
+             {{"Good morning!"}, {.defaults = {{"pet.greeted", Date{0}}}, .battery = 3}},
              {{"So hot… I'm overheating…"},
               {},
               10,

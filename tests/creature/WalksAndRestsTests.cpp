@@ -291,6 +291,46 @@ TEST(TheGround, ShrinkingWithTheScreenBringsACreatureBackIntoSight) {
     EXPECT_EQ(life.pet().walkArea(), (Range{20, 2540}));
 }
 
+TEST(AScreen, ThatShrinksBringsEverybodyIntoSight) {
+    struct Row {
+        const char* when;
+        std::function<void(LivingCreature&)> begins;
+        Seconds until;
+        Seconds settles;  // afterwards
+    };
+    const auto fly = [](LivingCreature& l) {
+        l.creature().stop([] {});
+        l.creature().go({.to = {1300, 850}, .speed = 200}, [] {});
+    };
+    for (const auto& [when, begins, until, settles] : std::vector<Row>{
+             {"flying up", fly, 1, 3},
+             {"high up", fly, 30, 3},
+             {"evolving", [](LivingCreature& l) { l.creature().evolve({.to = Stage::umbrool}); }, 3,
+              0.2},
+             {"coming out",
+              [](LivingCreature& l) {
+                  l.creature().toggleBall();
+                  l.advance(8);
+                  l.creature().toggleBall();
+              },
+              1, 1.5},
+         }) {
+        LivingCreature life({.store = "umbrool", .stage = "gloamer"});
+        life.advance(8);
+        life.pet().drag({1200, life.pet().position().y});
+        begins(life);
+        life.advance(until);
+        life.computer.setScreen({700, 500}, 1);
+        life.advance(settles);
+        const Point at = life.pet().position();
+        EXPECT_LE(at.x, 700) << when;
+        EXPECT_LE(at.y, 500) << when;
+        const std::size_t before = life.decisions.size();
+        life.advance(120);
+        EXPECT_GT(life.decisions.size(), before) << when;
+    }
+}
+
 TEST(TheGround, ShrinkingUnderAHovererEndsItsBobbing) {
     LivingCreature life({.store = "umbrool", .stage = "gloamer"});
     life.creature().stop([] {});

@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 
+#include "body/Pixels.h"
 #include "support/LivingCreature.h"
 
 namespace quibbits {
@@ -22,8 +23,13 @@ public:
         for (const auto& [name, anim] : life_.creature().a().all) {
             if (anim.image == picture.image) played.insert(name);
         }
+        for (const LayerRef& layer : life_.pet().node().sublayers()) {
+            const auto* source = std::get_if<Emitter>(&layer->model().content);
+            sawHearts = sawHearts || (source && source->cells.front().image == Pixels::heart());
+        }
     }
     std::set<std::string> played;
+    bool sawHearts = false;
 
 private:
     static constexpr Seconds step = 0.05;
