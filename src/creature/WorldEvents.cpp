@@ -72,11 +72,12 @@ void Companion::groundChanged() {
     if (!asleep) stop([this] { think(); });
 }
 
-/// Looks down at the end of a motion: the ground may have changed since it set out. False when it
-/// has begun something new, for there was nothing to stand on. Who flies may hover where nothing is
-/// beneath; it comes to the ground in the end.
+/// Looks about at the end of a motion: the ground or the screen may have changed since it set out.
+/// False when it has begun something new, for there was nothing to stand on. Who flies may hover
+/// where nothing is beneath; it comes to the ground in the end.
 bool Companion::findFeet() {
-    if (!presence_.isAtHand() || floats() || !hasLostGround()) return true;
+    if (!presence_.isAtHand()) return true;
+    if (!isOutOfSight() && (floats() || !hasLostGround())) return true;
     const bool asleep = presence_.isDozing() || presence_.isFainted();
     if (asleep)
         standUp();
@@ -91,13 +92,13 @@ bool Companion::hasLostGround() const {
     return pet_.isAirborne() && !floats() && !pet_.node().animation("move");
 }
 
-/// Whether it is, or is on its way to, where the screen no longer reaches.
+/// Whether it is where the screen does not reach.
 bool Companion::isOutOfSight() const {
     const Terrain& terrain = pet_.terrain();
     const Range screen{terrain.walkArea.lo - Pet::sideMargin,
                        terrain.walkArea.hi + Pet::sideMargin};
-    const auto beyond = [&](Point at) { return at.y > terrain.skyline || !screen.contains(at.x); };
-    return beyond(pet_.position()) || beyond(pet_.node().model().position);
+    const Point at = pet_.position();
+    return at.y > terrain.skyline || !screen.contains(at.x);
 }
 
 /// To the nearest place where it can be seen, in the air if it is there.

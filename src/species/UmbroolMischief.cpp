@@ -331,7 +331,7 @@ void Umbrool::tickleDock(const Ground& dock, Done done) {
 void Umbrool::tugWindow(const Rect& window, Done done) {
     const double px = pet_.scale();
     const bool right = random().coin();
-    const Point corner{right ? window.maxX() - 6 * px : window.minX() + 6 * px,
+    const Point corner{clamped(right ? window.maxX() - 6 * px : window.minX() + 6 * px),
                        std::min(window.maxY() - 2 * px, lookout(window, 1))};
     const auto tug = [this, right] {
         pet_.face(right);
