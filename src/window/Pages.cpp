@@ -19,7 +19,7 @@
 namespace quibbits::window {
 namespace {
 
-constexpr int sidebarWidth = 174;
+constexpr int sidebarWidth = 180;  // the longest name of a creature fits
 
 class TabItem final : public Item {
 public:
@@ -158,7 +158,9 @@ protected:
             painter.drawImage(icon, resized(picture_, (QSizeF(icon.size()) * ratio).toSize()));
             painter.setClipping(false);
         }
-        painter.drawText(rect().adjusted(40, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft, title_);
+        const QRect words = rect().adjusted(38, 0, -4, 0);
+        painter.drawText(words, Qt::AlignVCenter | Qt::AlignLeft,
+                         fontMetrics().elidedText(title_, Qt::ElideRight, words.width()));
     }
 
 private:
@@ -183,7 +185,7 @@ public:
         side->setFixedWidth(sidebarWidth);
         side->setAccessibleName("Pages");
         rows_ = new QVBoxLayout(side);
-        rows_->setContentsMargins(10, 14, 10, 14);
+        rows_->setContentsMargins(8, 14, 8, 14);
         rows_->setSpacing(2);
         whole->addWidget(side);
         detail_ = new QVBoxLayout;

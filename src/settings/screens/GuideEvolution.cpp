@@ -12,7 +12,7 @@ using namespace views;
 namespace {
 
 constexpr double chipWidth = 60;
-constexpr double arrowWidth = 58;
+constexpr double arrowWidth = 57;
 constexpr double fondFriendship = 220;
 constexpr int pebbleLevel = 20;
 constexpr int gloamerLevel = 25;
