@@ -1,7 +1,9 @@
 // Windows in a process of their own.
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstdlib>
@@ -117,6 +119,40 @@ private:
 /// What it is told lies beside it, in a file called "told".
 StandIn listener() {
     return StandIn("exec cat <&3 >$(dirname $0)/told");
+}
+
+/// Of this process, in bytes.
+std::size_t residentMemory() {
+    std::size_t all = 0;
+    std::size_t resident = 0;
+    std::ifstream("/proc/self/statm") >> all >> resident;
+    return resident * static_cast<std::size_t>(getpagesize());
+}
+
+TEST_F(ProcessWindowTest, ReturnsTheMemoryOfWhatItShowed) {
+    if (dlsym(RTLD_DEFAULT, "__asan_init")) GTEST_SKIP() << "its heap keeps what is freed";
+    std::vector<std::unique_ptr<std::string>> others;  // that stay, between what goes
+    const auto opened = [&] {
+        auto window = open(program_);
+        views::View page{.content = views::Form{}};
+        for (int i = 0; i < 400; ++i) {
+            const Image picture = Image::fromArgb(
+                80, 80, std::vector<Argb>(6400, 0xff000000u + static_cast<Argb>(i)));
+            page.children.push_back({.content = views::Picture{picture}});
+            others.push_back(std::make_unique<std::string>(200, 'x'));
+        }
+        window->update(page);
+        return window;
+    };
+    opened();
+    letPass(1);
+    const std::size_t before = residentMemory();
+    auto window = opened();
+    letPass(1);
+    EXPECT_GT(residentMemory(), before + 5'000'000);
+    window.reset();
+    letPass(0.2);
+    EXPECT_LT(residentMemory(), before + 1'000'000);
 }
 
 TEST_F(ProcessWindowTest, IsDarkFromTheFirstPictureAndFollowsTheDesktop) {

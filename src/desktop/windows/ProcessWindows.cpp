@@ -1,6 +1,7 @@
 #include "desktop/windows/ProcessWindows.h"
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/socket.h>
 
 #include <array>
@@ -24,6 +25,13 @@ using namespace views;
 constexpr Seconds lookPatience = 1;    // until a window is shown though nobody told light from dark
 constexpr Seconds answerPatience = 3;  // for a process that is to bring its window to the front
 
+/// Most of what a window showed lay in small pieces all over the heap, which the library keeps.
+void giveMemoryBack() {
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
 class ProcessWindow final : public ViewWindow {
 public:
     ProcessWindow(EventRunLoop& loop, DesktopLook& look, FileDescriptor channel)
@@ -33,6 +41,11 @@ public:
 
     /// One that could not be started: closes a moment later.
     ProcessWindow(EventRunLoop& loop, DesktopLook& look) : loop_(loop), look_(look) { closeSoon(); }
+
+    /// Whoever showed it lets go of its pictures first.
+    ~ProcessWindow() override { loop_.post(giveMemoryBack); }
+    ProcessWindow(const ProcessWindow&) = delete;
+    ProcessWindow& operator=(const ProcessWindow&) = delete;
 
     /// The window is seen as soon as it is known whether it is to be dark.
     void begin(const WindowSpec& spec, View tree) {
