@@ -60,11 +60,8 @@ EventRunLoop::~EventRunLoop() {
 
 void EventRunLoop::dropJobs() {
     takePosted();
-    while (!pending_.empty()) {
-        {
-            const auto node = pending_.extract(pending_.begin());
-            orders_.erase(node.mapped().id);
-        }
+    while (jobs_.size() > 0) {
+        jobs_.clear();
         takePosted();
     }
 }
@@ -140,22 +137,10 @@ Subscription EventRunLoop::beforeWaiting(Job job) {
 }
 
 std::uint64_t EventRunLoop::schedule(Schedule when, Job job) {
-    const auto sequence = ++lastSequence_;
-    const Order order{std::max(when.due, now()), sequence};
-    pending_.emplace(order, Pending{.id = sequence,
-                                    .interval = when.interval,
-                                    .tolerance = when.tolerance,
-                                    .job = std::move(job)});
-    orders_.emplace(sequence, order);
-    return sequence;
-}
-
-void EventRunLoop::cancel(std::uint64_t id) {
-    if (id == runningId_) runningCancelled_ = true;
-    const auto found = orders_.find(id);
-    if (found == orders_.end()) return;
-    const auto node = pending_.extract(found->second);  // a job's end may cancel others
-    orders_.erase(found);
+    return jobs_.add({.due = std::max(when.due, now()),
+                      .interval = when.interval,
+                      .tolerance = when.tolerance,
+                      .job = std::move(job)});
 }
 
 void EventRunLoop::takePosted() {
@@ -170,33 +155,9 @@ void EventRunLoop::takePosted() {
 void EventRunLoop::runDue() {
     takePosted();
     const Instant until = now();  // what a job adds waits for the next turn
-    while (!quitting_ && !pending_.empty() && pending_.begin()->first.due <= until) {
-        runOne(pending_.extract(pending_.begin()));
+    for (auto due = jobs_.nextDue(); !quitting_ && due && *due <= until; due = jobs_.nextDue()) {
+        jobs_.runFirst(*this);
     }
-}
-
-void EventRunLoop::runOne(std::map<Order, Pending>::node_type next) {
-    auto& pending = next.mapped();
-    orders_.erase(pending.id);
-    runningId_ = pending.id;
-    runningCancelled_ = false;
-    pending.job();
-    runningId_ = 0;
-    if (pending.interval <= 0 || runningCancelled_) return;
-    const auto missed = std::floor((now() - next.key().due) / pending.interval);
-    next.key() = {next.key().due + pending.interval * (std::max(missed, 0.0) + 1), ++lastSequence_};
-    orders_.emplace(pending.id, next.key());
-    pending_.insert(std::move(next));
-}
-
-std::optional<Instant> EventRunLoop::wakeBy() const {
-    std::optional<Instant> latest;
-    for (const auto& [order, pending] : pending_) {
-        if (latest && order.due >= *latest) break;
-        const Instant bound = order.due + pending.tolerance;
-        if (!latest || bound < *latest) latest = bound;
-    }
-    return latest;
 }
 
 void EventRunLoop::turn(Seconds longestWait) {
@@ -211,7 +172,7 @@ void EventRunLoop::waitFor(Seconds longest) {
         if (!posted_.empty()) longest = 0;
     }
     std::optional<Seconds> wait;
-    if (const auto by = wakeBy()) wait = *by - now();
+    if (const auto by = jobs_.wakeBy()) wait = *by - now();
     if (std::isfinite(longest)) wait = wait ? std::min(*wait, longest) : longest;
 
     std::array<epoll_event, 16> events;

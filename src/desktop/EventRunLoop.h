@@ -4,7 +4,6 @@
 // nothing to do never wakes. Made and run on the main thread, before any other thread starts.
 
 #include <atomic>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "desktop/files/FileDescriptor.h"
+#include "platform/JobQueue.h"
 #include "platform/RunLoop.h"
 #include "platform/Signal.h"
 
@@ -62,20 +62,9 @@ public:
 
 protected:
     std::uint64_t schedule(Schedule when, Job job) override;
-    void cancel(std::uint64_t id) override;
+    void cancel(std::uint64_t id) override { jobs_.cancel(id); }
 
 private:
-    struct Order {
-        Instant due = 0;
-        std::uint64_t sequence = 0;
-        auto operator<=>(const Order&) const = default;
-    };
-    struct Pending {
-        std::uint64_t id = 0;
-        Seconds interval = 0;
-        Seconds tolerance = 0;
-        Job job;
-    };
     struct Watch {
         int descriptor = -1;
         Job ready;
@@ -84,8 +73,6 @@ private:
     Subscription watchFor(int descriptor, std::uint32_t events, Job ready);
     void takePosted();
     void runDue();
-    void runOne(std::map<Order, Pending>::node_type next);
-    std::optional<Instant> wakeBy() const;
     void waitFor(Seconds longest);
 
     FileDescriptor epoll_;
@@ -93,11 +80,7 @@ private:
     FileDescriptor signals_;  // none until quitOnSignals
     std::atomic<bool> quitting_{false};
 
-    std::map<Order, Pending> pending_;
-    std::unordered_map<std::uint64_t, Order> orders_;  // by id, of everything pending
-    std::uint64_t lastSequence_ = 0;
-    std::uint64_t runningId_ = 0;  // 0 between jobs
-    bool runningCancelled_ = false;
+    JobQueue jobs_;
 
     const std::thread::id thread_ = std::this_thread::get_id();
     std::mutex postedLock_;

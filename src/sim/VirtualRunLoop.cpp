@@ -29,51 +29,18 @@ LocalTime VirtualRunLoop::localTime(Date date) const {
 }
 
 std::uint64_t VirtualRunLoop::schedule(Schedule when, Job job) {
-    const std::uint64_t id = ++lastSequence_;
-    const Order order{std::max(when.due, now_), id};
-    jobs_.emplace(order, Pending{id, when.interval, std::move(job)});
-    orders_.emplace(id, order);
-    return id;
-}
-
-void VirtualRunLoop::cancel(std::uint64_t id) {
-    if (running_ == id) running_ = 0;
-    const auto found = orders_.find(id);
-    if (found == orders_.end()) return;
-    const auto node = jobs_.extract(found->second);  // a job's end may cancel others
-    orders_.erase(found);
-}
-
-void VirtualRunLoop::dropJobs() {
-    while (!jobs_.empty()) {
-        const auto node = jobs_.extract(jobs_.begin());
-        orders_.erase(node.mapped().id);
-    }
-}
-
-std::optional<Instant> VirtualRunLoop::nextDue() const {
-    if (jobs_.empty()) return std::nullopt;
-    return jobs_.begin()->first.due;
+    return jobs_.add(
+        {.due = std::max(when.due, now_), .interval = when.interval, .job = std::move(job)});
 }
 
 void VirtualRunLoop::advanceTo(Instant instant) {
-    while (!jobs_.empty() && jobs_.begin()->first.due <= instant) {
-        auto next = jobs_.extract(jobs_.begin());
-        auto& pending = next.mapped();
-        orders_.erase(pending.id);
-        now_ = next.key().due;
+    for (auto due = nextDue(); due && *due <= instant; due = nextDue()) {
+        now_ = *due;
         if (now_ != lastWake_) {
             lastWake_ = now_;
             ++wakeUps_;
         }
-        running_ = pending.id;
-        pending.job();
-        const bool goesOn = pending.interval > 0 && running_ == pending.id;
-        running_ = 0;
-        if (!goesOn) continue;
-        next.key() = {now_ + pending.interval, ++lastSequence_};
-        orders_.emplace(pending.id, next.key());
-        jobs_.insert(std::move(next));
+        jobs_.runFirst(*this);
     }
     now_ = std::max(now_, instant);
 }

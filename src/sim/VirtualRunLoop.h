@@ -4,10 +4,9 @@
 // advancing at once.
 
 #include <cstdint>
-#include <map>
 #include <optional>
-#include <unordered_map>
 
+#include "platform/JobQueue.h"
 #include "platform/RunLoop.h"
 
 namespace quibbits {
@@ -17,7 +16,6 @@ public:
     /// The wall clock's date at instant 0, and how far local time is ahead of UTC.
     explicit VirtualRunLoop(Date begin, Seconds aheadOfUtc = 0)
         : begin_(begin), aheadOfUtc_(aheadOfUtc) {}
-    ~VirtualRunLoop() override { dropJobs(); }
     VirtualRunLoop(const VirtualRunLoop&) = delete;
     VirtualRunLoop& operator=(const VirtualRunLoop&) = delete;
 
@@ -30,40 +28,27 @@ public:
     void advanceTo(Instant instant);
     void advance(Seconds by) { advanceTo(now_ + by); }
     /// Drops all that is pending. What a job holds may cancel or add others at its end.
-    void dropJobs();
+    void dropJobs() { jobs_.clear(); }
     /// Moves the wall clock without any time passing, as a sleep or the user does.
     void shiftClock(Seconds by) { shift_ += by; }
 
     std::size_t pendingJobs() const { return jobs_.size(); }
     /// How many times a real loop would have woken up: distinct instants with a job.
     std::uint64_t wakeUps() const { return wakeUps_; }
-    std::optional<Instant> nextDue() const;
+    std::optional<Instant> nextDue() const { return jobs_.nextDue(); }
 
 protected:
     std::uint64_t schedule(Schedule when, Job job) override;
-    void cancel(std::uint64_t id) override;
+    void cancel(std::uint64_t id) override { jobs_.cancel(id); }
 
 private:
-    struct Order {
-        Instant due = 0;
-        std::uint64_t sequence = 0;
-        auto operator<=>(const Order&) const = default;
-    };
-    struct Pending {
-        std::uint64_t id = 0;
-        Seconds interval = 0;
-        Job job;
-    };
     Date begin_;
     Seconds aheadOfUtc_;
     Seconds shift_ = 0;
     Instant now_ = 0;
-    std::uint64_t lastSequence_ = 0;
-    std::map<Order, Pending> jobs_;
-    std::unordered_map<std::uint64_t, Order> orders_;  // by id, of everything pending
+    JobQueue jobs_;
     std::uint64_t wakeUps_ = 0;
     Instant lastWake_ = -1;
-    std::uint64_t running_ = 0;  // a repeating job that may cancel itself
 };
 
 /// A date from its calendar parts, in UTC.

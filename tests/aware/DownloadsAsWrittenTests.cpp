@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "aware/DownloadsGuard.h"
+#include "aware/GuardOn.h"
 #include "sim/SimulatedComputer.h"
 #include "support/DrawnSheets.h"
 #include "support/FlatText.h"
@@ -20,12 +20,7 @@ class Downloads : public testing::Test {
 protected:
     Downloads() {
         computer.defaults.set("downloadsGuard", true);
-        guard = std::make_unique<DownloadsGuard>(
-            DownloadsGuard::World{.files = computer.files,
-                                  .volumes = computer.volumes,
-                                  .background = computer.background,
-                                  .loop = computer.runLoop,
-                                  .defaults = computer.defaults});
+        guard = guardOn(computer);
         guard->onFind = [this](const DownloadsFind& find) {
             found.push_back(find.paths.front().substr(folder.size()));
             times.push_back(computer.runLoop.now());

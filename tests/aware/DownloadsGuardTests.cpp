@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "aware/DownloadsGuard.h"
+#include "aware/GuardOn.h"
 #include "platform/ByteCount.h"
 #include "sim/SimulatedComputer.h"
 #include "support/DrawnSheets.h"
@@ -22,12 +22,7 @@ protected:
     void launch() {
         guard.reset();
         finds.clear();
-        guard = std::make_unique<DownloadsGuard>(
-            DownloadsGuard::World{.files = computer.files,
-                                  .volumes = computer.volumes,
-                                  .background = computer.background,
-                                  .loop = computer.runLoop,
-                                  .defaults = computer.defaults});
+        guard = guardOn(computer);
         guard->onFind = [this](const DownloadsFind& find) {
             finds.push_back(find);
             times.push_back(computer.runLoop.now());

@@ -13,6 +13,7 @@
 #include "desktop/EventRunLoop.h"
 #include "desktop/TemporaryFolder.h"
 #include "desktop/session/Cameras.h"
+#include "session/CameraNews.h"
 
 namespace quibbits {
 namespace {
@@ -54,7 +55,7 @@ private:
     pid_t process_ = 0;
 };
 
-class CameraUse : public testing::Test {
+class CameraUse : public CameraNews<bool> {
 protected:
     CameraUse() { quibbits::write(folder / "dev/video0", std::string(4096, ' ')); }
     void watch() {
@@ -65,20 +66,9 @@ protected:
     }
     std::filesystem::path camera() const { return folder / "dev/video0"; }
     void look() { FileDescriptor(::open(camera().c_str(), O_RDONLY | O_CLOEXEC)); }
-    void letPass(Seconds time) {
-        for (const Instant end = loop.now() + time; loop.now() < end;) loop.turn(0.05);
-    }
-    bool isTold(std::size_t times) {
-        for (const Instant end = loop.now() + 60; told.size() < times && loop.now() < end;) {
-            loop.turn(0.05);
-        }
-        return told.size() >= times;
-    }
 
-    EventRunLoop loop;
     TemporaryFolder folder;
     std::optional<session::Cameras> cameras;
-    std::vector<bool> told;
 };
 
 TEST_F(CameraUse, WhoeverHeldACameraBeforeDoesNotUseItWhateverOthersDo) {

@@ -8,6 +8,7 @@
 #include "desktop/TemporaryFolder.h"
 #include "desktop/session/Cameras.h"
 #include "desktop/session/PowerSupplies.h"
+#include "session/CameraNews.h"
 
 namespace quibbits {
 namespace {
@@ -76,7 +77,7 @@ TEST_F(MachineFolder, NonsenseOfABatteryIsLeftOut) {
     }
 }
 
-class CameraDevices : public testing::Test {
+class CameraDevices : public CameraNews<std::vector<bool>> {
 protected:
     CameraDevices() {
         for (const char* name : {"video0", "video2", "video10", "videos", "vide", "null"}) {
@@ -88,20 +89,9 @@ protected:
     FileDescriptor open(const std::string& name) {
         return FileDescriptor(::open((devices / name).c_str(), O_RDONLY | O_CLOEXEC));
     }
-    void letPass(Seconds time) {
-        for (const Instant end = loop.now() + time; loop.now() < end;) loop.turn(0.05);
-    }
-    bool isTold(std::size_t times) {
-        for (const Instant end = loop.now() + 60; told.size() < times && loop.now() < end;) {
-            loop.turn(0.05);
-        }
-        return told.size() >= times;
-    }
 
-    EventRunLoop loop;
     TemporaryFolder devices;
     std::optional<session::Cameras> cameras;
-    std::vector<std::vector<bool>> told;
 };
 
 TEST_F(CameraDevices, ACameraIsInUseFromItsFirstOpeningToItsLastClosing) {

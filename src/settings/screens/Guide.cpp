@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 
+#include "rules/Thresholds.h"
 #include "settings/screens/Screens.h"
 
 namespace quibbits::screens {
@@ -12,7 +13,6 @@ using namespace views;
 
 namespace {
 
-constexpr double shinyOdds = 4096;
 constexpr double levelPace = 1'000'000;  // the total that counts as the ordinary pace
 
 constexpr std::array guidePages{"Evolution", "Growth", "Traits", "Moves"};

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "rules/Region.h"
+#include "rules/Thresholds.h"
 #include "settings/screens/Screens.h"
 
 namespace quibbits::screens {
@@ -13,9 +14,6 @@ namespace {
 
 constexpr double chipWidth = 60;
 constexpr double arrowWidth = 57;
-constexpr double fondFriendship = 220;
-constexpr int pebbleLevel = 20;
-constexpr int gloamerLevel = 25;
 
 struct Chip {
     Stage stage = Stage::egg;
@@ -66,7 +64,7 @@ View electricChain(const Resources& resources, const PetStats& s) {
                          chip(Stage::egg),
                          arrow("Hatch"),
                          chip(Stage::mizzle),
-                         arrow("Friendship " + whole(fondFriendship)),
+                         arrow("Friendship " + whole(readyFriendship)),
                          chip(Stage::sparrel),
                          arrow("Storm Pebble"),
                          std::move(last),
@@ -101,7 +99,7 @@ Views electricFacts(const UserDefaults& defaults, const PetStats& s) {
         fact("heart", "Mizzle → Sparrel",
              "Levels up with friendship 220 or more, as in the games. It asks you first: Evolve "
              "or Not Now.",
-             s.stage == Stage::mizzle ? whole(s.friendship) + " / " + whole(fondFriendship) : ""),
+             s.stage == Stage::mizzle ? whole(s.friendship) + " / " + whole(readyFriendship) : ""),
         fact("bolt", "Sparrel → Thrummet",
              "Drag a Storm Pebble onto it, then choose Evolve. The stone appears in the dial's "
              "tray from " +
