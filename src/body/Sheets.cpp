@@ -221,11 +221,44 @@ std::optional<Anim> Sheets::row(const Resources& resources, std::string_view nam
     return sheet(resources, base_, data_, name, row);
 }
 
+namespace {
+
+/// Reads a picture once, however many pieces of it are asked for.
+class ReadOnce final : public Resources {
+public:
+    explicit ReadOnce(const Resources& behind) : behind_(behind) {}
+    std::optional<PixelSize> imageSize(std::string_view name) const override {
+        const Image& whole = read(name);
+        if (!whole) return std::nullopt;
+        return PixelSize{whole.width(), whole.height()};
+    }
+    Image imageRows(std::string_view name, int first, int count) const override {
+        const Image& whole = read(name);
+        return whole.cropped(0, first, whole.width(), std::min(count, whole.height() - first));
+    }
+    std::optional<std::vector<XmlEvent>> xml(std::string_view name) const override {
+        return behind_.xml(name);
+    }
+
+private:
+    const Image& read(std::string_view name) const {
+        const auto [entry, isNew] = read_.try_emplace(std::string(name));
+        if (isNew) entry->second = behind_.image(name);
+        return entry->second;
+    }
+
+    const Resources& behind_;
+    mutable std::unordered_map<std::string, Image> read_;
+};
+
+}  // namespace
+
 std::vector<Anim> Sheets::directions(const Resources& resources, std::string_view name) const {
     constexpr int most = 8;
+    const ReadOnce once(resources);
     std::vector<Anim> sides;
     for (int r = 0; r < most; ++r) {
-        if (auto side = row(resources, name, r)) sides.push_back(std::move(*side));
+        if (auto side = row(once, name, r)) sides.push_back(std::move(*side));
     }
     return sides;
 }

@@ -57,6 +57,7 @@ public:
         return PixelSize{found->second.width(), found->second.height()};
     }
     Image imageRows(std::string_view name, int first, int count) const override {
+        ++reads;
         const auto found = pictures.find(name);
         if (found == pictures.end() || broken) return {};
         return found->second.cropped(0, first, found->second.width(), count);
@@ -75,6 +76,7 @@ public:
         close(tag);
     }
 
+    mutable int reads = 0;  // of pieces of pictures
     std::map<std::string, Image, std::less<>> pictures;
     std::vector<XmlEvent> events;
     bool broken = false;  // pictures have a size and cannot be decoded

@@ -188,7 +188,9 @@ TEST(ASet, GivesEightDirectionsAndTheFrontForThoseItLacks) {
         return rows;
     };
     EXPECT_EQ(rowsOf("Idle"), (std::vector{0, 1, 0, 0, 0, 0, 0, 0}));
+    set.reads = 0;
     EXPECT_EQ(rowsOf("Walk"), (std::vector{0, 1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(set.reads, 1) << "a sheet is decoded from its top each time";
     EXPECT_TRUE(rowsOf("Fly").empty());
 }
 
