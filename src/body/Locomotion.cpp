@@ -122,8 +122,7 @@ double Pet::fall(Falling how, Done done) {
 Point Pet::inFront(Vector artPixels) const {
     const Point here = position();
     const double side = (facesRight_ ? artPixels.dx : -artPixels.dx) * scale_;
-    const Range screen{walkArea().lo - sideMargin, walkArea().hi + sideMargin};
-    const double x = screen.contains(here.x + side) ? here.x + side : here.x - side;
+    const double x = screen().contains(here.x + side) ? here.x + side : here.x - side;
     return {x, here.y + artPixels.dy * scale_};
 }
 

@@ -94,6 +94,8 @@ public:
     const Terrain& terrain() const { return terrain_; }
     const std::vector<Ground>& ground() const { return terrain_.ground; }
     const Range& walkArea() const { return terrain_.walkArea; }
+    /// From one side of the screen to the other.
+    Range screen() const { return {walkArea().lo - sideMargin, walkArea().hi + sideMargin}; }
     const StageAccess& stage() const { return stage_; }
 
     /// Whom it belongs to.

@@ -148,7 +148,7 @@ Vector Pet::shiftIntoSight(Rect bubble, Point from, Point to) const {
     constexpr double margin = 4;      // points kept free at the screen's edges
     constexpr double underFeet = 10;  // points between the feet and a bubble beneath them
     Vector shift;
-    const Range across{walkArea().lo - sideMargin + margin, walkArea().hi + sideMargin - margin};
+    const Range across{screen().lo + margin, screen().hi - margin};
     if (across.width() >= bubble.width) {
         const auto right = [&](double x) { return std::max(across.lo - x - bubble.minX(), 0.0); };
         const auto left = [&](double x) { return std::min(across.hi - x - bubble.maxX(), 0.0); };

@@ -94,11 +94,8 @@ bool Companion::hasLostGround() const {
 
 /// Whether it is where the screen does not reach.
 bool Companion::isOutOfSight() const {
-    const Terrain& terrain = pet_.terrain();
-    const Range screen{terrain.walkArea.lo - Pet::sideMargin,
-                       terrain.walkArea.hi + Pet::sideMargin};
     const Point at = pet_.position();
-    return at.y > terrain.skyline || !screen.contains(at.x);
+    return at.y > pet_.terrain().skyline || !pet_.screen().contains(at.x);
 }
 
 /// To the nearest place where it can be seen, in the air if it is there.
